@@ -1,0 +1,18 @@
+#include "chart/chartsheet.h"
+
+#include <QtMath>
+
+namespace
+{
+
+qreal snap(qreal value)
+{
+    return qRound(qMax(value, 0.0) / ChartSheet::GridStep) * ChartSheet::GridStep;
+}
+
+} // namespace
+
+QPointF ChartSheet::getNearestGridPoint(const QPointF &p)
+{
+    return QPointF(snap(p.x()), snap(p.y()));
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QBrush>
+#include <QIcon>
+#include <QMap>
+#include <QPen>
+#include <QString>
+
+/// One row of the role table. Built without arguments it is the row of an
+/// unknown role: a plain white rectangle of type "Event" without an icon.
+struct RoleInfo {
+    enum Shape { Rectangle = 0, Oval = 1, Plate = 2, Ellipse = 3 };
+
+    QPen pen = QPen(Qt::black);
+    QBrush brush = QBrush(Qt::white);
+    int shape = Rectangle;
+    QString typeName = "Event";    ///< key of the table, and what project files hold
+    QString displayName = "Event"; ///< what lists, menus and the legend show
+    QIcon icon;                    ///< 16 by 16, the shape in the role's colours
+    QString circleDecoratorType;   ///< empty, "numerals", "letters" or a colour name
+    bool parentItem = false;       ///< a note of this role owns a secondary sheet
+};
+
+/// What a note stands for: one row of the fixed table of eleven roles.
+class Role
+{
+public:
+    /// Filled by the first role that is built. Sorted by type name, which is
+    /// the order of every list of roles.
+    static QMap<QString, RoleInfo> rolesList;
+
+    Role(const QString &type = "Event");
+
+    /// An unknown type gives the default row.
+    void setType(const QString &type);
+
+    const RoleInfo &getInfo() const { return info; }
+    const QString &getTypeName() const { return info.typeName; }
+    bool isParentItem() const { return info.parentItem; }
+    const QString &getCircleDecoratorType() const { return info.circleDecoratorType; }
+
+    /// The type of a display name; "Event" when no row has it.
+    static QString typeFromName(const QString &displayName);
+    static RoleInfo makeRoleInfo(const QString &type, const QString &name,
+                                 const QString &brushColor, const QString &penColor,
+                                 const QString &lineStyle, const QString &shape);
+    static void loadAllRoles();
+
+private:
+    RoleInfo info;
+};

@@ -1,0 +1,122 @@
+#pragma once
+
+#include "chart/boxitem.h"
+
+class CircledNumberItem;
+class CrossLines;
+class NoteText;
+class WorkingDropShadow;
+
+/// A note of the chart: a shape by its role, a text, perhaps a picture and a
+/// numbered circle. Points given to its edge operations are item coordinates.
+class Sticky : public BoxItem
+{
+    Q_OBJECT
+    Q_PROPERTY(QFont customFont READ getFont WRITE setCustomFont)
+    Q_PROPERTY(QColor textColor READ getTextColor WRITE setTextColor)
+    Q_PROPERTY(bool notRelevant READ isNotRelevant WRITE setNotRelevant)
+
+public:
+    /// Connection sides; the numbers stand in project files.
+    enum Side {
+        NoSide = 0,
+        LeftSide = 1,
+        TopSide = 2,
+        RightSide = 3,
+        BottomSide = 4,
+        AutoSide = 5, ///< the whole note: settled from the line's other end
+    };
+
+    static const QByteArray PROPERTY_CUSTOM_FONT;
+    static const QByteArray PROPERTY_TEXT_COLOR;
+    static const QByteArray PROPERTY_NOT_RELEVANT;
+
+    Sticky(ChartSheet *sheet, CanvasItemInfo &info);
+    ~Sticky() override;
+
+    /// Empty while the placeholder shows.
+    QString getText() const;
+    QFont getFont() const;
+    QColor getTextColor() const { return info.textColor; }
+    bool isNotRelevant() const { return info.notRelevant; }
+    const QString &getRoleType() const { return info.role.getTypeName(); }
+    bool isParentItem() const { return info.role.isParentItem(); }
+    const QStringList &getSiblings() const { return info.siblings; }
+    int getCausalFactorNumber() const;
+    bool isEditing() const { return editing; }
+
+    void setText(const QString &text);
+    void setDefaultFont(const QFont &font);
+    void setCustomFont(const QFont &font);
+    void setTextColor(const QColor &color);
+    void setTextAlignment(Qt::Alignment alignment);
+    void setNotRelevant(bool notRelevant);
+    void setShadow(bool enabled);
+    void setCausalFactorNumber(int number);
+
+    /// Takes the role without asking; the sheet's rules come before.
+    void setRoleType(const QString &role);
+    void addRoleSiblings(const QString &role);
+    void addSibling(Sticky *note);
+    void addSibling(const QString &id);
+    void removeSibling(const QString &id);
+    /// Hands the text to every sibling note and form field.
+    void setSiblingText();
+    void finishEditing();
+
+    /// The delete command tells the note that it came back to or left its sheet.
+    void notifySceneAddition();
+    void notifySceneRemoval();
+
+    QPointF getEdgeMidPoint(Side side) const;
+    /// A band of 10 along each edge; AutoSide further in.
+    Side getClosestEdge(const QPointF &p) const;
+    Side resolveAutoSide(const QPointF &p) const;
+    QPointF getConnectionPoint(Side side, const QPointF &p) const;
+    /// Marks the edge closest to the point and returns it.
+    Side updateLineConnection(const QPointF &p);
+    void setHighlightedEdge(Side side);
+
+    CanvasItemInfo getCanvasItemInfo() override;
+    void setCustomBackgroundColor(const QColor &color) override;
+    void setSize(QSizeF size) override;
+    int type() const override { return StickyType; }
+    QRectF boundingRect() const override;
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
+
+public slots:
+    void relayout(bool doItFast) override;
+    using ProjectItem::relayout;
+    void onTextChanged();
+    void onSiblingDeleted(Sticky *deletedSticky);
+
+signals:
+    void deleted(Sticky *note);
+    void causalFactorAdded(Sticky *note);
+    void causalFactorRemoved(Sticky *note);
+    void requestCausalFactorNumberChange(Sticky *note);
+    void editingStarted(Sticky *note);
+    void textEdited(Sticky *source, QString from, QString to);
+
+protected:
+    QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
+    void hoverMoveEvent(QGraphicsSceneHoverEvent *event) override;
+    void hoverLeaveEvent(QGraphicsSceneHoverEvent *event) override;
+    void contextMenuEvent(QGraphicsSceneContextMenuEvent *event) override;
+    void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseMoveEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
+
+private:
+    void drawHighlightEdge(QPainter *painter, Side side) const;
+
+    NoteText *noteText = nullptr;             // child
+    QGraphicsPixmapItem *imageItem = nullptr; // child; null without a picture
+    bool editing = false;
+    Side highlightedEdge = NoSide;
+    CircledNumberItem *circle = nullptr; // child
+    QString textBeforeEdit;
+    std::unique_ptr<CrossLines> crossLines;
+    WorkingDropShadow *dropShadow = nullptr; // owned by the item as its effect
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "chart/canvasiteminfo.h"
+#include "chart/sticky.h"
+
+#include <QList>
+#include <QObject>
+
+class Line;
+class ProjectScene;
+
+/// A line end to restore on a paste.
+struct ClipBoardConnection {
+    QString lineGuid;       ///< of the copied line
+    Line *line = nullptr;   ///< the new line; filled during a paste
+    QString noteGuid;       ///< of the copied note at this end
+    Sticky *note = nullptr; ///< the new note; filled during a paste
+    int end = 0;            ///< 0 the start, 1 the end
+    Sticky::Side side = Sticky::NoSide;
+};
+
+/// Copy and paste for all sheets of the program. The records stay inside the
+/// program; other programs get a picture.
+class ClipBoard : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `activeScene` points at the owner's pointer to the sheet of the moment.
+    ClipBoard(ProjectScene **activeScene, QObject *parent);
+
+public slots:
+    void onCopyTriggered();
+    void onPasteTriggered();
+
+private:
+    QList<CanvasItemInfo> items;
+    QList<ClipBoardConnection> connections;
+    ProjectScene **activeScene;
+};

@@ -1,0 +1,137 @@
+#pragma once
+
+#include "chart/sticky.h"
+#include "editing/line.h"
+
+#include <QGraphicsScene>
+#include <QUndoCommand>
+#include <QVariant>
+
+// The undo steps of a chart. None owns an item: a sheet clears its stack
+// together with its items. None merges with another.
+
+class AddCommand : public QUndoCommand
+{
+public:
+    AddCommand(QGraphicsItem *item, QGraphicsScene *scene, QUndoCommand *parent = nullptr);
+    void undo() override;
+    void redo() override;
+
+private:
+    QGraphicsScene *scene;
+    QGraphicsItem *item;
+};
+
+class DeleteCommand : public QUndoCommand
+{
+public:
+    DeleteCommand(QGraphicsScene *scene, const QList<QGraphicsItem *> &items,
+                  QUndoCommand *parent = nullptr);
+    void undo() override;
+    void redo() override;
+
+private:
+    QGraphicsScene *scene;
+    QList<QGraphicsItem *> items;
+};
+
+/// Built after the move or resize has happened, with its deltas.
+class GeometryChangeCommand : public QUndoCommand
+{
+public:
+    GeometryChangeCommand(const QList<BoxItem *> &items, const QPointF &moveDelta,
+                          const QSizeF &sizeDelta, QUndoCommand *parent = nullptr);
+    void undo() override;
+    void redo() override;
+
+private:
+    QList<BoxItem *> items;
+    QList<QRectF> newGeometry;
+    QList<QRectF> oldGeometry;
+};
+
+class LineStyleChangeCommand : public QUndoCommand
+{
+public:
+    LineStyleChangeCommand(const QList<Line *> &lines, Qt::PenStyle style,
+                           QUndoCommand *parent = nullptr);
+    void undo() override;
+    void redo() override;
+
+private:
+    QList<Line *> lines;
+    QList<Qt::PenStyle> oldStyles;
+    Qt::PenStyle newStyle;
+};
+
+class ArrowStyleChangeCommand : public QUndoCommand
+{
+public:
+    ArrowStyleChangeCommand(const QList<Line *> &lines, Line::ArrowType style,
+                            QUndoCommand *parent = nullptr);
+    void undo() override;
+    void redo() override;
+
+private:
+    QList<Line *> lines;
+    QList<Line::ArrowType> oldStyles;
+    Line::ArrowType newStyle;
+};
+
+class TextChangeCommand : public QUndoCommand
+{
+public:
+    TextChangeCommand(Sticky *note, const QString &oldText, const QString &newText,
+                      QUndoCommand *parent = nullptr);
+    void undo() override;
+    void redo() override;
+
+private:
+    Sticky *note;
+    QString oldText;
+    QString newText;
+};
+
+class TextAlignmentChangeCommand : public QUndoCommand
+{
+public:
+    TextAlignmentChangeCommand(const QList<Sticky *> &notes, Qt::Alignment alignment,
+                               QUndoCommand *parent = nullptr);
+    void undo() override;
+    void redo() override;
+
+private:
+    QList<Sticky *> notes;
+    QList<Qt::Alignment> oldAlignments;
+    Qt::Alignment newAlignment;
+};
+
+class RoleChangeCommand : public QUndoCommand
+{
+public:
+    RoleChangeCommand(const QList<Sticky *> &notes, const QString &roleType,
+                      QUndoCommand *parent = nullptr);
+    void undo() override;
+    void redo() override;
+
+private:
+    QList<Sticky *> notes;
+    QList<QString> oldRoles;
+    QString newRole;
+};
+
+/// Sets a QObject property by name; the items' own label is the text.
+class ItemPropertyChangeCommand : public QUndoCommand
+{
+public:
+    ItemPropertyChangeCommand(const QList<ProjectItem *> &items, const QByteArray &property,
+                              const QVariant &value, QUndoCommand *parent = nullptr);
+    void undo() override;
+    void redo() override;
+
+private:
+    QList<ProjectItem *> items;
+    QList<QVariant> oldValues;
+    QVariant newValue;
+    QByteArray property;
+};

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "chart/projectitem.h"
+#include "chart/sticky.h"
+
+#include <QPainterPath>
+#include <QPen>
+#include <QPolygonF>
+
+/// The note and side at one end of a line; no note for a free end.
+struct ConnectionInfo {
+    Sticky *item = nullptr;
+    Sticky::Side side = Sticky::NoSide;
+};
+
+/// A connector whose ends may hang on notes. It sits at (0,0), so that its
+/// coordinates are scene coordinates.
+class Line : public ProjectItem
+{
+    Q_OBJECT
+
+public:
+    enum ArrowType { NoArrows = 0, ArrowAtEnd = 1 };
+    enum LineSide { Start = 0, End = 1 };
+
+    Line(ChartSheet *sheet, CanvasItemInfo &info);
+
+    ConnectionInfo getStartConnection() const { return {startItem, startSide}; }
+    ConnectionInfo getEndConnection() const { return {endItem, endSide}; }
+    /// The route from start to end, in scene coordinates.
+    const QPolygonF &getPoints() const { return points; }
+    /// The straight distance between the ends in scene units, whatever the route.
+    double length() const;
+
+    void setStartPoint(QPointF p);
+    void setEndPoint(QPointF p);
+    void connectStartPoint(Sticky *note, Sticky::Side side);
+    void connectEndPoint(Sticky *note, Sticky::Side side);
+    void setStartConnection(ConnectionInfo connection);
+    void setEndConnection(ConnectionInfo connection);
+    void disconnectStartPoint();
+    void disconnectEndPoint();
+    void setLineStyle(Qt::PenStyle style);
+    void setArrowStyle(ArrowType style);
+    /// Drags one end; over a note it hangs on the closest edge.
+    void handleLineMoving(const QPointF &scenePos, LineSide side);
+
+    CanvasItemInfo getCanvasItemInfo() override;
+    void setCustomBackgroundColor(const QColor &color) override;
+    void setSize(QSizeF size) override;
+    int type() const override { return LineType; }
+    QRectF boundingRect() const override;
+    QPainterPath shape() const override;
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
+
+public slots:
+    void relayout(bool doItFast) override;
+    using ProjectItem::relayout;
+
+protected:
+    QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
+    void contextMenuEvent(QGraphicsSceneContextMenuEvent *event) override;
+    void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseMoveEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
+
+private slots:
+    void onConnectedItemMoved(BoxItem *item);
+    void onConnectedItemDeleted(Sticky *note);
+
+private:
+    void buildPath();
+
+    QPen pen;
+    QBrush brush;
+    QPainterPath shapePath; // follows points
+    bool movingStart = false;
+    bool movingEnd = false;
+    QRectF startHandle;
+    QRectF endHandle;
+    QPolygonF points;
+    QPainterPath endPath;
+    QPainterPath startPath;
+    Sticky *startItem = nullptr; // not owned, cleared when the note goes
+    Sticky::Side startSide = Sticky::NoSide;
+    Sticky *endItem = nullptr; // likewise
+    Sticky::Side endSide = Sticky::NoSide;
+    int straight = 0;
+    bool selected = false;
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QRect>
+#include <QString>
+
+/// Paper and margins, read from the settings each time one is made, so a new
+/// one is the current truth. The orientation is always landscape.
+class PageInfo
+{
+public:
+    PageInfo();
+
+    /// Device pixels of a printer at screen resolution, which are scene units.
+    /// y is the right margin; only the height knows the top one.
+    QRect getPrintableArea();
+    /// Left, right, top, bottom, joined by commas, six significant digits each.
+    QString getMarginsString() const;
+
+    int pageSize = 29;     ///< a QPrinter::PageSize number; 29 is Tabloid
+    double leftMargin = 0; ///< centimetres, like all four
+    double rightMargin = 0;
+    double topMargin = 0;
+    double bottomMargin = 0;
+};

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QImage>
+
+/// The picture in the file; null when it is none, is no regular file, or is
+/// above 64 megapixels by its header.
+QImage readImageFile(const QString &path);
+
+/// The picture in the bytes, format by detection; null as above.
+QImage readImageData(const QByteArray &bytes);
