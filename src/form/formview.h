@@ -1,0 +1,109 @@
+#pragma once
+
+#include "form/formvalue.h"
+
+#include <QMutex>
+#include <QWidget>
+
+class FormBridge;
+class HelpTextBrowser;
+class QHelpEngine;
+class QUndoGroup;
+class QUndoStack;
+class QWebElement;
+class QWebElementCollection;
+class QWebFrame;
+
+/// The investigation form: a local page whose elements are the only model. Until the page
+/// stands (before the first load, during a reload), the values last handed over stand for it,
+/// so that nothing is lost on a save.
+class FormView : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QString sharedString READ getSharedString WRITE setSharedString)
+
+public:
+    explicit FormView(QUndoGroup *group, QWidget *parent = nullptr);
+    ~FormView() override;
+
+    /// The stack that is active while the form is shown; it never receives a command.
+    QUndoStack *getUndoStack() const { return undoStack; }
+    QString getSharedString() const { return sharedString; }
+
+    /// Every field in the order radio, text, file, hidden (if asked), textarea, select.
+    QWebElementCollection getAllFields(bool includeHidden) const;
+    /// The title image is read afresh from its path; unreadable gives a null image.
+    FormValues getAllFieldValues() const;
+    /// Empty for a null or unknown element.
+    QString getFieldValue(QWebElement &element) const;
+    QString getFieldValue(const QString &id) const;
+
+    void setSharedString(const QString &text) { sharedString = text; }
+    /// False if the element is null. An empty value never overwrites a text.
+    bool setFieldValue(QWebElement &element, const QString &value);
+    bool setFieldValue(const QString &id, const QString &value);
+
+    /// Empties the form by loading its page again.
+    void clearForm();
+    /// Returns the id of the new row's text field.
+    QString addCausalFactor(const QString &guid, int number, const QString &text);
+    /// Moves a row to a free number, or swaps it with the row of otherGuid if that is not empty.
+    /// Returns the id of the text field of newNumber.
+    QString changeCausalFactorNumber(const QString &guid, int oldNumber, int newNumber,
+                                     const QString &otherGuid);
+
+    /// Gives values the title image last loaded or saved, where they hold the same path but no
+    /// image, as on a computer that lacks the picture.
+    void fillInTitleImage(FormValues &values) const;
+    /// To be called with what a save has written.
+    void rememberTitleImage(const FormValues &values);
+
+signals:
+    void formChanged();
+    void formValueChanged(const QString &id, const QString &value);
+    /// A stored value that is not empty was brought into the page.
+    void formValueLoaded(const QString &id, const QString &value);
+    void exportFormRequested();
+    void chooseImageRequested();
+
+public slots:
+    void onFormDataLoaded(const QHash<QString, FormValue> &values);
+    void onFieldChanged(const QString &id);
+    /// Wires every field and the two buttons that have no handler of their own.
+    void addOnChangeHandlers();
+    void onPrintRequested();
+    void removeCausalFactor(int cfNumber);
+    void onExportFormClicked();
+    void onChooseImageClicked();
+
+private slots:
+    void onPageLoaded(bool ok);
+
+private:
+    static bool isRadioButton(const QWebElement &element);
+    static bool isTextArea(const QWebElement &element);
+    static bool isTextEdit(const QWebElement &element);
+    static bool isHiddenInput(const QWebElement &element);
+    static bool isFileInput(const QWebElement &element);
+    static bool isComboBox(const QWebElement &element);
+
+    QWebElement findField(const QString &id) const;
+    void loadData();
+    void createRows();
+    void applyValues();
+    void restoreSteps();
+    void setText(QWebElement &element, const QString &value);
+    void setOption(QWebElement &element, const QString &text);
+    FormValues readPage() const;
+
+    QHelpEngine *helpEngine = nullptr;  // child
+    HelpTextBrowser *webView = nullptr; // child
+    FormBridge *bridge = nullptr;       // child, what the page's scripts see
+    QWebFrame *mainFrame = nullptr;     // the page's, null until the first load has finished
+    FormValues formData;                // handed over by the project file
+    QMutex loadMutex;
+    QUndoStack *undoStack = nullptr; // the group's
+    QString sharedString;
+    FormValue titleImage;    // path and picture last loaded or saved
+    bool pageStands = false; // false before the first load and during a reload
+};
