@@ -4,6 +4,11 @@
 
 #include <cstring>
 
+namespace
+{
+const int GUESS_LENGTH = 512; // bytes that the view wants to see before it believes a type
+}
+
 HelpNetworkReply::HelpNetworkReply(const QNetworkRequest &request, const QByteArray &data,
                                    const QString &mimeType)
     : data(data), origLen(data.length())
@@ -17,9 +22,10 @@ HelpNetworkReply::HelpNetworkReply(const QNetworkRequest &request, const QByteAr
     // The receiver connects after the constructor has returned.
     QTimer::singleShot(0, this, &HelpNetworkReply::metaDataChanged);
     QTimer::singleShot(0, this, &HelpNetworkReply::readyRead);
-    // Nobody reads a reply without bytes, and only a read ends it.
-    if (origLen == 0)
-        QTimer::singleShot(0, this, [this] { read(1); });
+    // Only a read ends a reply, but a view reads nothing from an empty one, and from one too short
+    // to guess its type it reads only after its end. The bytes stay in the device's buffer.
+    if (origLen < GUESS_LENGTH)
+        QTimer::singleShot(0, this, [this] { peek(1); });
 }
 
 void HelpNetworkReply::abort() {}
