@@ -3,6 +3,7 @@
 #include "form/formvalue.h"
 
 #include <QMutex>
+#include <QWebElement>
 #include <QWidget>
 
 class FormBridge;
@@ -10,8 +11,6 @@ class HelpTextBrowser;
 class QHelpEngine;
 class QUndoGroup;
 class QUndoStack;
-class QWebElement;
-class QWebElementCollection;
 class QWebFrame;
 
 /// The investigation form: a local page whose elements are the only model. Until the page
@@ -80,6 +79,9 @@ private slots:
     void onPageLoaded(bool ok);
 
 private:
+    static constexpr char TitleImageField[] = "titleImageFile";
+
+    static bool isFieldId(const QString &id);
     static bool isRadioButton(const QWebElement &element);
     static bool isTextArea(const QWebElement &element);
     static bool isTextEdit(const QWebElement &element);
@@ -92,9 +94,13 @@ private:
     void createRows();
     void applyValues();
     void restoreSteps();
-    void setText(QWebElement &element, const QString &value);
-    void setOption(QWebElement &element, const QString &text);
+    void showTitleImage();
+    void addOnClickHandler(const QString &id, const QString &script);
+    void setChecked(QWebElement &radio, const QString &value);
+    void setOption(QWebElement &select, const QString &text);
+    void setText(QWebElement &field, const QString &value);
     FormValues readPage() const;
+    void refillRow(const QString &guid, int number, const QHash<QString, QString> &fields);
 
     QHelpEngine *helpEngine = nullptr;  // child
     HelpTextBrowser *webView = nullptr; // child

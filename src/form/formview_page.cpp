@@ -1,0 +1,38 @@
+#include "form/formview_page.h"
+
+#include "support/helpnetworkreply.h"
+#include "support/websettings.h"
+
+#include <QDebug>
+#include <QNetworkRequest>
+#include <QWebFrame>
+
+QNetworkReply *FormNetworkAccessManager::createRequest(Operation operation,
+                                                       const QNetworkRequest &request,
+                                                       QIODevice *outgoingData)
+{
+    const QString scheme = request.url().scheme();
+    if (scheme == "data" && operation == GetOperation)
+        return QNetworkAccessManager::createRequest(operation, request, outgoingData);
+    if (scheme == "qthelp")
+        return HelpNetworkAccessManager::createRequest(operation, request, outgoingData);
+    return new HelpNetworkReply(request, QByteArray(), "text/plain");
+}
+
+FormPage::FormPage(QHelpEngine *helpEngine, const QUrl &address, QObject *parent)
+    : QWebPage(parent), address(address)
+{
+    applyWebSettings();
+    setNetworkAccessManager(new FormNetworkAccessManager(helpEngine, this));
+}
+
+bool FormPage::acceptNavigationRequest(QWebFrame *frame, const QNetworkRequest &request,
+                                       NavigationType)
+{
+    return frame == mainFrame() && request.url().matches(address, QUrl::RemoveFragment);
+}
+
+void FormPage::javaScriptConsoleMessage(const QString &message, int line, const QString &source)
+{
+    qDebug() << "Form page:" << message << source << line;
+}

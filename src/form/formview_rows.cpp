@@ -1,0 +1,77 @@
+#include "form/formview.h"
+
+#include <QDebug>
+#include <QUuid>
+#include <QWebElement>
+#include <QWebFrame>
+
+namespace
+{
+
+const char *const RowFields[] = {
+    "causalFactor_guid_NUM",           "causalFactor_text_NUM",
+    "causalFactor_description_NUM",    "causalFactor_worthFixing-Yes_NUM",
+    "causalFactor_worthFixing-No_NUM", "causalFactor_correctiveAction_NUM",
+    "causalFactor_responsible_NUM",    "causalFactor_dueDate_NUM",
+};
+
+QString getRowFieldId(const char *pattern, int number)
+{
+    return QString(pattern).replace("NUM", QString::number(number));
+}
+
+} // namespace
+
+QString FormView::addCausalFactor(const QString &guid, int number, const QString &text)
+{
+    // Only a true GUID goes into a script; whatever else a file brings is written as a text.
+    const QString splicedGuid = QUuid(guid).toString() == guid.toLower() ? guid : QString();
+    if (mainFrame) {
+        const QString script = QString("this.addDynamicContent('causalFactor', '%1', %2)");
+        const QVariant added = mainFrame->evaluateJavaScript(script.arg(splicedGuid).arg(number));
+        qDebug() << "addCF" << added.toString().section('_', -1) << number;
+    }
+    if (splicedGuid.isEmpty() || !pageStands)
+        setFieldValue(getRowFieldId(RowFields[0], number), guid);
+    const QString textId = getRowFieldId(RowFields[1], number);
+    setFieldValue(textId, text);
+    return textId;
+}
+
+void FormView::removeCausalFactor(int cfNumber)
+{
+    if (mainFrame)
+        mainFrame->evaluateJavaScript(
+            QString("this.removeDynamicContent('causalFactor', %1)").arg(cfNumber));
+    if (!pageStands) {
+        for (const char *pattern : RowFields)
+            formData.remove(getRowFieldId(pattern, cfNumber));
+    }
+}
+
+QString FormView::changeCausalFactorNumber(const QString &guid, int oldNumber, int newNumber,
+                                           const QString &otherGuid)
+{
+    QHash<QString, QString> moved, swapped;
+    for (const char *pattern : RowFields) {
+        const QString source = getRowFieldId(pattern, oldNumber);
+        const QString destination = getRowFieldId(pattern, newNumber);
+        moved[destination] = getFieldValue(source);
+        if (!otherGuid.isEmpty())
+            swapped[source] = getFieldValue(destination);
+    }
+    removeCausalFactor(oldNumber);
+    if (!otherGuid.isEmpty())
+        removeCausalFactor(newNumber);
+    refillRow(guid, newNumber, moved);
+    if (!otherGuid.isEmpty())
+        refillRow(otherGuid, oldNumber, swapped);
+    return getRowFieldId(RowFields[1], newNumber);
+}
+
+void FormView::refillRow(const QString &guid, int number, const QHash<QString, QString> &fields)
+{
+    addCausalFactor(guid, number, QString());
+    for (auto field = fields.cbegin(); field != fields.cend(); ++field)
+        setFieldValue(field.key(), field.value());
+}
