@@ -1,0 +1,178 @@
+#include "shell/graphwidget.h"
+
+#include "sheet/projectscene.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainterPath>
+#include <QRubberBand>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+namespace
+{
+
+constexpr int ScrollInterval = 30; // milliseconds
+constexpr int ScrollBorder = 70;   // pixels from the edge
+constexpr int DragThreshold = 4;   // Manhattan length
+constexpr ushort CommandKeySign = 0x2318;
+
+} // namespace
+
+GraphWidget::GraphWidget(ProjectScene *scene, QWidget *parent)
+    : QGraphicsView(parent), rubberBand(new QRubberBand(QRubberBand::Rectangle, viewport())),
+      projectScene(scene)
+{
+    setDragMode(QGraphicsView::NoDrag);
+    setStatusTip(QString("%1 Mouse Wheel to zoom").arg(QChar(CommandKeySign), 0, QChar(' ')));
+    setScene(scene);
+    centerOn(0, 0);
+    setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    setFrameStyle(QFrame::NoFrame);
+    connect(&scrollTimer, &QTimer::timeout, this, &GraphWidget::onScrollTimeout);
+}
+
+QRectF GraphWidget::getCurrentPageBounds() const
+{
+    return projectScene->getPageBoundsAtPoint(getViewCentre());
+}
+
+void GraphWidget::setZoomScale(int percent)
+{
+    zoom = percent;
+    resetTransform();
+    if (zoom != 100)
+        scale(zoom / 100.0, zoom / 100.0);
+}
+
+void GraphWidget::onScrollTimeout()
+{
+    QScrollBar *horizontal = horizontalScrollBar();
+    QScrollBar *vertical = verticalScrollBar();
+    if (scrollDirections & ScrollLeft)
+        horizontal->setValue(horizontal->value() - scrollSpeed);
+    if (scrollDirections & ScrollRight)
+        horizontal->setValue(horizontal->value() + scrollSpeed);
+    if (scrollDirections & ScrollUp)
+        vertical->setValue(vertical->value() - scrollSpeed);
+    if (scrollDirections & ScrollDown)
+        vertical->setValue(vertical->value() + scrollSpeed);
+
+    if (!rubberBand->isVisible())
+        return;
+    const QPoint origin = mapFromScene(bandOrigin);
+    rubberBand->setGeometry(qMin(origin.x(), bandEnd.x()), qMin(origin.y(), bandEnd.y()),
+                            qAbs(origin.x() - bandEnd.x()), qAbs(origin.y() - bandEnd.y()));
+}
+
+bool GraphWidget::event(QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride &&
+        projectScene->handleEditingCommand(static_cast<QKeyEvent *>(event))) {
+        event->accept();
+        return true;
+    }
+    return QGraphicsView::event(event);
+}
+
+void GraphWidget::leaveEvent(QEvent *event)
+{
+    projectScene->hideHighlightItem();
+    QGraphicsView::leaveEvent(event);
+}
+
+void GraphWidget::mousePressEvent(QMouseEvent *event)
+{
+    if (dragMode() == QGraphicsView::ScrollHandDrag) {
+        QGraphicsView::mousePressEvent(event);
+        return;
+    }
+    scrollTimer.start(ScrollInterval);
+    QGraphicsView::mousePressEvent(event);
+
+    const QPointF scenePos = mapToScene(event->pos());
+    if (itemAt(event->pos()) || !projectScene->selectedItems().isEmpty())
+        return;
+    bandOrigin = QPoint(qRound(scenePos.x()), qRound(scenePos.y()));
+    bandPending = true;
+    rubberBand->setGeometry(QRect(event->pos(), event->pos()));
+}
+
+void GraphWidget::mouseMoveEvent(QMouseEvent *event)
+{
+    if (dragMode() != QGraphicsView::ScrollHandDrag && event->buttons() & Qt::LeftButton) {
+        updateEdgeScrolling(event->pos());
+        updateRubberBand(event->pos());
+    }
+    QGraphicsView::mouseMoveEvent(event);
+}
+
+void GraphWidget::mouseReleaseEvent(QMouseEvent *event)
+{
+    rubberBand->hide();
+    bandPending = false;
+    scrollDirections = 0;
+    scrollSpeed = 0;
+    scrollTimer.stop();
+    QGraphicsView::mouseReleaseEvent(event);
+}
+
+void GraphWidget::wheelEvent(QWheelEvent *event)
+{
+    if (!(event->modifiers() & Qt::ControlModifier)) {
+        event->ignore();
+        QGraphicsView::wheelEvent(event);
+        return;
+    }
+    const QPoint pos = event->position().toPoint();
+    const QPointF before = mapToScene(pos);
+    emit doZoom(event->angleDelta().y() > 0);
+    const QPointF difference = mapToScene(pos) - before;
+    centerOn(getViewCentre() - difference);
+}
+
+QPointF GraphWidget::getViewCentre() const
+{
+    return mapToScene(QPoint(viewport()->width() / 2, viewport()->height() / 2));
+}
+
+void GraphWidget::updateEdgeScrolling(const QPoint &pos)
+{
+    scrollDirections = 0;
+    scrollSpeed = 0;
+    int distance = 0;
+    if (pos.x() < ScrollBorder) {
+        scrollDirections = ScrollLeft;
+        distance = pos.x();
+    } else if (width() - pos.x() < ScrollBorder) {
+        scrollDirections = ScrollRight;
+        distance = width() - pos.x();
+    }
+    // The vertical distance decides in a corner.
+    if (pos.y() < ScrollBorder) {
+        scrollDirections |= ScrollUp;
+        distance = pos.y();
+    } else if (height() - pos.y() < ScrollBorder) {
+        scrollDirections |= ScrollDown;
+        distance = height() - pos.y();
+    }
+    if (scrollDirections)
+        scrollSpeed = (ScrollBorder - distance) / 8;
+}
+
+void GraphWidget::updateRubberBand(const QPoint &pos)
+{
+    const QPoint origin = mapFromScene(bandOrigin);
+    if (bandPending && (origin - pos).manhattanLength() > DragThreshold) {
+        rubberBand->show();
+        bandPending = false;
+    }
+    if (!rubberBand->isVisible())
+        return;
+    bandEnd = pos;
+    const QRect band = QRect(origin, pos).normalized();
+    rubberBand->setGeometry(band);
+    QPainterPath area;
+    area.addRect(QRectF(mapToScene(band.topLeft()), mapToScene(band.bottomRight())));
+    projectScene->setSelectionArea(area, viewportTransform());
+}

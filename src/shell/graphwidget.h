@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QGraphicsView>
+#include <QTimer>
+
+class ProjectScene;
+class QRubberBand;
+
+/// The view of one sheet, with a rubber band of its own, scrolling near the
+/// edges during a drag, and zoom around the pointer.
+class GraphWidget : public QGraphicsView
+{
+    Q_OBJECT
+
+public:
+    GraphWidget(ProjectScene *scene, QWidget *parent);
+
+    ProjectScene *getProjectScene() const { return projectScene; }
+    /// Percent.
+    int getZoom() const { return zoom; }
+    /// The page at the middle of what is shown, in scene units.
+    QRectF getCurrentPageBounds() const;
+
+    /// Stores the zoom and applies it.
+    void setZoomScale(int percent);
+
+public slots:
+    void onScrollTimeout();
+
+signals:
+    /// True to zoom in. Whoever listens changes the zoom before the signal returns.
+    void doZoom(bool zoomIn);
+
+protected:
+    bool event(QEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+
+private:
+    enum ScrollDirection { ScrollLeft = 1, ScrollRight = 2, ScrollUp = 4, ScrollDown = 8 };
+
+    /// In scene units.
+    QPointF getViewCentre() const;
+    void updateEdgeScrolling(const QPoint &pos);
+    void updateRubberBand(const QPoint &pos);
+
+    QTimer scrollTimer;
+    int scrollDirections = 0;
+    int scrollSpeed = 0; // pixels a tick
+    QRubberBand *rubberBand;
+    QPoint bandOrigin; // scene coordinates, so that it stays put while the view scrolls
+    QPoint bandEnd;    // view coordinates
+    bool bandPending = false;
+    ProjectScene *projectScene; // not owned
+    int zoom = 100;
+};
