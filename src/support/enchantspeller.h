@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QStringList>
+
+#include <memory>
+
+struct str_enchant_broker;
+struct str_enchant_dict;
+
+/// Spelling through Enchant, in the first of some languages that it has a
+/// dictionary for. Without one every word is correct.
+class EnchantSpeller
+{
+public:
+    /// Language tags such as "de_DE", in order of preference.
+    explicit EnchantSpeller(const QStringList &languages);
+    ~EnchantSpeller();
+
+    bool hasDictionary() const { return dictionary != nullptr; }
+    /// True as well where the checker itself fails, as with text it can't read.
+    bool isCorrect(const QString &word) const;
+    /// In the dictionary's order, without the word itself.
+    QStringList getSuggestions(const QString &word) const;
+
+    /// The languages of the user's desktop, with American English behind them.
+    static QStringList getUserLanguages();
+
+private:
+    Q_DISABLE_COPY(EnchantSpeller)
+
+    str_enchant_broker *broker; // owns the dictionary
+    str_enchant_dict *dictionary = nullptr;
+};
