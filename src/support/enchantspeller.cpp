@@ -4,6 +4,15 @@
 
 #include <enchant.h>
 
+namespace
+{
+/// Enchant calls words that are empty or hold a zero mistakes of the program.
+bool isCheckable(const QString &word)
+{
+    return !word.isEmpty() && !word.contains(QChar(0));
+}
+} // namespace
+
 EnchantSpeller::EnchantSpeller(const QStringList &languages) : broker(enchant_broker_init())
 {
     for (const QString &language : languages) {
@@ -22,7 +31,7 @@ EnchantSpeller::~EnchantSpeller()
 
 bool EnchantSpeller::isCorrect(const QString &word) const
 {
-    if (!dictionary)
+    if (!dictionary || !isCheckable(word))
         return true;
     const QByteArray utf8 = word.toUtf8();
     // 0 is correct and 1 wrong; below 0 the checker itself has failed.
@@ -32,7 +41,7 @@ bool EnchantSpeller::isCorrect(const QString &word) const
 QStringList EnchantSpeller::getSuggestions(const QString &word) const
 {
     QStringList result;
-    if (!dictionary)
+    if (!dictionary || !isCheckable(word))
         return result;
     const QByteArray utf8 = word.toUtf8();
     size_t count = 0;
