@@ -2,6 +2,7 @@
 
 #include "chart/canvasiteminfo.h"
 #include "form/formvalue.h"
+#include "project/keptcopies.h"
 
 #include <QHash>
 #include <QMutex>
@@ -9,6 +10,8 @@
 #include <QTimer>
 
 class ProjectItem;
+class SaveProgressDialog;
+struct ProjectContent;
 class QSqlDatabase;
 class QSqlQuery;
 class SheetHost;
@@ -34,17 +37,38 @@ public:
     bool requiresFilenamePrompt() const;
     /// The path of the auto-save file of the open project; null without a name.
     QString getAutoSaveNameForOpenFile() const;
-    /// While a file is opened or saved nothing else may open or save.
+    /// While a file is opened or saved nothing else may open or save: the clocks rest, and
+    /// openFile, saveFile and keepSnapshot give false.
     bool isBusy() const { return busy; }
+    /// Whether something else wrote into the open file since it was read or saved here.
+    /// False for a file that is gone.
+    bool hasChangedOnDisk() const;
 
+    /// Reads all of the file before it emits anything. The name is taken even when it fails.
+    /// A restored auto-save asks for a new one through requestAutoSave(), from the event loop.
     bool openFile(const QString &filename);
     /// Reconciles the rows of the file with the items. An error at the commit
-    /// leaves it as a QString exception, told by the driver.
+    /// leaves it as a QString exception, told by the driver; who catches it
+    /// calls abandonSave().
     bool saveFile(const QString &filename, const QList<ProjectItem *> &items,
                   const QHash<QString, FormValue> &formValues);
+    /// After an exception out of saveFile: rolls back and closes the database. The project
+    /// stays open and dirty. Harmless at any other time.
+    void abandonSave();
     void resetOpenFilename();
     void discardAutoSaveFile();
     void setLastError(const QString &message);
+
+    /// To be called before a file is removed or replaced, such as one chosen in Save As:
+    /// puts a copy into the kept copies unless this process wrote the file last. A copy
+    /// that fails stops nothing.
+    void keepCopy(const QString &path);
+    /// Writes the whole project into a new file among the kept copies. Name, dirty mark and
+    /// auto-save stay as they are. For work that would else be lost: given up after a failed
+    /// save, closed with changes on some sheet, or asked for by requestSnapshot(). False when
+    /// that fails, which lastError tells.
+    bool keepSnapshot(const QList<ProjectItem *> &items,
+                      const QHash<QString, FormValue> &formValues);
 
     bool createTables(QSqlDatabase &db);
     void upgradeFileDatabase(QSqlDatabase &db, int version);
@@ -73,8 +97,27 @@ signals:
     void itemSaved();
     void dirtyChanged(bool dirty);
     void requestAutoSave();
+    /// The project is dirty, and for 10 minutes neither a save nor an auto-save came about:
+    /// time for keepSnapshot().
+    void requestSnapshot();
+
+private slots:
+    void onAutoSaveTimeout();
+    void onSnapshotTimeout();
 
 private:
+    class BusyGuard;
+
+    bool readProject(const QString &filename, ProjectContent &content);
+    bool readDatabase(QSqlDatabase &db, ProjectContent &content);
+    bool bringUpToDate(QSqlDatabase &db, int version);
+    void deliver(ProjectContent &content, SaveProgressDialog &progress);
+    void connectLines(const ProjectContent &content);
+    void finishOpening(const QString &filename, bool fromAutoSave);
+    bool writeProject(QSqlDatabase &db, const QList<ProjectItem *> &items,
+                      const QHash<QString, FormValue> &formValues, bool isAutoSave);
+    void removeAutoSave(const QString &autoSaveName);
+
     bool dirty = false;
     QString openFilename = "untitled";
     SheetHost *host;
@@ -83,4 +126,9 @@ private:
     QMutex saveMutex;
     QString autoSavePath; // ends in "/"
     bool busy = false;
+    bool autoSaveWaits = false; // its time came while a file was opened or saved
+    QTimer snapshotTimer;
+    KeptCopies keptCopies;
+    QByteArray openStamp;     // the open file as it was read or saved
+    qint64 readingBudget = 0; // steps that the database may still take
 };

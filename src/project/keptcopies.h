@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QHash>
+#include <QString>
+
+/// Copies of files as they were before the program removed, replaced or first wrote into
+/// them. They lie in a folder of their own, the newest 20 stay, and their names begin with
+/// the time in UTC. A copy that fails is told to the debug output and never stops the work.
+class KeptCopies
+{
+public:
+    static constexpr int MaximumCount = 20;
+
+    /// `folder` is made with the first copy.
+    explicit KeptCopies(const QString &folder);
+
+    const QString &getFolder() const { return folder; }
+    /// Whether the file still is as this process left it.
+    bool isOwn(const QString &path) const;
+
+    /// Remembers the file as one that this process has just written.
+    void noteWritten(const QString &path);
+    /// Copies a file that this process did not write last. A file that is not there, that is
+    /// empty or that is no regular one has nothing to keep. False when a copy was due and failed.
+    bool keepCopy(const QString &path);
+    /// Where to build a file that adopt() takes; null when the folder can't be made.
+    QString getTemporaryPath();
+    /// Moves a finished file in under the name of a project; false when that fails.
+    bool adopt(const QString &temporaryPath, const QString &projectName);
+
+private:
+    QString makeTarget(const QString &name) const;
+    void prune();
+
+    QString folder;                      // without a "/" at its end
+    QHash<QString, QByteArray> ownFiles; // how this process left them, by canonical path
+};
+
+/// What tells one state of a file from another without reading all of it: its size, its
+/// time and its first bytes, which hold the change counter of a database. Empty for a file
+/// that can't be read.
+QByteArray getFileStamp(const QString &path);
