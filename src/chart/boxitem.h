@@ -35,4 +35,10 @@ protected:
     std::unique_ptr<ResizeGrip> resizeGrip; // made by the subclass
     bool moving = false;
     QRectF geometryAtPress;
+
+private:
+    void dragTop(QGraphicsSceneMouseEvent *event);
+    void dragLeft(QGraphicsSceneMouseEvent *event);
+    void dragRight(QGraphicsSceneMouseEvent *event);
+    void dragBottom(QGraphicsSceneMouseEvent *event);
 };

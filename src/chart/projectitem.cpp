@@ -1,0 +1,66 @@
+#include "chart/projectitem.h"
+
+#include "chart/chartsheet.h"
+
+const QByteArray ProjectItem::PROPERTY_BACKGROUND_COLOR = "customBackgroundColor";
+const QByteArray ProjectItem::PROPERTY_LINE_WIDTH = "borderLineWidth";
+
+namespace
+{
+
+constexpr int MaximumLineWidth = 20;
+
+// Shared by all items, since a sheet holds thousands.
+const QHash<QByteArray, QString> &getCommonLabels()
+{
+    static const QHash<QByteArray, QString> labels = {
+        {ProjectItem::PROPERTY_BACKGROUND_COLOR, "change background color"},
+        {ProjectItem::PROPERTY_LINE_WIDTH, "change line thickness"},
+    };
+    return labels;
+}
+
+} // namespace
+
+ProjectItem::ProjectItem(ChartSheet *sheet, CanvasItemInfo &info)
+    : info(info), sheet(sheet), propertyLabels(getCommonLabels())
+{
+}
+
+ProjectItem::~ProjectItem()
+{
+    if (scene())
+        sheet->itemLeft(this);
+}
+
+QString ProjectItem::getPropertyLabel(const QByteArray &property) const
+{
+    return propertyLabels.value(property);
+}
+
+void ProjectItem::setBorderLineWidth(int width)
+{
+    if (width < 0 || width > MaximumLineWidth)
+        return;
+    prepareGeometryChange();
+    info.borderLineWidth = width;
+    relayout(false);
+}
+
+CanvasItemInfo ProjectItem::getCanvasItemInfo()
+{
+    return info;
+}
+
+void ProjectItem::relayout(bool) {}
+
+QVariant ProjectItem::itemChange(GraphicsItemChange change, const QVariant &value)
+{
+    if (change == ItemSceneHasChanged) {
+        if (scene())
+            sheet->itemEntered(this);
+        else
+            sheet->itemLeft(this);
+    }
+    return QGraphicsObject::itemChange(change, value);
+}

@@ -1,0 +1,113 @@
+#include "chart/role.h"
+
+#include <QPainter>
+#include <QPixmap>
+
+namespace
+{
+
+QColor colorFromName(const QString &name)
+{
+    QColor color;
+    color.setNamedColor(name.toLower());
+    return color;
+}
+
+int shapeFromWord(const QString &word)
+{
+    static const QStringList words = {"rectangle", "oval", "plate", "ellipse"};
+    return qMax(0, words.indexOf(word.toLower()));
+}
+
+QIcon makeRoleIcon(const RoleInfo &info)
+{
+    const QRectF box(1, 1, 13, 13);
+    QPixmap pixmap(16, 16);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setPen(info.pen);
+    painter.setBrush(info.brush);
+    painter.setRenderHint(QPainter::Antialiasing, info.shape != RoleInfo::Rectangle);
+
+    switch (info.shape) {
+    case RoleInfo::Oval:
+        painter.drawRoundedRect(box, 75, 75, Qt::RelativeSize);
+        break;
+    case RoleInfo::Plate:
+        painter.drawPolygon(
+            QPolygonF({QPointF(7, 0), QPointF(14, 7), QPointF(7, 14), QPointF(0, 7)}));
+        break;
+    case RoleInfo::Ellipse:
+        painter.drawEllipse(box);
+        break;
+    default:
+        painter.drawRect(box);
+    }
+    return QIcon(pixmap);
+}
+
+} // namespace
+
+QMap<QString, RoleInfo> Role::rolesList;
+
+Role::Role(const QString &type)
+{
+    setType(type);
+}
+
+void Role::setType(const QString &type)
+{
+    if (rolesList.isEmpty())
+        loadAllRoles();
+    info = rolesList.value(type);
+}
+
+QString Role::typeFromName(const QString &displayName)
+{
+    if (rolesList.isEmpty())
+        loadAllRoles();
+    for (const RoleInfo &row : qAsConst(rolesList)) {
+        if (row.displayName == displayName)
+            return row.typeName;
+    }
+    return "Event";
+}
+
+RoleInfo Role::makeRoleInfo(const QString &type, const QString &name, const QString &brushColor,
+                            const QString &penColor, const QString &lineStyle, const QString &shape)
+{
+    RoleInfo info;
+    info.displayName = name;
+    info.brush = QBrush(colorFromName(brushColor));
+    info.pen = QPen(colorFromName(penColor));
+    if (lineStyle.toLower() == "dashed")
+        info.pen.setStyle(Qt::DashLine);
+    info.pen.setWidth(1);
+    info.shape = shapeFromWord(shape);
+    info.typeName = type;
+    info.icon = makeRoleIcon(info);
+    return info;
+}
+
+void Role::loadAllRoles()
+{
+    const auto add = [](const QString &type, const QString &name, const QString &brushColor,
+                        const QString &lineStyle, const QString &shape) {
+        rolesList.insert(type, makeRoleInfo(type, name, brushColor, "black", lineStyle, shape));
+    };
+    add("Event", "Event", "LightYellow", "solid", "rectangle");
+    add("Assumed_Event", "Assumed Event", "white", "dashed", "rectangle");
+    add("Condition", "Condition", "white", "solid", "oval");
+    add("Assumed_Condition", "Assumed Condition", "white", "dashed", "oval");
+    add("Sequence_Marker", "Sequence Marker", "#F6C47A", "solid", "oval");
+    add("Loss", "Loss", "white", "solid", "ellipse");
+    add("Loss_Of_Control", "Loss Of Control", "#F6C47A", "solid", "rectangle");
+    add("Starting_Event", "Starting Event", "#9ACD9A", "solid", "rectangle");
+    add("Terminating_Event", "Terminating Event", "#F4B7A5", "solid", "rectangle");
+    add("Transfer", "Transfer", "white", "solid", "plate");
+    add("Causal_Factor", "Causal Factor", "white", "solid", "oval");
+
+    RoleInfo &causalFactor = rolesList["Causal_Factor"];
+    causalFactor.circleDecoratorType = "numerals";
+    causalFactor.parentItem = true;
+}
