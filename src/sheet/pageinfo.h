@@ -8,6 +8,10 @@
 class PageInfo
 {
 public:
+    /// The shortest side of a page that a sheet or a printer is given; scene units.
+    static constexpr int MinimumPage = 50;
+
+    /// Margins that are no numbers, negative or leave no page count as not set.
     PageInfo();
 
     /// Device pixels of a printer at screen resolution, which are scene units.
@@ -21,4 +25,10 @@ public:
     double rightMargin = 0;
     double topMargin = 0;
     double bottomMargin = 0;
+
+private:
+    bool readMargins();
+    void deriveMargins();
+    bool leavesPage() const;
+    QRect getAreaOn(const QSize &paper, int resolution) const;
 };
