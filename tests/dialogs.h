@@ -1,0 +1,165 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
+#include <QSpinBox>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+
+/// Answers the next modal widget, which runs its own event loop inside the code under test.
+/// Make it before the call that shows the dialog, and look at wasAsked() afterwards. A dialog
+/// that the answer leaves open is closed after three seconds, so that no test hangs.
+class DialogAnswer
+{
+public:
+    /// Gets the dialog once it is shown, and returns true when it has answered it.
+    using Answer = std::function<bool(QWidget *)>;
+
+    explicit DialogAnswer(Answer answer) : answer(std::move(answer))
+    {
+        age.start();
+        QObject::connect(&timer, &QTimer::timeout, &timer, [this] { look(); });
+        timer.start(10);
+    }
+
+    bool wasAsked() const { return asked; }
+
+private:
+    void look()
+    {
+        QPointer<QWidget> widget = QApplication::activePopupWidget();
+        if (!widget)
+            widget = QApplication::activeModalWidget();
+        if (!widget)
+            return;
+        if (age.elapsed() > 3000) {
+            widget->close();
+            return;
+        }
+        if (busy)
+            return;
+        busy = true;
+        // The answer may run another dialog and delete this one.
+        if (answer(widget)) {
+            asked = true;
+            timer.stop();
+        }
+        busy = false;
+    }
+
+    Answer answer;
+    QTimer timer;
+    QElapsedTimer age;
+    bool asked = false;
+    bool busy = false;
+};
+
+/// Presses a button of the next message box and keeps what the box said.
+class BoxAnswer
+{
+public:
+    explicit BoxAnswer(QMessageBox::StandardButton button)
+        : BoxAnswer([button](QMessageBox *box) -> QAbstractButton * { return box->button(button); })
+    {
+    }
+
+    /// By the text of a button of the box's own.
+    explicit BoxAnswer(const QString &buttonText)
+        : BoxAnswer([buttonText](QMessageBox *box) -> QAbstractButton * {
+              for (QAbstractButton *button : box->buttons()) {
+                  if (button->text().remove('&') == buttonText)
+                      return button;
+              }
+              return nullptr;
+          })
+    {
+    }
+
+    bool wasAsked() const { return answer.wasAsked(); }
+
+    QString title;
+    QString text;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QMessageBox::StandardButtons buttons;
+    QString defaultButton; ///< its text, without the mark of the mnemonic
+
+private:
+    explicit BoxAnswer(std::function<QAbstractButton *(QMessageBox *)> choose)
+        : answer([this, choose](QWidget *widget) {
+              auto *box = qobject_cast<QMessageBox *>(widget);
+              return box && press(box, choose(box));
+          })
+    {
+    }
+
+    bool press(QMessageBox *box, QAbstractButton *button)
+    {
+        title = box->windowTitle();
+        text = box->text();
+        icon = box->icon();
+        buttons = box->standardButtons();
+        if (box->defaultButton())
+            defaultButton = box->defaultButton()->text().remove('&');
+        if (!button)
+            return false;
+        button->click();
+        return true;
+    }
+
+    DialogAnswer answer;
+};
+
+/// Types a path into the next file dialog and presses Return; an empty path cancels it.
+inline DialogAnswer::Answer fileChoice(const QString &path)
+{
+    return [path](QWidget *widget) {
+        auto *dialog = qobject_cast<QFileDialog *>(widget);
+        if (!dialog)
+            return false;
+        if (path.isEmpty()) {
+            dialog->reject();
+            return true;
+        }
+        auto *edit = dialog->findChild<QLineEdit *>("fileNameEdit");
+        if (!edit)
+            return false;
+        edit->setText(path);
+        QTest::keyClick(edit, Qt::Key_Return);
+        return true;
+    };
+}
+
+/// Sets the number in the next input dialog and accepts it.
+inline DialogAnswer::Answer numberChoice(int number)
+{
+    return [number](QWidget *widget) {
+        auto *dialog = qobject_cast<QInputDialog *>(widget);
+        if (!dialog)
+            return false;
+        dialog->setIntValue(number);
+        dialog->accept();
+        return true;
+    };
+}
+
+/// Rejects whatever dialog comes next.
+inline DialogAnswer::Answer cancellation()
+{
+    return [](QWidget *widget) {
+        auto *dialog = qobject_cast<QDialog *>(widget);
+        if (dialog)
+            dialog->reject();
+        else
+            widget->close();
+        return true;
+    };
+}
