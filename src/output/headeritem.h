@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QGraphicsWebView>
+
+/// The table at the top of the main sheet that repeats the form's key facts.
+class HeaderItem : public QGraphicsWebView
+{
+    Q_OBJECT
+
+public:
+    HeaderItem();
+
+    /// A template that can't be opened leaves the header empty.
+    void loadTemplate(const QString &path);
+
+public slots:
+    /// Ids that the template doesn't know are passed over.
+    void setHeaderValue(const QString &id, const QString &value);
+
+signals:
+    void editRequested();
+
+protected:
+    // The page inside takes no part in what the mouse does.
+    void mousePressEvent(QGraphicsSceneMouseEvent *) override {}
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent *) override {}
+    void mouseMoveEvent(QGraphicsSceneMouseEvent *) override {}
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *) override { emit editRequested(); }
+    void contextMenuEvent(QGraphicsSceneContextMenuEvent *) override {}
+
+private slots:
+    void onLoadFinished(bool ok);
+    void resizeToContent();
+};

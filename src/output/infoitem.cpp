@@ -1,0 +1,24 @@
+#include "output/infoitem.h"
+
+#include <QGraphicsTextItem>
+#include <QPen>
+
+InfoItem::InfoItem() : QGraphicsRectItem(0, 0, 190, 160)
+{
+    setPen(QPen(Qt::gray, 1, Qt::DashLine));
+    setBrush(Qt::transparent);
+    setFlags(ItemIsMovable | ItemIsSelectable);
+
+    auto *picture = new QGraphicsPixmapItem(QPixmap(":/images/why.png"), this);
+    picture->setPos(45, 10);
+    addText("Observed\nSubstandard\nBehaviour or\nCondition", QPointF(10, 89));
+    addText("Facts that\nexplain why\nthe effect is\npresent", QPointF(110, 89));
+}
+
+void InfoItem::addText(const QString &text, const QPointF &position)
+{
+    auto *item = new QGraphicsTextItem(text, this);
+    item->setFont(QFont("Arial", 8, QFont::Normal));
+    item->setDefaultTextColor(Qt::black);
+    item->setPos(position);
+}
