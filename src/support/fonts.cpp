@@ -1,5 +1,7 @@
 #include "support/fonts.h"
 
+#include <QFontDialog>
+#include <QFontInfo>
 #include <QSettings>
 
 QString encodeFont(QFont font)
@@ -27,4 +29,21 @@ QFont getStandardFont()
     QFont font = getBuiltInFont();
     decodeFont(QSettings().value("font", encodeFont(font)).toString(), font);
     return font;
+}
+
+bool askForFont(QFont &font, QWidget *parent)
+{
+    // On a family that is not installed the dialog would silently pick any other.
+    const QString substitute = QFontInfo(font).family();
+    QFont shown = font;
+    shown.setFamily(substitute);
+    bool accepted = false;
+    QFont chosen = QFontDialog::getFont(&accepted, shown, parent);
+    if (!accepted)
+        return false;
+    chosen.setStyleName(QString());
+    if (chosen.family() == substitute)
+        chosen.setFamily(font.family());
+    font = chosen;
+    return true;
 }

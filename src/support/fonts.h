@@ -3,6 +3,8 @@
 #include <QFont>
 #include <QString>
 
+class QWidget;
+
 /// The text form of a font, as settings and project files hold it: ten fields,
 /// without the style name that font dialogs add.
 QString encodeFont(QFont font);
@@ -15,3 +17,7 @@ QFont getBuiltInFont();
 
 /// The font of notes without one of their own: the settings key "font".
 QFont getStandardFont();
+
+/// Runs the font dialog on the font. False, with the font left alone, when the
+/// user cancels.
+bool askForFont(QFont &font, QWidget *parent);

@@ -1,0 +1,176 @@
+#include "shell/introscreen.h"
+
+#include "ui_introscreen.h"
+
+#include <QAction>
+#include <QDateTime>
+#include <QDirIterator>
+#include <QLocale>
+#include <QScreen>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTimer>
+
+namespace
+{
+
+constexpr int UpdateLoadingTime = 5000; // milliseconds
+
+/// Not every file system keeps the time of birth.
+QDateTime getCreated(const QFileInfo &file)
+{
+    const QDateTime birth = file.birthTime();
+    return birth.isValid() ? birth : file.metadataChangeTime();
+}
+
+QTableWidgetItem *makeNameItem(const QFileInfo &file)
+{
+    const QString fileName = file.fileName();
+    auto *item = new QTableWidgetItem(fileName.left(fileName.lastIndexOf(".autosave")));
+    item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+    item->setData(Qt::UserRole, file.absoluteFilePath());
+    item->setData(Qt::ToolTipRole, "Double click to open this auto-saved file.");
+    return item;
+}
+
+QTableWidgetItem *makeDateItem(const QFileInfo &file)
+{
+    auto *item =
+        new QTableWidgetItem(QLocale::system().toString(getCreated(file), QLocale::LongFormat));
+    item->setFlags(Qt::ItemIsEnabled);
+    return item;
+}
+
+QTableWidgetItem *makeHeaderItem(const QString &text)
+{
+    auto *item = new QTableWidgetItem(text);
+    item->setData(Qt::TextAlignmentRole, int(Qt::AlignLeft));
+    return item;
+}
+
+} // namespace
+
+IntroScreen::IntroScreen(QWidget *parent) : QWidget(parent), ui(new Ui_IntroScreen)
+{
+    ui->setupUi(this);
+    ui->updateButton->hide();
+    connectButtons();
+    setAttribute(Qt::WA_DeleteOnClose);
+    addRecentFiles();
+    fitLogo(screen()->availableGeometry().height());
+    const bool anyFiles = listAutoSavedFiles();
+    connect(ui->autoSaveTable, &QTableWidget::itemActivated, this,
+            &IntroScreen::onAutoSaveActivated);
+    ui->autoSaveGroup->setVisible(anyFiles);
+    colorForDarkGround();
+    setAttribute(Qt::WA_StyledBackground);
+    setStyleSheet("IntroScreen { background: qradialgradient(cx:0.5, cy:0.5, radius: 0.4, fx:0.5, "
+                  "fy:0.5, stop:0 #D82509, stop:1 #951900); }");
+}
+
+IntroScreen::~IntroScreen() = default;
+
+void IntroScreen::connectButtons()
+{
+    connect(ui->updateButton, &QToolButton::clicked, this, &IntroScreen::onUpdateClicked);
+    connect(ui->newProjectButton, &QToolButton::clicked, this, &IntroScreen::newProjectClicked);
+    connect(ui->quickStartButton, &QToolButton::clicked, this, &IntroScreen::quickStartClicked);
+    connect(ui->openProjectButton, &QToolButton::clicked, this, &IntroScreen::onOpenProjectClicked);
+}
+
+void IntroScreen::addRecentFiles()
+{
+    const QStringList paths = QSettings().value("recentFiles").toStringList();
+    if (paths.isEmpty()) {
+        ui->openProjectButton->setPopupMode(QToolButton::DelayedPopup);
+        return;
+    }
+    for (const QString &path : paths)
+        ui->openProjectButton->addAction(new QAction(path, this));
+    connect(ui->openProjectButton, &QToolButton::triggered, this,
+            &IntroScreen::onRecentFileTriggered);
+}
+
+void IntroScreen::fitLogo(int availableHeight)
+{
+    const QPixmap logo = ui->logoLabel->pixmap(Qt::ReturnByValue);
+    if (availableHeight >= logo.height() / logo.devicePixelRatio() + 100)
+        return;
+    ui->logoLabel->setPixmap(QPixmap());
+    ui->logoLabel->setText("TRAC/Ex Examiner");
+    ui->logoLabel->setFont(QFont("Arial", 25, QFont::Bold, false));
+    ui->logoLabel->setAlignment(Qt::AlignHCenter);
+}
+
+bool IntroScreen::listAutoSavedFiles()
+{
+    QDirIterator files(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation),
+                       {"*.autosave"}, QDir::NoFilter);
+    while (files.hasNext())
+        addAutoSavedFile(files.next());
+    if (ui->autoSaveTable->rowCount() == 0)
+        return false;
+    ui->autoSaveTable->setHorizontalHeaderItem(0, makeHeaderItem("Name"));
+    ui->autoSaveTable->setHorizontalHeaderItem(1, makeHeaderItem("Saved on"));
+    return true;
+}
+
+void IntroScreen::addAutoSavedFile(const QString &path)
+{
+    const QFileInfo file(path);
+    const int row = ui->autoSaveTable->rowCount();
+    ui->autoSaveTable->setRowCount(row + 1);
+    ui->autoSaveTable->setColumnCount(2);
+    ui->autoSaveTable->setItem(row, 0, makeNameItem(file));
+    ui->autoSaveTable->setItem(row, 1, makeDateItem(file));
+}
+
+/// The ground is dark red on every desktop, so what stands on it is light.
+void IntroScreen::colorForDarkGround()
+{
+    QPalette light;
+    light.setColor(QPalette::WindowText, Qt::white);
+    light.setColor(QPalette::ButtonText, Qt::white);
+    light.setColor(QPalette::Button, QColor("#b32a12")); // under the mouse
+    for (QWidget *widget :
+         {static_cast<QWidget *>(ui->logoLabel), static_cast<QWidget *>(ui->newProjectButton),
+          static_cast<QWidget *>(ui->quickStartButton),
+          static_cast<QWidget *>(ui->openProjectButton), static_cast<QWidget *>(ui->autoSaveGroup),
+          static_cast<QWidget *>(ui->updateButton)})
+        widget->setPalette(light);
+    ui->autoSaveTable->setPalette(QApplication::palette(ui->autoSaveTable));
+}
+
+void IntroScreen::showUpdateButton()
+{
+    ui->updateButton->show();
+}
+
+void IntroScreen::onUpdateClicked()
+{
+    ui->updateButton->setText("Loading update site...");
+    QTimer::singleShot(UpdateLoadingTime, this, &IntroScreen::stopUpdateLoading);
+    emit updateClicked();
+}
+
+void IntroScreen::stopUpdateLoading()
+{
+    ui->updateButton->setText("Software Update Available\nClick to Download");
+}
+
+void IntroScreen::onRecentFileTriggered(QAction *action)
+{
+    emit openProjectClicked(action->text(), true);
+}
+
+void IntroScreen::onOpenProjectClicked()
+{
+    emit openProjectClicked(QString(), true);
+}
+
+void IntroScreen::onAutoSaveActivated(QTableWidgetItem *item)
+{
+    const QString path = item->data(Qt::UserRole).toString();
+    if (!path.isEmpty())
+        emit openProjectClicked(path, false);
+}

@@ -1,0 +1,123 @@
+#include "shell/settings.h"
+
+#include "sheet/pageinfo.h"
+#include "support/fonts.h"
+#include "ui_settings.h"
+
+#include <QSettings>
+
+namespace
+{
+
+struct PaperSize {
+    const char *name;
+    int number; // a QPrinter::PageSize
+};
+
+constexpr PaperSize PaperSizes[] = {
+    {"U.S. Tabloid", 29},
+    {"U.S. Letter", 2},
+    {"U.S. Legal", 3},
+    {"A0", 5},
+    {"A1", 6},
+    {"A2", 7},
+    {"A3", 8},
+    {"A4", 0},
+    {"A5", 9},
+    {"A6", 10},
+    {"A7", 11},
+    {"A8", 12},
+    {"A9", 13},
+    {"B0", 14},
+    {"B1", 15},
+    {"B2", 17},
+    {"B3", 18},
+    {"B4", 19},
+    {"B5", 1},
+    {"B6", 20},
+    {"B7", 21},
+    {"B8", 22},
+    {"B9", 23},
+    {"B10", 16},
+    {"C5E", 24},
+    {"U.S. Common 10 Envelope", 25},
+    {"U.S. DLE", 26},
+    {"U.S. Executive", 4},
+    {"U.S. Folio", 27},
+    {"U.S. Ledger", 28},
+};
+
+QString describeFont(const QFont &font)
+{
+    QString text = font.family() + ' ' + QString::number(font.pointSize()) + "pt";
+    if (font.weight() > QFont::Normal)
+        text += " Bold";
+    if (font.style() != QFont::StyleNormal)
+        text += " Italic";
+    return text;
+}
+
+} // namespace
+
+Settings::Settings(QWidget *parent) : QDialog(parent), ui(new Ui_Settings)
+{
+    ui->setupUi(this);
+    fillPaperSizes();
+    readSettings();
+    connect(ui->fontButton, &QPushButton::clicked, this, &Settings::chooseFont);
+}
+
+Settings::~Settings() = default;
+
+void Settings::fillPaperSizes()
+{
+    for (const PaperSize &size : PaperSizes)
+        ui->paperSizeCombo->addItem(size.name, size.number);
+}
+
+void Settings::readSettings()
+{
+    font = getStandardFont();
+    showFont();
+    const PageInfo page;
+    ui->leftMargin->setValue(page.leftMargin);
+    ui->rightMargin->setValue(page.rightMargin);
+    ui->topMargin->setValue(page.topMargin);
+    ui->bottomMargin->setValue(page.bottomMargin);
+    const QSettings settings;
+    // A size outside the table selects nothing.
+    ui->paperSizeCombo->setCurrentIndex(
+        ui->paperSizeCombo->findData(settings.value("pageSize", 29).toInt()));
+    ui->showPageNumbers->setChecked(settings.value("showPageNumbers", true).toBool());
+    ui->showLegend->setChecked(settings.value("showLegend", true).toBool());
+    ui->showHeader->setChecked(settings.value("showHeader", true).toBool());
+}
+
+void Settings::showFont()
+{
+    ui->fontPreviewLabel->setText(describeFont(font));
+    ui->fontPreviewLabel->setFont(font);
+}
+
+void Settings::chooseFont()
+{
+    if (askForFont(font, this))
+        showFont();
+}
+
+void Settings::accept()
+{
+    QStringList margins;
+    for (const QDoubleSpinBox *margin :
+         {ui->leftMargin, ui->rightMargin, ui->topMargin, ui->bottomMargin})
+        margins.append(QString::number(margin->value(), 'g', 6));
+
+    QSettings settings;
+    settings.setValue("font", encodeFont(font));
+    settings.setValue("pageSize", ui->paperSizeCombo->currentData());
+    settings.setValue("margins", margins);
+    settings.setValue("showPageNumbers", ui->showPageNumbers->isChecked());
+    settings.setValue("showLegend", ui->showLegend->isChecked());
+    settings.setValue("showHeader", ui->showHeader->isChecked());
+    QDialog::accept();
+}
