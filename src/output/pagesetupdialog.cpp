@@ -1,0 +1,50 @@
+#include "output/pagesetupdialog.h"
+
+#include "chart/sticky.h"
+#include "sheet/projectscene.h"
+#include "sheet/sheethost.h"
+#include "ui_pagesetupdialog.h"
+
+PageSetupDialog::PageSetupDialog(SheetHost *host)
+    : QDialog(host->getDialogParent()), ui(new Ui_PageSetupDialog), host(host)
+{
+    ui->setupUi(this);
+}
+
+PageSetupDialog::~PageSetupDialog() = default;
+
+void PageSetupDialog::setCausalFactorCharts(const QList<ProjectScene *> &scenes)
+{
+    ui->causalFactorsListWidget->clear();
+    entries.clear();
+    for (const ProjectScene *scene : scenes) {
+        entries.append(makeEntry(scene));
+        ui->causalFactorsListWidget->addItem(entries.last());
+    }
+}
+
+QListWidgetItem *PageSetupDialog::makeEntry(const ProjectScene *scene) const
+{
+    const Sticky *owner = scene->getParentNote();
+    auto *entry =
+        new QListWidgetItem("Causal Factor " + QString::number(owner->getCausalFactorNumber()));
+    entry->setFlags(Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
+    entry->setCheckState(scene->isPrintEnabled() ? Qt::Checked : Qt::Unchecked);
+    entry->setData(Qt::UserRole, owner->getGUID());
+    return entry;
+}
+
+ProjectScene *PageSetupDialog::getSheet(const QString &ownerGUID) const
+{
+    return dynamic_cast<ProjectScene *>(host->getSceneForParent(ownerGUID));
+}
+
+void PageSetupDialog::accept()
+{
+    getSheet(QString())->setPrintEnabled(ui->ecsChartCheckbox->isChecked());
+    for (const QListWidgetItem *entry : qAsConst(entries)) {
+        ProjectScene *sheet = getSheet(entry->data(Qt::UserRole).toString());
+        sheet->setPrintEnabled(entry->checkState() == Qt::Checked);
+    }
+    QDialog::accept();
+}
