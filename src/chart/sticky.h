@@ -77,6 +77,7 @@ public:
     Side updateLineConnection(const QPointF &p);
     void setHighlightedEdge(Side side);
 
+    using ProjectItem::relayout;
     CanvasItemInfo getCanvasItemInfo() override;
     void setCustomBackgroundColor(const QColor &color) override;
     void setSize(QSizeF size) override;
@@ -86,7 +87,6 @@ public:
 
 public slots:
     void relayout(bool doItFast) override;
-    using ProjectItem::relayout;
     void onTextChanged();
     void onSiblingDeleted(Sticky *deletedSticky);
 
@@ -109,7 +109,29 @@ protected:
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
 
 private:
+    void makePicture();
+    void makeCircle();
+    void makeText();
+    bool decorateCircle(const QString &decorator);
+    void squareForRole(const QString &role);
+    QList<Sticky *> getSiblingNotes() const;
+    bool changeFont(const QFont &font, bool custom);
+    void removeRoleSiblings();
+
+    void drawShape(QPainter *painter) const;
     void drawHighlightEdge(QPainter *painter, Side side) const;
+    QSizeF getTextInset() const;
+    qreal getTextHeight() const;
+    void placeText(const QSizeF &inset);
+    void placePicture(const QSizeF &inset, bool doItFast);
+    void scalePicture(const QSize &space, bool doItFast);
+
+    bool isCircleAt(const QPointF &p) const;
+    bool isPictureAt(const QPointF &p) const;
+    void beginEditing();
+    void setSelectionShadow(bool enabled);
+    void finishMove();
+    void finishResize();
 
     NoteText *noteText = nullptr;             // child
     QGraphicsPixmapItem *imageItem = nullptr; // child; null without a picture
@@ -118,5 +140,7 @@ private:
     CircledNumberItem *circle = nullptr; // child
     QString textBeforeEdit;
     std::unique_ptr<CrossLines> crossLines;
-    WorkingDropShadow *dropShadow = nullptr; // owned by the item as its effect
+    WorkingDropShadow *dropShadow = nullptr; // the item's effect, made with the first shadow
+    QSize pictureSpace;                      // what the shown picture was scaled for
+    bool pictureIsRough = false;             // scaled in haste
 };

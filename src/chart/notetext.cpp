@@ -1,0 +1,94 @@
+#include "chart/notetext.h"
+
+#include "support/qaspell.h"
+#include "support/spellinghighlighter.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QAction>
+#include <QDebug>
+#include <QGraphicsSceneContextMenuEvent>
+#include <QMenu>
+#include <QTextCursor>
+#include <QTextDocument>
+
+NoteText::NoteText(QGraphicsItem *parent)
+    : QGraphicsTextItem(parent), addWordAction(new QAction(tr("Add word"), this))
+{
+}
+
+void NoteText::setEditable(bool editable)
+{
+    if (editable == (highlighter != nullptr))
+        return;
+    if (editable) {
+        highlighter = new SpellingHighlighter(document());
+        setTextInteractionFlags(Qt::TextEditorInteraction);
+        return;
+    }
+    delete highlighter;
+    highlighter = nullptr;
+    QTextCursor cursor = textCursor();
+    cursor.clearSelection(); // a passive label would still draw it
+    setTextCursor(cursor);
+    setTextInteractionFlags(Qt::NoTextInteraction);
+}
+
+void NoteText::setFocus(Qt::FocusReason reason)
+{
+    qDebug() << "Note text takes the focus, enabled:" << isEnabled()
+             << "focusable:" << bool(flags() & ItemIsFocusable) << "focused:" << hasFocus();
+    QGraphicsItem::setFocus(reason);
+}
+
+void NoteText::keyPressEvent(QKeyEvent *event)
+{
+    emit textChanged();
+    QGraphicsTextItem::keyPressEvent(event);
+}
+
+void NoteText::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
+{
+    const int position = document()->documentLayout()->hitTest(event->pos(), Qt::FuzzyHit);
+    const QString word = getWordAt(position).selectedText();
+    if (word.isEmpty() || highlighter->getSpell()->checkWord(word)) {
+        QGraphicsTextItem::contextMenuEvent(event);
+        return;
+    }
+
+    QMenu menu;
+    fillSuggestionsMenu(&menu, word, position);
+    addWordAction->setData(position);
+    onSpellingActionTriggered(menu.exec(event->screenPos()));
+}
+
+void NoteText::onSpellingActionTriggered(QAction *act)
+{
+    if (!act)
+        return;
+    QTextCursor cursor = getWordAt(act->data().toInt());
+    if (act == addWordAction) {
+        const QString word = cursor.selectedText();
+        highlighter->getSpell()->addWord(word);
+        cursor.insertText(word); // has the highlighter look at it again
+    } else {
+        cursor.insertText(act->text());
+    }
+    setTextCursor(cursor);
+}
+
+QTextCursor NoteText::getWordAt(int position) const
+{
+    QTextCursor cursor = textCursor();
+    cursor.setPosition(position);
+    cursor.select(QTextCursor::WordUnderCursor);
+    return cursor;
+}
+
+void NoteText::fillSuggestionsMenu(QMenu *menu, const QString &word, int position) const
+{
+    const QStringList suggestions = highlighter->getSpell()->getSuggestions(word);
+    if (suggestions.isEmpty())
+        menu->addAction(tr("No suggestions"))->setEnabled(false);
+    for (const QString &suggestion : suggestions)
+        menu->addAction(suggestion)->setData(position);
+}

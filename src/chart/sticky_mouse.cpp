@@ -1,0 +1,184 @@
+#include "chart/chartsheet.h"
+#include "chart/circlednumberitem.h"
+#include "chart/imagepreviewdialog.h"
+#include "chart/notetext.h"
+#include "chart/resizegrip.h"
+#include "chart/sticky.h"
+#include "chart/sticky_p.h"
+#include "sheet/sheethost.h"
+
+#include <QGraphicsPixmapItem>
+#include <QGraphicsScene>
+#include <QGraphicsSceneContextMenuEvent>
+#include <QGraphicsSceneHoverEvent>
+#include <QGraphicsSceneMouseEvent>
+#include <QMenu>
+#include <QTextCursor>
+
+void Sticky::mousePressEvent(QGraphicsSceneMouseEvent *event)
+{
+    if (noteText->hasFocus()) {
+        event->accept();
+        return;
+    }
+    if (event->button() == Qt::LeftButton) {
+        resizeHandleInUse = resizeGrip->contains(event->scenePos());
+        if (resizeHandleInUse != 0)
+            emit moveStarted();
+        geometryAtPress = getGeometry();
+    }
+    BoxItem::mousePressEvent(event);
+}
+
+void Sticky::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
+{
+    if (noteText->hasFocus()) {
+        event->accept();
+        return;
+    }
+    if (!(event->buttons() & Qt::LeftButton))
+        return;
+    if (resizeHandleInUse != 0) {
+        handleResizeEvent(event);
+        emit moved(this);
+        sheet->setHighlightToNote(this);
+        relayout(true);
+        return;
+    }
+    if (!moving) {
+        moving = true;
+        emit moveStarted();
+        setSelectionShadow(true);
+    }
+    BoxItem::mouseMoveEvent(event);
+}
+
+void Sticky::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
+{
+    if (noteText->hasFocus()) {
+        event->accept();
+        return;
+    }
+    if (event->button() == Qt::LeftButton) {
+        if (resizeHandleInUse == 0)
+            finishMove();
+        else
+            finishResize();
+        resizeHandleInUse = 0;
+    }
+    BoxItem::mouseReleaseEvent(event);
+}
+
+void Sticky::setSelectionShadow(bool enabled)
+{
+    if (!scene())
+        return;
+    for (QGraphicsItem *item : scene()->selectedItems()) {
+        if (auto *note = qgraphicsitem_cast<Sticky *>(item))
+            note->setShadow(enabled);
+    }
+}
+
+void Sticky::finishMove()
+{
+    if (scene()) {
+        for (QGraphicsItem *item : scene()->selectedItems())
+            item->setPos(ChartSheet::getNearestGridPoint(item->pos()));
+    }
+    setSelectionShadow(false);
+    emit moveFinished(this, geometryAtPress);
+    moving = false;
+}
+
+void Sticky::finishResize()
+{
+    prepareGeometryChange();
+    const QPointF corner = mapToScene(rect.bottomRight());
+    setPos(ChartSheet::getNearestGridPoint(scenePos()));
+    const QPointF extent = mapFromScene(ChartSheet::getNearestGridPoint(corner));
+    rect.setSize(QSizeF(extent.x(), extent.y()));
+    relayout(false);
+    emit moveFinished(this, geometryAtPress);
+    update();
+}
+
+void Sticky::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    if (isPictureAt(event->pos())) {
+        ImagePreviewDialog dialog(nullptr, info.image);
+        dialog.exec();
+    } else if (isCircleAt(event->pos())) {
+        if (sheet->getOwnerGUID().isEmpty())
+            emit requestCausalFactorNumberChange(this);
+    } else {
+        beginEditing();
+    }
+}
+
+bool Sticky::isPictureAt(const QPointF &p) const
+{
+    return imageItem && imageItem->boundingRect().contains(imageItem->mapFromParent(p));
+}
+
+bool Sticky::isCircleAt(const QPointF &p) const
+{
+    return circle->isVisible() && circle->shape().contains(circle->mapFromParent(p));
+}
+
+void Sticky::beginEditing()
+{
+    emit editingStarted(this);
+    editing = true;
+    textBeforeEdit = getText();
+    setHandlesChildEvents(false);
+    noteText->setEditable(true);
+    if (noteText->toPlainText() == InitialText) {
+        setText(QString());
+        if (info.role.getInfo().shape == RoleInfo::Ellipse)
+            noteText->setPos(rect.width() * 0.0625 + 2.5, (rect.height() - getTextHeight()) * 0.5);
+    }
+    noteText->setFocus(Qt::MouseFocusReason);
+    QTextCursor cursor = noteText->textCursor();
+    cursor.movePosition(QTextCursor::End);
+    noteText->setTextCursor(cursor);
+}
+
+void Sticky::finishEditing()
+{
+    editing = false;
+    emit textEdited(this, textBeforeEdit, getText());
+    setHandlesChildEvents(true);
+    noteText->setEditable(false);
+    setSiblingText();
+}
+
+void Sticky::hoverMoveEvent(QGraphicsSceneHoverEvent *event)
+{
+    if (sheet->getHost()->isLineToolSelected()) {
+        updateLineConnection(event->pos());
+        sheet->dragNewLine(event->scenePos());
+    }
+    event->ignore();
+    BoxItem::hoverMoveEvent(event);
+}
+
+void Sticky::hoverLeaveEvent(QGraphicsSceneHoverEvent *event)
+{
+    event->ignore();
+    if (!sheet->getHost()->isLineToolSelected()) {
+        BoxItem::hoverLeaveEvent(event);
+        return;
+    }
+    setHighlightedEdge(NoSide);
+}
+
+void Sticky::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
+{
+    if (moving || resizeHandleInUse != 0)
+        return;
+    setSelected(true);
+    if (QMenu *menu = sheet->getHost()->getNoteContextMenu())
+        menu->popup(event->screenPos());
+}

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QString>
+
+/// What a note without text shows.
+const QString InitialText = QStringLiteral("Double click to edit text");

@@ -1,0 +1,136 @@
+#include "chart/chartsheet.h"
+#include "chart/circlednumberitem.h"
+#include "chart/notetext.h"
+#include "chart/sticky.h"
+#include "sheet/sheethost.h"
+
+#include <QDebug>
+
+void Sticky::setRoleType(const QString &role)
+{
+    const Role newRole(role);
+    const bool wasParent = isParentItem();
+    squareForRole(role);
+
+    circle->setBrush(QBrush(Qt::white));
+    circle->setNumberingMode(CircledNumberItem::NoNumber);
+    decorateCircle(newRole.getCircleDecoratorType());
+    if (circle->getNumberingMode() != CircledNumberItem::NoNumber)
+        setCausalFactorNumber(sheet->getFirstUnusedCFNumber());
+
+    if (newRole.isParentItem() && !wasParent)
+        emit causalFactorAdded(this);
+    else if (wasParent && !newRole.isParentItem())
+        emit causalFactorRemoved(this);
+
+    removeRoleSiblings();
+    addRoleSiblings(role);
+    info.role.setType(role);
+    circle->setVisible(!info.role.getCircleDecoratorType().isEmpty());
+    relayout(false);
+}
+
+void Sticky::squareForRole(const QString &role)
+{
+    if (role != "Transfer" && role != "Loss")
+        return;
+    setSize(QSizeF(rect.width(), rect.width()));
+    if (role == "Loss")
+        return;
+    if (getText().isEmpty())
+        setText("A");
+    setTextAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+}
+
+// False leaves the circle without a look of its own: there is nothing to show.
+bool Sticky::decorateCircle(const QString &decorator)
+{
+    if (decorator == "numerals" || decorator == "letters") {
+        circle->setNumberingMode(decorator == "numerals" ? CircledNumberItem::Numerals
+                                                         : CircledNumberItem::Letters);
+        return true;
+    }
+    const QColor color(decorator);
+    if (!color.isValid())
+        return false;
+    circle->setNumberingMode(CircledNumberItem::NoNumber);
+    circle->setBrush(color);
+    return true;
+}
+
+void Sticky::removeRoleSiblings()
+{
+    if (getRoleType() == "Loss") {
+        removeSibling("loss");
+    } else if (getRoleType() == "Loss_Of_Control") {
+        removeSibling("lossOfControl");
+    } else if (getRoleType() == "Causal_Factor") {
+        for (const QString &id : QStringList(info.siblings)) {
+            if (id.startsWith("causalFactor"))
+                removeSibling(id);
+        }
+    }
+}
+
+void Sticky::addRoleSiblings(const QString &role)
+{
+    if (role == "Loss")
+        addSibling("loss");
+    else if (role == "Loss_Of_Control")
+        addSibling("lossOfControl");
+}
+
+void Sticky::addSibling(Sticky *note)
+{
+    if (note && !info.siblings.contains(note->getGUID())) {
+        info.siblings.append(note->getGUID());
+        connect(note, &Sticky::deleted, this, &Sticky::onSiblingDeleted);
+    } else {
+        qDebug() << "ERROR: NULL SIBLING??";
+    }
+    qDebug() << "Add Sticky sibling: " << info.siblings.join(", ");
+}
+
+void Sticky::addSibling(const QString &id)
+{
+    if (!info.siblings.contains(id))
+        info.siblings.append(id);
+}
+
+void Sticky::removeSibling(const QString &id)
+{
+    // A note that was read from a file keeps the ids of deleted ones.
+    if (!info.siblings.removeOne(id))
+        qDebug() << "ERROR:  The sibling to delete is not in the list." << id;
+    qDebug() << "Removed sibling: " << id;
+    qDebug() << "Siblings remaining:" << info.siblings;
+}
+
+void Sticky::onSiblingDeleted(Sticky *deletedSticky)
+{
+    removeSibling(deletedSticky->getGUID());
+}
+
+void Sticky::setSiblingText()
+{
+    const QString text = noteText->toPlainText();
+    for (const QString &id : QStringList(info.siblings)) {
+        if (Sticky *note = sheet->getHost()->getNoteWithGUID(id))
+            note->setText(text);
+        else
+            sheet->setConnectedFormField(id, text);
+    }
+}
+
+void Sticky::notifySceneAddition()
+{
+    if (isParentItem())
+        emit causalFactorAdded(this);
+}
+
+void Sticky::notifySceneRemoval()
+{
+    emit deleted(this);
+    if (isParentItem())
+        emit causalFactorRemoved(this);
+}

@@ -1,0 +1,100 @@
+#include "chart/svgpicture.h"
+
+#include "chart/chartsheet.h"
+#include "chart/resizegrip.h"
+
+#include <QGraphicsSceneMouseEvent>
+#include <QPainter>
+
+namespace
+{
+
+constexpr QSizeF StandardSize(17, 82);
+constexpr QSize LargestCache(4096, 4096); // whatever a file says
+
+} // namespace
+
+SVGPicture::SVGPicture(const QString &resource, ChartSheet *sheet, CanvasItemInfo &info)
+    : BoxItem(sheet, info), renderer(resource)
+{
+    setFlags(ItemIsMovable | ItemIsSelectable);
+    setHandlesChildEvents(true);
+    resizeGrip = std::make_unique<ResizeGrip>(this);
+    setPos(info.startPoint);
+    const bool hasSize = info.size.width() >= 0 && info.size.height() >= 0;
+    setSize(hasSize ? info.size : StandardSize);
+    setZValue(100);
+}
+
+void SVGPicture::relayout()
+{
+    resizeGrip->relayout(rect);
+    cache = QPixmap(rect.size().toSize().boundedTo(LargestCache));
+    if (!cache.isNull()) {
+        cache.fill(Qt::transparent);
+        QPainter painter(&cache);
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        renderer.render(&painter);
+    }
+    update();
+}
+
+CanvasItemInfo SVGPicture::getCanvasItemInfo()
+{
+    info.startPoint = pos();
+    info.size = rect.size();
+    info.parent = sheet->getOwnerGUID();
+    return info;
+}
+
+void SVGPicture::setCustomBackgroundColor(const QColor &) {}
+
+void SVGPicture::setSize(QSizeF size)
+{
+    prepareGeometryChange();
+    rect.setSize(size);
+    relayout();
+}
+
+void SVGPicture::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
+{
+    painter->drawPixmap(0, 0, cache);
+}
+
+QVariant SVGPicture::itemChange(GraphicsItemChange change, const QVariant &value)
+{
+    if (change == ItemSelectedHasChanged) {
+        resizeGrip->setVisible(value.toBool());
+        emit selectionChanged();
+    }
+    return BoxItem::itemChange(change, value);
+}
+
+void SVGPicture::mousePressEvent(QGraphicsSceneMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton) {
+        resizeHandleInUse = resizeGrip->contains(event->scenePos());
+        geometryAtPress = getGeometry();
+    }
+    BoxItem::mousePressEvent(event);
+}
+
+void SVGPicture::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
+{
+    if (resizeHandleInUse == 0) {
+        BoxItem::mouseMoveEvent(event);
+        return;
+    }
+    handleResizeEvent(event);
+    relayout();
+}
+
+void SVGPicture::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton) {
+        resizeHandleInUse = 0;
+        emit moveFinished(this, geometryAtPress);
+    }
+    event->ignore();
+    BoxItem::mouseReleaseEvent(event);
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "chart/boxitem.h"
+
+#include <QPixmap>
+#include <QSvgRenderer>
+
+/// A barrier: a drawing stretched to its box. It lies above the notes and
+/// stays off the grid.
+class SVGPicture : public BoxItem
+{
+    Q_OBJECT
+
+public:
+    /// `resource` is the path of the drawing; one that doesn't load shows nothing.
+    SVGPicture(const QString &resource, ChartSheet *sheet, CanvasItemInfo &info);
+
+    /// Draws the picture anew in its present size. Hides the base's slot, which
+    /// stays without effect.
+    void relayout();
+    using BoxItem::relayout;
+
+    CanvasItemInfo getCanvasItemInfo() override;
+    /// Barriers keep their colours: no effect.
+    void setCustomBackgroundColor(const QColor &color) override;
+    void setSize(QSizeF size) override;
+    int type() const override { return SVGPictureType; }
+    QRectF boundingRect() const override { return rect; }
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
+
+protected:
+    QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
+    void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseMoveEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
+
+private:
+    QSvgRenderer renderer;
+    QPixmap cache;
+};
