@@ -3,17 +3,23 @@
 #include "chart/chartsheet.h"
 #include "editing/line.h"
 
+#include <QFont>
 #include <QGraphicsScene>
 #include <QMultiHash>
+#include <QPointer>
 #include <QSet>
 #include <QTimer>
+#include <QUndoStack>
+
+#include <optional>
 
 class BoxItem;
+class FooterItem;
 class FormView;
 class HeaderItem;
 class ProjectFile;
+class QMimeData;
 class QUndoGroup;
-class QUndoStack;
 
 /// One chart sheet: a grid of whole pages that grows and shrinks with its items.
 /// It is a secondary sheet exactly when it has a parent note.
@@ -22,7 +28,10 @@ class ProjectScene : public QGraphicsScene, public ChartSheet
     Q_OBJECT
 
 public:
+    static constexpr int MaximumPages = 1000; ///< in each direction
+
     /// `pageSize` is one page in scene units. The stack of the sheet joins `group`.
+    /// Without a project file nothing turns dirty, without a form nothing follows it.
     ProjectScene(SheetHost *host, QUndoGroup *group, ProjectFile *projectFile, FormView *formView,
                  QSize pageSize, Sticky *parentNote = nullptr);
     ~ProjectScene() override;
@@ -32,6 +41,7 @@ public:
     static QSizeF getStandardItemSize(int tool);
 
     QUndoStack *getUndoStack() const { return undoStack; }
+    const QFont &getDefaultFont() const { return defaultFont; }
     /// Null on the main sheet.
     Sticky *getParentNote() const { return parentNote; }
     bool isPrintEnabled() const { return printEnabled; }
@@ -39,8 +49,10 @@ public:
     QPointF getLastContextMenuPos() const { return lastContextMenuPos; }
     int getNumVerticalPages() const;
     int getNumHorizontalPages() const;
+    /// The page rectangle; `p` is not clamped to the sheet.
     QRectF getPageBoundsAtPoint(const QPointF &p) const;
     bool pageContainsItems(const QRectF &page) const;
+    /// From (0,0) to the farthest right and bottom of what a project saves.
     QRectF projectItemsBoundingRect() const;
 
     /// Loss first, Loss Of Control second; null where there is none.
@@ -69,6 +81,8 @@ public:
     /// Refusals are told to the user and change nothing.
     bool setSelectedNotesRole(const QString &role);
     bool checkRoleChangePermission(const QString &role, const QList<Sticky *> &notes);
+    /// Why these notes may not take the role, in the user's words; empty if they may.
+    QString getRoleRefusal(const QString &role, const QList<Sticky *> &notes) const;
     void deleteSelectedItems();
     void setSelectedNotesAlignment(Qt::Alignment alignment);
     void setSelectedNotesProperty(const QByteArray &property, const QVariant &value);
@@ -86,6 +100,7 @@ public:
     QString getOwnerGUID() const override;
     int getViewZoom() const override;
     Sticky *getNoteAt(QPointF scenePos) const override;
+    /// Of two with one GUID the one that came last.
     ProjectItem *getItemWithGUID(const QString &guid) const override;
     int getFirstUnusedCFNumber() const override;
     void setHighlightToNote(Sticky *note) override;
@@ -126,7 +141,42 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QGraphicsSceneContextMenuEvent *event) override;
 
+private slots:
+    void onNoteBecameCausalFactor(Sticky *note);
+    void onNoteWasCausalFactor(Sticky *note);
+
 private:
+    bool isSecondary() const { return parentNote != nullptr; }
+
+    void createSingletonItems();
+    void createHeader();
+    void deleteItems();
+    void fitPages(const QRectF &bound);
+    void checkCanvasAfterAdding();
+    void drawGrid(QPainter *painter, const QRectF &rect) const;
+    void drawPageFrames(QPainter *painter) const;
+    FooterItem *makeFooter(int row, int column);
+
+    ProjectItem *makeItem(CanvasItemInfo &info);
+    Sticky *makeNote(CanvasItemInfo &info);
+    Line *makeLine(CanvasItemInfo &info);
+    ProjectItem *makeBarrier(const QString &resource, CanvasItemInfo &info);
+    std::optional<QPixmap> chooseImage();
+    bool askToReduce(const QPixmap &image);
+    void moveHighlight(int tool, const QPointF &scenePos);
+
+    void startLine(int tool, const QPointF &scenePos);
+    void finishLine(Sticky *noteUnderPointer);
+    void moveSelectedBoxes(const QPointF &step);
+    bool askToDropSheet(const QString &title, const QString &text);
+    void takeFormTexts(const QList<Sticky *> &notes);
+    Sticky *getCausalFactor(int number) const;
+    void moveCausalFactor(Sticky *note, int number);
+    void swapCausalFactors(Sticky *note, Sticky *other);
+    void renumber(Sticky *note, int number);
+    bool isAlive(ProjectItem *item) const { return ownedItems.contains(item); }
+    void reportSelection();
+
     bool printEnabled = true;
     SheetHost *host; // not owned, like the next two; all outlive the sheet
     ProjectFile *projectFile;
@@ -135,13 +185,21 @@ private:
     QGraphicsRectItem *highlightItem = nullptr; // shows where something will land
     QSize pageSize;
     QFont defaultFont;
-    QUndoStack *undoStack;
+    QPointer<QUndoStack> undoStack; // child of the group, which may go first
     bool renderBackground = true;
     QList<QGraphicsItem *> footerItems;
-    Sticky *parentNote; // on the main sheet, outlives this one
+    Sticky *parentNote; // on the main sheet, never followed
+    QString ownerGUID;
     Sticky *editingNote = nullptr;
     QTimer canvasCheckTimer;
     HeaderItem *headerItem = nullptr; // main sheet only
     QPointF lastContextMenuPos;
-    QHash<QString, ProjectItem *> itemIndex; // by GUID, of items on the sheet
+
+    QMultiHash<QString, ProjectItem *> itemIndex; // by GUID, of items on the sheet
+    QSet<ProjectItem *> ownedItems;               // on the sheet, or known to undo steps only
+    QSet<QGraphicsItem *> removedExtras;          // deleted by the user, not project items
+    std::optional<QRectF> itemsBound;             // known while items come in one after the other
+    QTimer boundTimer;                            // forgets it at the end of the turn
+    int selectionReports = 0;                     // in this turn of the event loop
+    QTimer selectionTimer;
 };
