@@ -1,0 +1,226 @@
+#include "sheet/projectscene.h"
+
+#include "editing/commands.h"
+#include "sheet/sheethost.h"
+
+#include <QDataStream>
+#include <QGraphicsRectItem>
+#include <QGraphicsSceneContextMenuEvent>
+#include <QGraphicsSceneDragDropEvent>
+#include <QGraphicsSceneMouseEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMimeData>
+#include <QUndoStack>
+
+namespace
+{
+
+constexpr double ShortestLine = 10;
+
+// Nothing for a foreign drag and for a payload that is cut short.
+std::optional<int> readTool(const QMimeData *data)
+{
+    if (!data->hasFormat(ToolMimeType))
+        return std::nullopt;
+    QDataStream stream(data->data(ToolMimeType));
+    qint32 tool = SelectTool;
+    stream >> tool;
+    if (stream.status() != QDataStream::Ok)
+        return std::nullopt;
+    return tool;
+}
+
+void acceptAsMove(QGraphicsSceneDragDropEvent *event)
+{
+    event->setDropAction(Qt::MoveAction);
+    event->accept();
+}
+
+QPointF getArrowStep(int key)
+{
+    switch (key) {
+    case Qt::Key_Left:
+        return QPointF(-ChartSheet::GridStep, 0);
+    case Qt::Key_Right:
+        return QPointF(ChartSheet::GridStep, 0);
+    case Qt::Key_Up:
+        return QPointF(0, -ChartSheet::GridStep);
+    case Qt::Key_Down:
+        return QPointF(0, ChartSheet::GridStep);
+    default:
+        return QPointF();
+    }
+}
+
+} // namespace
+
+void ProjectScene::dragEnterEvent(QGraphicsSceneDragDropEvent *event)
+{
+    dragMoveEvent(event);
+    highlightItem->setVisible(event->isAccepted());
+}
+
+void ProjectScene::dragMoveEvent(QGraphicsSceneDragDropEvent *event)
+{
+    const std::optional<int> tool = readTool(event->mimeData());
+    if (!tool) {
+        event->ignore();
+        return;
+    }
+    moveHighlight(*tool, event->scenePos());
+    acceptAsMove(event);
+}
+
+void ProjectScene::dragLeaveEvent(QGraphicsSceneDragDropEvent *)
+{
+    hideHighlightItem();
+}
+
+void ProjectScene::dropEvent(QGraphicsSceneDragDropEvent *event)
+{
+    const std::optional<int> tool = readTool(event->mimeData());
+    if (!tool) {
+        event->ignore();
+        return;
+    }
+    createItemAt(event->scenePos(), *tool);
+    hideHighlightItem();
+    acceptAsMove(event);
+}
+
+void ProjectScene::mousePressEvent(QGraphicsSceneMouseEvent *event)
+{
+    const int tool = host->selectedTool();
+    if (tool == HandTool)
+        return;
+    Sticky *note = getNoteAt(event->scenePos());
+    const bool startsOnNote = isLineTool(tool) && note;
+    if (!startsOnNote)
+        QGraphicsScene::mousePressEvent(event);
+    if (editingNote && editingNote != note)
+        finishEditing();
+    if (event->isAccepted())
+        return;
+
+    if (event->button() != Qt::LeftButton || tool == SelectTool) {
+        event->ignore();
+        if (startsOnNote)
+            QGraphicsScene::mousePressEvent(event);
+    } else if (isLineTool(tool)) {
+        startLine(tool, event->scenePos());
+        event->accept();
+    } else {
+        createItemAt(event->scenePos(), tool);
+        hideHighlightItem();
+        event->accept();
+    }
+}
+
+void ProjectScene::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
+{
+    const int tool = host->selectedTool();
+    if (tool == HandTool)
+        return;
+    if (newLine && event->buttons() & Qt::LeftButton) {
+        dragNewLine(event->scenePos());
+        event->accept();
+    } else if (!isMetaTool(tool) && !isLineTool(tool)) {
+        moveHighlight(tool, event->scenePos());
+        highlightItem->show();
+        event->accept();
+    } else {
+        event->ignore();
+        QGraphicsScene::mouseMoveEvent(event);
+    }
+}
+
+void ProjectScene::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
+{
+    const int tool = host->selectedTool();
+    if (tool == HandTool)
+        return;
+    Sticky *note = getNoteAt(event->scenePos());
+    // A line under way ends here even if the tool has changed meanwhile.
+    if (newLine) {
+        finishLine(note);
+        event->accept();
+        return;
+    }
+    if (isLineTool(tool) && note)
+        return;
+    event->ignore();
+    QGraphicsScene::mouseReleaseEvent(event);
+}
+
+void ProjectScene::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)
+{
+    if (host->selectedTool() != HandTool)
+        QGraphicsScene::mouseDoubleClickEvent(event);
+}
+
+void ProjectScene::keyPressEvent(QKeyEvent *event)
+{
+    if (editingNote) {
+        QGraphicsScene::keyPressEvent(event);
+        return;
+    }
+    const QPointF step = getArrowStep(event->key());
+    if (step.isNull() || getSelectedBoxes().isEmpty()) {
+        event->ignore();
+        QGraphicsScene::keyPressEvent(event);
+        return;
+    }
+    moveSelectedBoxes(step);
+    event->accept();
+}
+
+void ProjectScene::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
+{
+    if (itemAt(event->scenePos(), QTransform())) {
+        event->ignore();
+        QGraphicsScene::contextMenuEvent(event);
+        return;
+    }
+    lastContextMenuPos = event->scenePos();
+    if (QMenu *menu = host->getSceneContextMenu())
+        menu->exec(event->screenPos());
+}
+
+void ProjectScene::startLine(int tool, const QPointF &scenePos)
+{
+    CanvasItemInfo info;
+    info.type = tool;
+    info.arrowStyle = tool == ArrowTool ? Line::ArrowAtEnd : Line::NoArrows;
+    info.startPoint = scenePos.toPoint();
+    info.endPoint = info.startPoint;
+    newLine = qobject_cast<Line *>(loadCanvasItem(info));
+    if (!newLine)
+        return;
+    clearSelection();
+    newLine->setSelected(true);
+    newLine->handleLineMoving(scenePos, Line::Start);
+}
+
+void ProjectScene::finishLine(Sticky *noteUnderPointer)
+{
+    Line *line = std::exchange(newLine, nullptr);
+    const Sticky *startNote = line->getStartConnection().item;
+    const bool backAtStart = startNote && startNote == noteUnderPointer;
+    if (line->length() >= ShortestLine && !backAtStart) {
+        undoStack->push(new AddCommand(line, this));
+        return;
+    }
+    line->setSelected(false);
+    removeItem(line);
+    ownedItems.remove(line);
+    delete line;
+}
+
+void ProjectScene::moveSelectedBoxes(const QPointF &step)
+{
+    const QList<BoxItem *> boxes = getSelectedBoxes();
+    for (BoxItem *box : boxes)
+        box->setPos(box->pos() + step);
+    undoStack->push(new GeometryChangeCommand(boxes, step, QSizeF(-1, -1)));
+}
