@@ -1,0 +1,313 @@
+#include "sheet/projectscene.h"
+
+#include "editing/commands.h"
+#include "form/formview.h"
+#include "sheet/sheethost.h"
+
+#include <QInputDialog>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QUndoStack>
+
+namespace
+{
+
+constexpr int HighestNumber = 99;
+// A rubber band over a large chart makes every item report itself. Past this
+// many in one turn of the event loop, one report at its end stands for the rest.
+constexpr int SingleReports = 10;
+
+const char ChangeRoleWarning[] =
+    "You are about to change the role for an item which is the parent of another sheet.\n"
+    "This will delete the associated sheet and information on that sheet will be lost.\n"
+    "This action CANNOT BE UNDONE.";
+const char DeleteParentWarning[] =
+    "You are about to delete an item which is the parent of another sheet.\n"
+    "This will delete the associated sheet and information on that sheet will be lost.\n"
+    "This action CANNOT BE UNDONE.";
+
+bool hasParentItem(const QList<Sticky *> &notes)
+{
+    return std::any_of(notes.begin(), notes.end(),
+                       [](const Sticky *note) { return note->isParentItem(); });
+}
+
+QString getTextFieldId(int causalFactorNumber)
+{
+    return QString("causalFactor_text_%1").arg(causalFactorNumber);
+}
+
+} // namespace
+
+bool ProjectScene::setSelectedNotesRole(const QString &role)
+{
+    if (!checkRoleChangePermission(role, getSelectedNotes()))
+        return false;
+    const QList<Sticky *> notes = getSelectedNotes();
+    if (notes.isEmpty())
+        return true;
+    undoStack->push(new RoleChangeCommand(notes, role));
+    takeFormTexts(notes);
+    return true;
+}
+
+bool ProjectScene::checkRoleChangePermission(const QString &role, const QList<Sticky *> &notes)
+{
+    if (!Role(role).isParentItem() && hasParentItem(notes) &&
+        !askToDropSheet("Change Role", ChangeRoleWarning))
+        return false;
+    const QString refusal = getRoleRefusal(role, notes);
+    if (refusal.isEmpty())
+        return true;
+    QMessageBox::critical(host->getDialogParent(), "Invalid Role", refusal);
+    return false;
+}
+
+QString ProjectScene::getRoleRefusal(const QString &role, const QList<Sticky *> &notes) const
+{
+    if (Role(role).isParentItem() && isSecondary())
+        return "You cannot create an item that spawns a new sheet on a secondary sheet.";
+
+    const auto [loss, lossOfControl] = getLossAndLoCNotes();
+    // No row of the role table bears the second name.
+    if ((role == "Causal_Factor" || role == "Underlying_Factor") && !(loss && lossOfControl))
+        return "You cannot create this role type until you have identified both a Loss and a Loss "
+               "of Control event";
+
+    if ((role == "Loss" || role == "Loss_Of_Control") && notes.size() >= 2)
+        return "You cannot identify more than one Loss or Loss of Control per project";
+    if (role == "Loss" && loss)
+        return "You cannot identify more than one Loss per project";
+    if (role == "Loss_Of_Control" && lossOfControl)
+        return "You cannot identify more than one Loss of Control per project";
+    return QString();
+}
+
+void ProjectScene::deleteSelectedItems()
+{
+    if (!isSecondary() && hasParentItem(getSelectedNotes()) &&
+        !askToDropSheet("Delete Parent Item", DeleteParentWarning))
+        return;
+    const QList<QGraphicsItem *> items = selectedItems();
+    for (QGraphicsItem *item : items) {
+        if (!isProjectItem(item))
+            removedExtras.insert(item);
+    }
+    undoStack->push(new DeleteCommand(this, items));
+}
+
+bool ProjectScene::askToDropSheet(const QString &title, const QString &text)
+{
+    return QMessageBox::warning(host->getDialogParent(), title, text,
+                                QMessageBox::Ok | QMessageBox::Cancel,
+                                QMessageBox::Cancel) == QMessageBox::Ok;
+}
+
+// The form wins over the note: one that has just become the Loss takes the text
+// that stands in the form's field.
+void ProjectScene::takeFormTexts(const QList<Sticky *> &notes)
+{
+    if (!formView)
+        return;
+    for (Sticky *note : notes) {
+        const QStringList siblings = note->getSiblings();
+        for (const QString &id : siblings) {
+            const QString value = formView->getFieldValue(id);
+            if (!value.isEmpty() && value != note->getText())
+                undoStack->push(new TextChangeCommand(note, note->getText(), value));
+        }
+    }
+}
+
+void ProjectScene::onRequestCausalFactorNumberChange(Sticky *note)
+{
+    bool accepted = false;
+    const int number =
+        QInputDialog::getInt(host->getDialogParent(), QString("Set %1Number").arg("Causal Factor "),
+                             QString("%1Number:").arg("Causal Factor "),
+                             note->getCausalFactorNumber(), 1, HighestNumber, 1, &accepted);
+    // The dialog runs the event loop, so the note may be gone.
+    if (!accepted || !isAlive(note) || number == note->getCausalFactorNumber())
+        return;
+    Sticky *holder = getCausalFactor(number);
+    if (!holder) {
+        moveCausalFactor(note, number);
+        return;
+    }
+    const QString question = QString("The Causal Factor %1 already exists.\nWould you like to swap "
+                                     "numbers with this Causal Factor?")
+                                 .arg(number);
+    const auto answer =
+        QMessageBox::question(host->getDialogParent(), "Causal Factor already exists", question,
+                              QMessageBox::Ok | QMessageBox::Cancel);
+    if (answer == QMessageBox::Ok && isAlive(note) && isAlive(holder))
+        swapCausalFactors(note, holder);
+}
+
+Sticky *ProjectScene::getCausalFactor(int number) const
+{
+    for (ProjectItem *item : itemIndex) {
+        auto *note = qobject_cast<Sticky *>(item);
+        if (note && note->getRoleType() == "Causal_Factor" &&
+            note->getCausalFactorNumber() == number)
+            return note;
+    }
+    return nullptr;
+}
+
+// The id of the old number stays among the siblings.
+void ProjectScene::moveCausalFactor(Sticky *note, int number)
+{
+    QString id = getTextFieldId(number);
+    if (formView)
+        id = formView->changeCausalFactorNumber(note->getGUID(), note->getCausalFactorNumber(),
+                                                number, QString());
+    note->setCausalFactorNumber(number);
+    note->addSibling(id);
+    host->onCausalFactorChanged(note);
+}
+
+void ProjectScene::swapCausalFactors(Sticky *note, Sticky *other)
+{
+    const int oldNumber = note->getCausalFactorNumber();
+    const int newNumber = other->getCausalFactorNumber();
+    if (formView)
+        formView->changeCausalFactorNumber(note->getGUID(), oldNumber, newNumber, other->getGUID());
+    renumber(other, oldNumber);
+    renumber(note, newNumber);
+}
+
+void ProjectScene::renumber(Sticky *note, int number)
+{
+    note->removeSibling(getTextFieldId(note->getCausalFactorNumber()));
+    note->addSibling(getTextFieldId(number));
+    note->setCausalFactorNumber(number);
+    host->onCausalFactorChanged(note);
+}
+
+void ProjectScene::onNoteBecameCausalFactor(Sticky *note)
+{
+    if (isAlive(note))
+        emit causalFactorAdded(note);
+}
+
+void ProjectScene::onNoteWasCausalFactor(Sticky *note)
+{
+    if (isAlive(note))
+        emit causalFactorRemoved(note);
+}
+
+void ProjectScene::onStickyTextEdited(Sticky *source, QString from, QString to)
+{
+    undoStack->push(new TextChangeCommand(source, from, to));
+}
+
+void ProjectScene::onEditingStarted(Sticky *note)
+{
+    if (editingNote && editingNote != note)
+        editingNote->finishEditing();
+    editingNote = note;
+    emit textEditingChanged(true);
+}
+
+void ProjectScene::finishEditing()
+{
+    if (!editingNote)
+        return;
+    editingNote->finishEditing();
+    editingNote = nullptr;
+    emit textEditingChanged(false);
+}
+
+bool ProjectScene::handleEditingCommand(QKeyEvent *event) const
+{
+    if (!editingNote)
+        return false;
+    if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace)
+        return true;
+    const auto commands = {QKeySequence::Cut,  QKeySequence::Copy, QKeySequence::Paste,
+                           QKeySequence::Undo, QKeySequence::Redo, QKeySequence::SelectAll};
+    return std::any_of(commands.begin(), commands.end(),
+                       [event](auto command) { return event->matches(command); });
+}
+
+void ProjectScene::onSelectionChanged()
+{
+    if (!selectionTimer.isActive())
+        selectionTimer.start(0);
+    if (++selectionReports <= SingleReports)
+        emit selectionChanged(selectedItems());
+}
+
+void ProjectScene::reportSelection()
+{
+    const bool missed = selectionReports > SingleReports;
+    selectionReports = 0;
+    if (missed)
+        emit selectionChanged(selectedItems());
+}
+
+void ProjectScene::onFormValueChanged(QString id, QString value)
+{
+    const auto items = itemIndex; // a text may reach other sheets and the form
+    for (ProjectItem *item : items) {
+        auto *note = qobject_cast<Sticky *>(item);
+        if (note && note->getSiblings().contains(id))
+            note->setText(value);
+    }
+}
+
+void ProjectScene::setSelectedNotesAlignment(Qt::Alignment alignment)
+{
+    const QList<Sticky *> notes = getSelectedNotes();
+    if (!notes.isEmpty())
+        undoStack->push(new TextAlignmentChangeCommand(notes, alignment));
+}
+
+void ProjectScene::setSelectedNotesProperty(const QByteArray &property, const QVariant &value)
+{
+    QList<ProjectItem *> items;
+    for (Sticky *note : getSelectedNotes())
+        items.append(note);
+    if (!items.isEmpty())
+        undoStack->push(new ItemPropertyChangeCommand(items, property, value));
+}
+
+void ProjectScene::setSelectedLinesProperty(const QByteArray &property, const QVariant &value)
+{
+    QList<ProjectItem *> items;
+    for (Line *line : getSelectedLines())
+        items.append(line);
+    if (!items.isEmpty())
+        undoStack->push(new ItemPropertyChangeCommand(items, property, value));
+}
+
+void ProjectScene::setSelectedLinesArrowStyle(Line::ArrowType style)
+{
+    const QList<Line *> lines = getSelectedLines();
+    if (!lines.isEmpty())
+        undoStack->push(new ArrowStyleChangeCommand(lines, style));
+}
+
+void ProjectScene::setSelectedLinesStyle(Qt::PenStyle style)
+{
+    const QList<Line *> lines = getSelectedLines();
+    if (!lines.isEmpty())
+        undoStack->push(new LineStyleChangeCommand(lines, style));
+}
+
+void ProjectScene::setItemsFont(const QFont &font)
+{
+    defaultFont = font;
+    for (Sticky *note : getAllNotes()) {
+        if (!note->getRecord().customFont)
+            note->setDefaultFont(font);
+    }
+}
+
+void ProjectScene::selectAll()
+{
+    const auto items = itemIndex;
+    for (ProjectItem *item : items)
+        item->setSelected(true);
+}
