@@ -1,0 +1,361 @@
+#include "form/wordxmlexport.h"
+
+#include "support/images.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QDate>
+#include <QDebug>
+#include <QDesktopServices>
+#include <QFile>
+#include <QLocale>
+#include <QProgressDialog>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <QTextStream>
+#include <QUrl>
+#include <QVector>
+
+namespace
+{
+const int PROGRESS_STEPS = 7;
+/// A file may hold any number; a chart with more causal factors than this is no chart.
+const int MAX_ROWS = 999;
+const int MAX_PIECE = 1000;
+
+using Tags = QVector<QDomElement>;
+
+void collect(const QDomNode &node, const QString &name, Tags &tags)
+{
+    for (QDomElement child = node.firstChildElement(); !child.isNull();
+         child = child.nextSiblingElement()) {
+        if (child.tagName() == name)
+            tags.append(child);
+        collect(child, name, tags);
+    }
+}
+
+/// The elements under the node, in the document's order. The list of the
+/// toolkit is made anew at each look after a change.
+Tags findElements(const QDomNode &node, const QString &name)
+{
+    Tags tags;
+    collect(node, name, tags);
+    return tags;
+}
+
+/// The form field that a tag stands for; empty if it is no such tag.
+QString getKey(const QDomElement &tag)
+{
+    const QStringList words = tag.firstChild().nodeValue().split(' ', Qt::SkipEmptyParts);
+    return words.size() >= 2 && words.first() == "MACROBUTTON" ? words.at(1) : QString();
+}
+
+struct RowId {
+    QString prefix;
+    QString number;
+};
+
+/// Empty unless the id has the three parts of a row's field.
+RowId splitRowId(const QString &id)
+{
+    const QStringList parts = id.split('_', Qt::SkipEmptyParts);
+    return parts.size() == 3 ? RowId{parts.first(), parts.last()} : RowId();
+}
+
+QHash<QString, int> countRows(const FormValues &values)
+{
+    QHash<QString, int> counts;
+    for (auto it = values.begin(); it != values.end(); ++it) {
+        const RowId id = splitRowId(it.key());
+        if (id.prefix.isEmpty())
+            continue;
+        const int number = id.number.toInt(); // 0 if it is none
+        int &count = counts[id.prefix];
+        if (number <= MAX_ROWS)
+            count = qMax(count, number);
+    }
+    return counts;
+}
+
+/// What the report shows for a value: a radio button has its answer in its id.
+QString getShownText(const QString &key, const QString &value)
+{
+    if (!key.contains('-') || (value != "true" && value != "false"))
+        return value;
+    return value == "true" ? key.section('-', -1).section('_', 0, 0) : QString();
+}
+
+bool isAllowedInXml(const QString &text, int i)
+{
+    const QChar c = text.at(i);
+    if (c.isHighSurrogate())
+        return i + 1 < text.length() && text.at(i + 1).isLowSurrogate();
+    if (c.isLowSurrogate())
+        return i > 0 && text.at(i - 1).isHighSurrogate();
+    const ushort code = c.unicode();
+    return code >= 0x20 ? code < 0xfffe : code == '\t' || code == '\n' || code == '\r';
+}
+
+/// The text without the characters that no XML file may hold.
+QString stripForbidden(const QString &text)
+{
+    QString allowed;
+    allowed.reserve(text.length());
+    for (int i = 0; i < text.length(); ++i) {
+        if (isAllowedInXml(text, i))
+            allowed.append(text.at(i));
+    }
+    return allowed;
+}
+
+QDomElement makeLine(QDomDocument &document, const QString &line)
+{
+    QDomElement element = document.createElement("w:t");
+    int start = 0;
+    do {
+        // Escaping a text moves its rest along at each mark, so long ones go in by pieces.
+        int end = qMin(start + MAX_PIECE, line.length());
+        if (end < line.length() && line.at(end).isLowSurrogate())
+            ++end;
+        element.appendChild(document.createTextNode(line.mid(start, end - start)));
+        start = end;
+    } while (start < line.length());
+    return element;
+}
+
+QString encodePng(const QImage &image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return QString::fromLatin1(bytes.toBase64());
+}
+
+/// The number of the style item with the key, less its unit of two letters;
+/// the marker takes its place.
+double takeNumber(QStringList &items, const QString &key, const QString &marker)
+{
+    double number = 0;
+    for (QString &item : items) {
+        if (item.section(':', 0, 0) != key)
+            continue;
+        QString value = item.section(':', 1, 1);
+        value.chop(2);
+        number = value.toDouble();
+        item = key + ":" + marker + "pt";
+    }
+    return number;
+}
+
+QImage loadLogo()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    const QImage logo = readImageFile(folder + "/companylogo.png");
+    return logo.isNull() ? QImage(":/images/blank.png") : logo;
+}
+
+/// False if the file can't be read; text that is no XML is only logged.
+bool readTemplate(const QString &path, QDomDocument &document)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    QString error;
+    if (!document.setContent(&file, false, &error))
+        qDebug() << "Couldn't parse the report template:" << error;
+    return true;
+}
+
+bool writeDocument(const QString &path, const QDomDocument &document)
+{
+    QSaveFile file(path);
+    file.setDirectWriteFallback(true);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    document.save(stream, 1);
+    stream.flush();
+    return stream.status() == QTextStream::Ok && file.commit();
+}
+
+/// A desktop takes a bare path as it stands: one with blanks or accents, which
+/// a URL writes in another way, has to be told as a file.
+QUrl getUrl(const QString &path)
+{
+    const QUrl url(path);
+    return url.toEncoded() == path.toUtf8() ? url : QUrl::fromLocalFile(path);
+}
+} // namespace
+
+QString WordXMLExport::getTemplatePath()
+{
+    return QCoreApplication::applicationDirPath() + "/reporttemplate.xml";
+}
+
+bool WordXMLExport::saveData(const QString &path, const FormValues &values, QWidget *parent)
+{
+    QProgressDialog dialog("Exporting to Microsoft Word", QString(), 0, PROGRESS_STEPS, parent);
+    dialog.setCancelButton(nullptr);
+    dialog.setMinimumDuration(0);
+    dialog.setWindowModality(Qt::WindowModal);
+    const bool written = writeReport(path, values, [&](int step, const QString &text) {
+        if (!text.isEmpty())
+            dialog.setLabelText(text);
+        dialog.setValue(step);
+        if (step == 0)
+            QCoreApplication::processEvents();
+    });
+    if (!written)
+        return false;
+    dialog.setLabelText("Opening Microsoft Word...");
+    dialog.setValue(6);
+    QDesktopServices::openUrl(getUrl(path));
+    dialog.setValue(dialog.maximum());
+    return true;
+}
+
+bool WordXMLExport::writeReport(const QString &path, FormValues values, const Progress &progress,
+                                const QString &templatePath)
+{
+    const Progress tell = progress ? progress : [](int, const QString &) {};
+    QDomDocument document;
+    tell(0, "Opening template file...");
+    if (!readTemplate(templatePath, document))
+        return false;
+    replaceImages(document, values, tell);
+    tell(3, "Writing fields...");
+    values["REPORTDATESTAMP"].value =
+        QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
+    createDynamicElements(document, values);
+    tell(4, QString());
+    replaceFields(document, values);
+    tell(5, "Writing document...");
+    return writeDocument(path, document);
+}
+
+void WordXMLExport::replaceImages(QDomDocument &document, const FormValues &values,
+                                  const Progress &progress)
+{
+    progress(1, "Writing images...");
+    const QImage title = values.value("titleImageFile").image;
+    if (!title.isNull())
+        replaceImage("03000003.png", title, document, false);
+    progress(2, QString());
+    const QImage logo = loadLogo();
+    if (!logo.isNull())
+        replaceImage("03000004.png", logo, document, true);
+}
+
+void WordXMLExport::createDynamicElements(QDomDocument &document, const FormValues &values)
+{
+    QHash<QString, int> counts = countRows(values);
+    // The fields of the clones need no visit: their prefix is then down to 1.
+    const Tags tags = findElements(document, "w:instrText");
+    for (const QDomElement &tag : tags) {
+        const auto count = counts.find(splitRowId(getKey(tag)).prefix);
+        QDomNode row = findTopMostTableRow(tag);
+        if (count == counts.end() || row.isNull())
+            continue;
+        QDomNode table = row.parentNode();
+        for (int n = 2; *count >= 2; ++n, --*count) {
+            QDomNode clone = row.cloneNode(true);
+            replaceDynamicRowNumbers(clone, n);
+            table.appendChild(clone);
+        }
+        if (*count == 1)
+            replaceDynamicRowNumbers(row, 1);
+    }
+}
+
+QDomNode WordXMLExport::findTopMostTableRow(QDomNode node) const
+{
+    QDomNode row;
+    for (node = node.parentNode(); !node.isNull(); node = node.parentNode()) {
+        if (node.nodeName() == "w:tr")
+            row = node;
+    }
+    return row;
+}
+
+void WordXMLExport::replaceDynamicRowNumbers(QDomNode &node, int number)
+{
+    const Tags tags = findElements(node, "w:instrText");
+    for (const QDomElement &tag : tags) {
+        QDomNode text = tag.firstChild();
+        if (!text.isNull())
+            text.setNodeValue(text.nodeValue().replace("_NUM", QString("_%1").arg(number)));
+    }
+}
+
+void WordXMLExport::replaceFields(QDomDocument &document, const FormValues &values)
+{
+    const Tags tags = findElements(document, "w:instrText");
+    for (QDomElement tag : tags) {
+        if (tag.firstChild().isNull()) {
+            qDebug() << "Null or no child nodes???????????";
+            continue;
+        }
+        const QString key = getKey(tag);
+        if (key.isEmpty())
+            continue;
+        const auto field = values.find(key);
+        if (field == values.end())
+            qDebug() << "WARNING: Encountered unhandled field value:" << key;
+        else
+            replaceFieldValue(document, tag, getShownText(key, field->value));
+    }
+}
+
+void WordXMLExport::replaceFieldValue(QDomDocument &document, QDomElement &tag,
+                                      const QString &value)
+{
+    QDomNode run = tag.parentNode();
+    QDomNode paragraph = run.parentNode();
+    const QString text = stripForbidden(value);
+    if (text.isEmpty()) {
+        // Without siblings of the run, the field's begin and end stay in the paragraph.
+        paragraph.removeChild(run);
+        return;
+    }
+    const QStringList lines = text.split('\n');
+    for (int i = 0; i < lines.size(); ++i) {
+        if (i > 0)
+            run.appendChild(document.createElement("w:br"));
+        run.appendChild(makeLine(document, lines.at(i)));
+    }
+    run.removeChild(tag);
+    paragraph.removeChild(run.previousSiblingElement("w:r"));
+    paragraph.removeChild(run.nextSiblingElement("w:r"));
+}
+
+void WordXMLExport::replaceImage(const QString &name, const QImage &image, QDomDocument &document,
+                                 bool fitHeight)
+{
+    const QString slot = QString("wordml://%1").arg(name);
+    const Tags pictures = findElements(document, "w:binData");
+    for (const QDomElement &picture : pictures) {
+        if (picture.attribute("w:name") != slot)
+            continue;
+        picture.firstChild().setNodeValue(encodePng(image));
+        QDomElement shape = picture.nextSiblingElement("v:shape");
+        if (!shape.isNull())
+            resizeShape(shape, image.size(), fitHeight);
+    }
+}
+
+void WordXMLExport::resizeShape(QDomElement &shape, QSize imageSize, bool fitHeight)
+{
+    QStringList items = shape.attribute("style").split(';');
+    const double width = takeNumber(items, "width", "%2");
+    const double height = takeNumber(items, "height", "%3");
+    const QSize box{int(width), int(height)};
+    const QSize size = imageSize.scaled(box, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
+    const double factor = fitHeight ? height / size.height() : 1.0;
+    QString style = items.join(';');
+    style.replace("%2", QString::number(size.width() * factor, 'f', 2));
+    style.replace("%3", QString::number(size.height() * factor, 'f', 2));
+    shape.setAttribute("style", style);
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "form/formvalue.h"
+
+#include <QDomDocument>
+#include <QObject>
+
+#include <functional>
+
+/// Writes the form's values into a copy of the Word template.
+class WordXMLExport : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Hears how far the writing is, from 0 to 5; the text is empty where it stays.
+    using Progress = std::function<void(int step, const QString &text)>;
+
+    /// Beside the program.
+    static QString getTemplatePath();
+
+    /// The whole export: writes the document under a progress dialog and opens
+    /// it on the desktop. False, and nothing shown, if it couldn't be written.
+    bool saveData(const QString &path, const FormValues &values, QWidget *parent);
+
+    /// Writes the document and shows nothing. False if the template can't be
+    /// read or the document can't be written; a former document then stays.
+    bool writeReport(const QString &path, FormValues values, const Progress &progress = Progress(),
+                     const QString &templatePath = getTemplatePath());
+
+    /// Repeats the table rows whose fields are numbered, one row per number.
+    void createDynamicElements(QDomDocument &document, const FormValues &values);
+    /// The outermost row around the node; null outside of a table.
+    QDomNode findTopMostTableRow(QDomNode node) const;
+    void replaceDynamicRowNumbers(QDomNode &node, int number);
+    /// Puts each value in place of its field; fields without a value stay.
+    void replaceFields(QDomDocument &document, const FormValues &values);
+    /// A text has one line for each of the value's; an empty value leaves nothing.
+    void replaceFieldValue(QDomDocument &document, QDomElement &tag, const QString &value);
+    /// Fits the picture into the template's box, or, with fitHeight, to the
+    /// box's height whatever its width.
+    void replaceImage(const QString &name, const QImage &image, QDomDocument &document,
+                      bool fitHeight);
+
+private:
+    void replaceImages(QDomDocument &document, const FormValues &values, const Progress &progress);
+    void resizeShape(QDomElement &shape, QSize imageSize, bool fitHeight);
+};
