@@ -1,0 +1,179 @@
+#include "form/formview.h"
+#include "form/wordxmlexport.h"
+#include "output/pagesetupdialog.h"
+#include "sheet/pageinfo.h"
+#include "shell/graphwidget.h"
+#include "shell/mainwindow.h"
+#include "shell/programsettings.h"
+#include "shell/settings.h"
+#include "shell/sheetprinter.h"
+#include "support/fonts.h"
+
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace
+{
+
+QString getDocumentsFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+} // namespace
+
+void MainWindow::showSettings()
+{
+    Settings dialog(this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QFont font = getStandardFont();
+    const QSize pageSize = PageInfo().getPrintableArea().size();
+    const QList<ProjectScene *> factorScenes = getFactorScenes();
+    mainScene->setItemsFont(font);
+    for (ProjectScene *scene : factorScenes)
+        scene->setItemsFont(font);
+    mainScene->setPageSize(pageSize);
+    for (ProjectScene *scene : factorScenes)
+        scene->setPageSize(pageSize);
+}
+
+void MainWindow::showProgramSettings()
+{
+    ProgramSettings dialog(this);
+    dialog.exec();
+}
+
+void MainWindow::showPageSetupDialog()
+{
+    PageSetupDialog dialog(this);
+    dialog.setCausalFactorCharts(getFactorScenes());
+    dialog.exec();
+}
+
+void MainWindow::print()
+{
+    QPrinter printer(QPrinter::ScreenResolution);
+    SheetPrinter::setUpPage(printer);
+    printer.setColorMode(QPrinter::Color);
+    QPrintDialog dialog(&printer, this);
+    dialog.setOptions(QAbstractPrintDialog::PrintToFile);
+    if (dialog.exec() == QDialog::Accepted)
+        paintPrinter(printer);
+}
+
+bool MainWindow::paintPrinter(QPrinter &printer)
+{
+    return SheetPrinter::paint(printer, mainScene, getFactorScenes());
+}
+
+void MainWindow::printProjectScene(ProjectScene *scene, QPainter &painter, QPrinter &printer,
+                                   int verticalPages, int horizontalPages)
+{
+    SheetPrinter::paintScene(scene, painter, printer, verticalPages, horizontalPages);
+}
+
+void MainWindow::onPrintFormTriggered()
+{
+    formView->onPrintRequested();
+}
+
+void MainWindow::onExportFormTriggered()
+{
+    QString name = QFileDialog::getSaveFileName(this, "Export file to...", getDocumentsFolder(),
+                                                "Microsoft Word XML (*.doc)");
+    if (name.isEmpty())
+        return;
+    if (name.right(4).toLower() != ".doc")
+        name += ".doc";
+    FormValues values = formView->getAllFieldValues();
+    formView->fillInTitleImage(values);
+    WordXMLExport().saveData(name, values, this);
+}
+
+void MainWindow::saveCurrentPagePNG()
+{
+    onExportClicked(false, ExportDialog::PNG);
+}
+
+void MainWindow::onExportClicked(bool showDialog, ExportDialog::ExportFormat presetFormat)
+{
+    ExportDialog dialog(this);
+    ExportDialog::ExportFormat format = presetFormat;
+    ExportDialog::ExportArea area = ExportDialog::PageAtPoint;
+    if (showDialog) {
+        if (dialog.exec() != QDialog::Accepted)
+            return;
+        format = dialog.getExportFormat();
+        area = dialog.getExportArea();
+    }
+    // The ending is that of the format which the dialog shows, even if it never came up.
+    const QString name = askExportName(format, dialog.getFormatExtension(dialog.getExportFormat()));
+    if (name.isEmpty())
+        return;
+    QCoreApplication::processEvents(); // the file dialog leaves the screen
+    const QRectF bound = getExportBound(area);
+    if (format == ExportDialog::PNG)
+        exportPNG(name, bound);
+    else if (format == ExportDialog::PDF)
+        exportPDF(name, bound);
+}
+
+QString MainWindow::askExportName(ExportDialog::ExportFormat format, const QString &extension)
+{
+    static const QHash<int, QPair<QString, QString>> texts = {
+        {ExportDialog::PNG, {"Export to Image (PNG)...", "PNG Image (*.png)"}},
+        {ExportDialog::PDF,
+         {"Export to Portable Document Format (PDF)...", "Portable Document Format (*.pdf)"}},
+        {ExportDialog::EMF, {"Export to Microsoft Office (EMF)...", "Enhanced Metafile (*.emf)"}},
+    };
+    QSettings settings;
+    const QString folder = settings.value("lastExportPath", getDocumentsFolder()).toString() + "/";
+    QString name =
+        QFileDialog::getSaveFileName(this, texts[format].first, folder, texts[format].second);
+    if (name.isEmpty())
+        return name;
+    if (name.right(4).toLower() != "." + extension)
+        name += "." + extension;
+    settings.setValue("lastExportPath", QFileInfo(name).absolutePath());
+    return name;
+}
+
+QRectF MainWindow::getExportBound(ExportDialog::ExportArea area) const
+{
+    QRectF bound;
+    switch (area) {
+    case ExportDialog::EntireChart:
+        return QRectF(0, 0, qRound(currentScene->width()), qRound(currentScene->height()));
+    case ExportDialog::CurrentPage:
+        return mainView->getCurrentPageBounds();
+    case ExportDialog::PageAtPoint:
+        return currentScene->getPageBoundsAtPoint(currentScene->getLastContextMenuPos());
+    case ExportDialog::SelectedItems:
+        for (ProjectItem *item : currentScene->getSelectedProjectItems())
+            bound |= item->sceneBoundingRect();
+        return bound.isNull() ? bound : bound.adjusted(-2, -2, 2, 2);
+    }
+    return bound;
+}
+
+void MainWindow::exportPNG(const QString &filename, const QRectF &bound)
+{
+    SheetPrinter::render(currentScene, bound).save(filename, "PNG");
+}
+
+void MainWindow::exportPDF(const QString &filename, const QRectF &)
+{
+    QPrinter printer(QPrinter::ScreenResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(filename);
+    SheetPrinter::setUpPage(printer);
+    paintPrinter(printer);
+}
+
+void MainWindow::exportEMF(const QString &, const QRectF &) {}

@@ -1,0 +1,15 @@
+#include "shell/registrationcheck.h"
+
+#include <QMessageBox>
+
+QString RegistrationCheck::getStatusText() const
+{
+    return "No registration needed";
+}
+
+void RegistrationCheck::showInformation(QWidget *parent) const
+{
+    QMessageBox::information(parent, "Registration",
+                             "This edition of TRAC/Ex Examiner needs no registration.\n"
+                             "Projects can be saved without limit.");
+}

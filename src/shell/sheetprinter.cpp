@@ -1,0 +1,96 @@
+#include "shell/sheetprinter.h"
+
+#include "sheet/pageinfo.h"
+#include "sheet/projectscene.h"
+
+#include <QPainter>
+#include <QPrinter>
+#include <QScopeGuard>
+#include <QSettings>
+
+namespace
+{
+
+constexpr double CentimetresPerInch = 2.54;
+constexpr int DefaultPageSize = 29; // Tabloid
+
+int toDevice(double centimetres, const QPrinter &printer)
+{
+    return int(centimetres / CentimetresPerInch * printer.resolution());
+}
+
+/// Where a page of a sheet lies on the paper, in device units.
+QRectF getTarget(const QPrinter &printer)
+{
+    const PageInfo page;
+    const QRect paper = printer.pageLayout().fullRectPixels(printer.resolution());
+    const int left = toDevice(page.leftMargin, printer);
+    const int right = toDevice(page.rightMargin, printer);
+    const int top = toDevice(page.topMargin, printer);
+    const int bottom = toDevice(page.bottomMargin, printer);
+    // The right margin stands in for the top one, as in the printable area of a sheet.
+    return QRectF(left, right, paper.width() - left - right, paper.height() - top - bottom);
+}
+
+} // namespace
+
+void SheetPrinter::setUpPage(QPrinter &printer)
+{
+    const int pageSize = QSettings().value("pageSize", DefaultPageSize).toInt();
+    printer.setPageSize(QPageSize(QPageSize::PageSizeId(pageSize)));
+    printer.setPageOrientation(QPageLayout::Landscape);
+}
+
+bool SheetPrinter::paint(QPrinter &printer, ProjectScene *mainScene,
+                         const QList<ProjectScene *> &factorScenes)
+{
+    const int horizontalPages = mainScene->getNumHorizontalPages();
+    const int verticalPages = mainScene->getNumVerticalPages();
+    printer.setFullPage(true);
+    QPainter painter;
+    if (!painter.begin(&printer))
+        return false;
+    paintScene(mainScene, painter, printer, verticalPages, horizontalPages);
+    for (ProjectScene *scene : factorScenes) {
+        if (!scene->isPrintEnabled())
+            continue;
+        printer.newPage();
+        paintScene(scene, painter, printer, verticalPages, horizontalPages);
+    }
+    return painter.end();
+}
+
+void SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer,
+                              int verticalPages, int horizontalPages)
+{
+    if (!scene->isPrintEnabled())
+        return;
+    scene->clearSelection();
+    scene->setRenderBackground(false, true, true);
+    const auto restore = qScopeGuard([scene] { scene->setRenderBackground(true, true, true); });
+    const QRectF target = getTarget(printer);
+    for (int row = 0; row < verticalPages; ++row) {
+        for (int column = 0; column < horizontalPages; ++column) {
+            const QRectF source(QPointF(column * target.width(), row * target.height()),
+                                target.size());
+            if (!scene->pageContainsItems(source))
+                continue;
+            scene->render(&painter, target, source, Qt::KeepAspectRatio);
+            if (row < verticalPages - 1 || column < horizontalPages - 1)
+                printer.newPage();
+        }
+    }
+}
+
+QPixmap SheetPrinter::render(ProjectScene *scene, const QRectF &bound)
+{
+    QPixmap pixmap(qRound(bound.width()), qRound(bound.height()));
+    pixmap.fill(Qt::white);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    scene->clearSelection();
+    scene->setRenderBackground(false, true, true);
+    scene->render(&painter, pixmap.rect(), bound, Qt::KeepAspectRatio);
+    scene->setRenderBackground(true, true, true);
+    return pixmap;
+}
