@@ -31,13 +31,19 @@ public:
     const QPolygonF &getPoints() const { return points; }
     /// The straight distance between the ends in scene units, whatever the route.
     double length() const;
+    /// Solid when a file holds a number that is no style.
+    Qt::PenStyle getLineStyle() const;
+    /// No arrows when a file holds a number that is no style.
+    ArrowType getArrowStyle() const;
 
     void setStartPoint(QPointF p);
     void setEndPoint(QPointF p);
+    /// A null note changes only the side.
     void connectStartPoint(Sticky *note, Sticky::Side side);
     void connectEndPoint(Sticky *note, Sticky::Side side);
     void setStartConnection(ConnectionInfo connection);
     void setEndConnection(ConnectionInfo connection);
+    /// Nothing when the end is free. The route is built with the next change.
     void disconnectStartPoint();
     void disconnectEndPoint();
     void setLineStyle(Qt::PenStyle style);
@@ -52,8 +58,6 @@ public:
     QRectF boundingRect() const override;
     QPainterPath shape() const override;
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
-
-public slots:
     void relayout(bool doItFast) override;
     using ProjectItem::relayout;
 
@@ -70,10 +74,28 @@ private slots:
 
 private:
     void buildPath();
+    void buildEndPaths();
+    void buildShape();
+    QPolygonF getRoute() const;
+    bool isFree(LineSide side) const;
+    bool isOnHandle(const QPointF &p, LineSide side) const;
 
-    QPen pen;
-    QBrush brush;
-    QPainterPath shapePath; // follows points
+    // Both ends work alike; these tell by the side which one is meant.
+    const QPointF &getPoint(LineSide side) const;
+    void setPoint(LineSide side, const QPointF &p);
+    Sticky *&itemAt(LineSide side) { return side == Start ? startItem : endItem; }
+    Sticky::Side &sideAt(LineSide side) { return side == Start ? startSide : endSide; }
+    void connectPoint(LineSide side, Sticky *note, Sticky::Side noteSide);
+    void disconnectPoint(LineSide side);
+    void listenTo(LineSide side);
+    void letGo(LineSide side);
+    void followNote(LineSide side);
+    void followAutoSide(LineSide side);
+    void highlightEdges(bool highlight);
+
+    QPen pen = QPen(Qt::black);
+    QBrush brush = QBrush(Qt::black);
+    QPainterPath shapePath; // follows points, like the two paths of the ends
     bool movingStart = false;
     bool movingEnd = false;
     QRectF startHandle;

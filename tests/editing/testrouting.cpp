@@ -131,7 +131,7 @@ void TestRouting::route()
     QFETCH(Sticky::Side, endSide);
     QFETCH(QPolygonF, between);
 
-    const QPolygonF expected = QPolygonF({start}) + between + QPolygonF({end});
+    const QPolygonF expected(QVector<QPointF>{start} + between + QVector<QPointF>{end});
     compare(routeLine({start, startSide}, {end, endSide}, false), expected);
 }
 
@@ -139,7 +139,7 @@ void TestRouting::straightLineIgnoresSides()
 {
     const RouteEnd start{QPointF(80, 30), Sticky::RightSide};
     const RouteEnd end{QPointF(200, 130), Sticky::LeftSide};
-    compare(routeLine(start, end, true), QPolygonF({start.point, end.point}));
+    compare(routeLine(start, end, true), QPolygonF(QVector<QPointF>{start.point, end.point}));
 }
 
 void TestRouting::stubsAtOnePoint()
@@ -147,11 +147,11 @@ void TestRouting::stubsAtOnePoint()
     // The continuations have no length, so both crossings stay at the origin.
     QPolygonF points;
     QVERIFY(intersectionMove(QLineF(0, 0, 20, 0), QLineF(40, 0, 20, 0), points));
-    compare(points, QPolygonF({QPointF(10, 0), QPointF(10, 0)}));
+    compare(points, QPolygonF(QVector<QPointF>{QPointF(10, 0), QPointF(10, 0)}));
 
     points.clear();
     QVERIFY(intersectionMove(QLineF(0, 0, 20, 0), QLineF(20, 20, 20, 0), points));
-    compare(points, QPolygonF({QPointF(20, 0)}));
+    compare(points, QPolygonF(QVector<QPointF>{QPointF(20, 0)}));
 }
 
 void TestRouting::arrowHead_data()

@@ -1,0 +1,63 @@
+#include "chart/chartsheet.h"
+#include "editing/line.h"
+#include "editing/routing.h"
+#include "sheet/sheethost.h"
+
+#include <QGraphicsSceneContextMenuEvent>
+#include <QGraphicsSceneMouseEvent>
+#include <QMenu>
+
+namespace
+{
+
+// An arrowhead hides the handle beneath it, so its tip can be grabbed from further away.
+constexpr int ArrowGrabDistance = 18; // Manhattan length
+
+} // namespace
+
+void Line::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
+{
+    setSelected(true);
+    sheet->getHost()->getLineContextMenu()->exec(event->screenPos());
+    event->accept();
+}
+
+void Line::mousePressEvent(QGraphicsSceneMouseEvent *event)
+{
+    event->accept();
+    if (event->button() != Qt::LeftButton)
+        return;
+    if (isOnHandle(event->pos(), Start))
+        movingStart = true;
+    else if (isOnHandle(event->pos(), End))
+        movingEnd = true;
+    ProjectItem::mousePressEvent(event);
+}
+
+void Line::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
+{
+    if (movingStart) {
+        handleLineMoving(event->scenePos(), Start);
+    } else if (movingEnd) {
+        handleLineMoving(event->scenePos(), End);
+    } else {
+        event->setAccepted(false);
+        ProjectItem::mouseMoveEvent(event);
+    }
+}
+
+void Line::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
+{
+    movingStart = false;
+    movingEnd = false;
+    ProjectItem::mouseReleaseEvent(event);
+}
+
+bool Line::isOnHandle(const QPointF &p, LineSide side) const
+{
+    if (side == Start)
+        return startHandle.contains(p);
+    if (info.arrowStyle == NoArrows)
+        return endHandle.contains(p);
+    return getManhattanLength(info.endPoint, p) <= ArrowGrabDistance;
+}
