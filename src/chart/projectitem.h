@@ -32,6 +32,7 @@ public:
     ~ProjectItem() override;
 
     const QString &getGUID() const { return info.guid; }
+    ChartSheet *getSheet() const { return sheet; }
     QColor getCustomBackgroundColor() const { return info.backgroundColor; }
     int getBorderLineWidth() const { return info.borderLineWidth; }
     /// The live state as it stands, not refreshed from the item.

@@ -9,6 +9,8 @@
 #include <QObject>
 #include <QTimer>
 
+#include <functional>
+
 class ProjectItem;
 class SaveProgressDialog;
 struct ProjectContent;
@@ -23,6 +25,8 @@ class ProjectFile : public QObject
     Q_OBJECT
 
 public:
+    static constexpr int Version = 1; ///< of the file format
+
     /// `host` finds sheets and is where progress dialogs stand; it outlives this object.
     explicit ProjectFile(SheetHost *host);
     ~ProjectFile() override;
@@ -106,17 +110,40 @@ private slots:
     void onSnapshotTimeout();
 
 private:
-    class BusyGuard;
+    class BusyGuard
+    {
+    public:
+        explicit BusyGuard(ProjectFile *file);
+        ~BusyGuard();
 
-    bool readProject(const QString &filename, ProjectContent &content);
-    bool readDatabase(QSqlDatabase &db, ProjectContent &content);
-    bool bringUpToDate(QSqlDatabase &db, int version);
+    private:
+        Q_DISABLE_COPY(BusyGuard)
+        ProjectFile *file;
+    };
+
+    static bool isAutoSaveName(const QString &filename);
+    bool refuseWhenBusy();
+    QString mirrorNote(QSqlQuery &query, const QString &role, const QString &fieldId);
+    void mirrorCausalFactors(QSqlQuery &query, const QString &lossOfControl);
+    bool openDatabase(QSqlDatabase &db, const QString &filename);
+    bool readVersion(QSqlDatabase &db, int &version);
+    void upgradeOpenedFile(QSqlDatabase &db, const QString &filename, int version);
+    bool refuse(QSqlDatabase &db, const QString &message);
+    bool readContent(QSqlDatabase &db, ProjectContent &content, SaveProgressDialog &progress);
     void deliver(ProjectContent &content, SaveProgressDialog &progress);
-    void connectLines(const ProjectContent &content);
+    void connectLines(const ProjectContent &content, SaveProgressDialog &progress);
     void finishOpening(const QString &filename, bool fromAutoSave);
+    bool openForWriting(QSqlDatabase &db, const QString &filename);
+    /// `deletedItems` tells whether the file held items that are gone.
     bool writeProject(QSqlDatabase &db, const QList<ProjectItem *> &items,
-                      const QHash<QString, FormValue> &formValues, bool isAutoSave);
-    void removeAutoSave(const QString &autoSaveName);
+                      const QHash<QString, FormValue> &formValues,
+                      const std::function<void()> &onItem, bool &deletedItems);
+    bool writeSnapshot(const QString &path, const QList<ProjectItem *> &items,
+                       const QHash<QString, FormValue> &formValues);
+    /// Throws the driver's text, like a failed commit.
+    void shrink(QSqlDatabase &db);
+    void restartSnapshotClock();
+    void finishSaving(const QString &filename, const QString &autoSaveName);
 
     bool dirty = false;
     QString openFilename = "untitled";

@@ -1,0 +1,195 @@
+#include "project/projectfile.h"
+
+#include "chart/chartsheet.h"
+#include "editing/line.h"
+#include "project/projectreader.h"
+#include "project/saveprogressdialog.h"
+#include "project/sqliteguard.h"
+#include "sheet/sheethost.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFileInfo>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+
+namespace
+{
+
+// A byte of a healthy file is worth three steps of one walk over its rows at most; a file
+// that leads round in circles runs out.
+constexpr qint64 StepsPerByte = 32;
+constexpr qint64 StepsForSmallFile = 10 * 1000 * 1000;
+// The upgrade looks through whole tables for each causal factor.
+constexpr qint64 StepsForUpgrade = 500 * 1000 * 1000;
+
+const char NoItems[] = "Failed to get item count from file.";
+
+/// A number that names no side leaves the end without one.
+Sticky::Side toSide(int number)
+{
+    return number >= Sticky::NoSide && number <= Sticky::AutoSide ? Sticky::Side(number)
+                                                                  : Sticky::NoSide;
+}
+
+} // namespace
+
+bool ProjectFile::openFile(const QString &filename)
+{
+    if (refuseWhenBusy())
+        return false;
+    const BusyGuard guard(this);
+    const bool fromAutoSave = isAutoSaveName(filename);
+    openFilename = fromAutoSave ? QFileInfo(filename).fileName() : filename;
+    openStamp.clear();
+
+    QSqlDatabase db = QSqlDatabase::database(QSqlDatabase::defaultConnection, false);
+    int version = 0;
+    int itemCount = 0;
+    if (!openDatabase(db, filename) || !readVersion(db, version))
+        return false;
+    if (version != Version)
+        upgradeOpenedFile(db, filename, version);
+    if (ProjectReader(db).readItemCount(itemCount) != ProjectReader::Done)
+        return refuse(db, NoItems);
+    SaveProgressDialog progress("Opening file...", itemCount, host->getDialogParent());
+    progress.show();
+    QCoreApplication::processEvents();
+    ProjectContent content;
+    if (!readContent(db, content, progress))
+        return false;
+    if (version == 0 && db.commit())
+        keptCopies.noteWritten(filename);
+    db.close();
+
+    deliver(content, progress);
+    finishOpening(filename, fromAutoSave);
+    return true;
+}
+
+bool ProjectFile::openDatabase(QSqlDatabase &db, const QString &filename)
+{
+    const QFileInfo file(filename);
+    if (file.exists() && !file.isFile()) {
+        setLastError("This is not a file.");
+        return false;
+    }
+    db.setDatabaseName(filename);
+    if (!db.open()) {
+        setLastError(db.lastError().text());
+        return false;
+    }
+    readingBudget = StepsForSmallFile + StepsPerByte * file.size();
+    guardDatabase(db, &readingBudget);
+    return true;
+}
+
+/// Reads the project's own properties and refuses what this program can't read.
+bool ProjectFile::readVersion(QSqlDatabase &db, int &version)
+{
+    ProjectReader reader(db);
+    const ProjectReader::Result tables = reader.checkTables();
+    if (tables == ProjectReader::Damaged)
+        return refuse(db, "The tables of this file are not those of a project.");
+    if (tables == ProjectReader::Missing ||
+        reader.readProjectProperties(version) == ProjectReader::Damaged)
+        return refuse(db, NoItems);
+    if (version > Version)
+        return refuse(db, "This file was created with a newer version of this software.\n"
+                          "Please visit https://www.tarnledger.example to get the latest version.");
+    return true;
+}
+
+/// Brings it up to date within a transaction that ends when all of the file has been read:
+/// a file that is refused after all stays as it was.
+void ProjectFile::upgradeOpenedFile(QSqlDatabase &db, const QString &filename, int version)
+{
+    qDebug() << "Older version of file, upgrading...";
+    if (version != 0)
+        return;
+    keepCopy(filename);
+    // Else each statement would wait by itself for a file that can't be written.
+    if (!QSqlQuery(db).exec("BEGIN IMMEDIATE"))
+        return;
+    const qint64 forReading = readingBudget;
+    readingBudget = StepsForUpgrade;
+    upgradeFileDatabase(db, version);
+    readingBudget = forReading;
+}
+
+bool ProjectFile::refuse(QSqlDatabase &db, const QString &message)
+{
+    setLastError(message);
+    db.rollback();
+    return false;
+}
+
+bool ProjectFile::readContent(QSqlDatabase &db, ProjectContent &content,
+                              SaveProgressDialog &progress)
+{
+    ProjectReader reader(db, [&progress] { progress.keepAlive(); });
+    if (reader.readItems(content.items) != ProjectReader::Done)
+        return refuse(db, NoItems);
+    const ProjectReader::Result connections = reader.readConnections(content.connections);
+    if (connections == ProjectReader::Damaged)
+        return refuse(db, reader.getErrorText());
+    if (connections == ProjectReader::Missing)
+        setLastError(reader.getErrorText());
+    const ProjectReader::Result formData = reader.readFormData(content.formValues);
+    if (formData == ProjectReader::Damaged)
+        return refuse(db, "Cannot open form data table");
+    if (formData == ProjectReader::Missing)
+        setLastError("Cannot open form data table");
+    return true;
+}
+
+/// The main sheet comes first, so that each factor's sheet stands before what belongs on it.
+void ProjectFile::deliver(ProjectContent &content, SaveProgressDialog &progress)
+{
+    for (const bool onMainSheet : {true, false}) {
+        for (CanvasItemInfo &info : content.items) {
+            if (info.parent.isEmpty() != onMainSheet)
+                continue;
+            emit loadedItem(info);
+            progress.incrementProgress();
+        }
+    }
+    connectLines(content, progress);
+    emit loadedFormData(content.formValues);
+}
+
+void ProjectFile::connectLines(const ProjectContent &content, SaveProgressDialog &progress)
+{
+    QHash<QString, QString> parents;
+    for (const CanvasItemInfo &info : content.items)
+        parents.insert(info.guid, info.parent);
+    for (const ConnectionRow &row : content.connections) {
+        const ChartSheet *sheet = host->getSceneForParent(parents.value(row.line));
+        auto *line = qobject_cast<Line *>(sheet->getItemWithGUID(row.line));
+        auto *start = qobject_cast<Sticky *>(sheet->getItemWithGUID(row.startNote));
+        auto *end = qobject_cast<Sticky *>(sheet->getItemWithGUID(row.endNote));
+        if (!line)
+            qDebug() << "ERROR:  Can't find line with guid" << row.line;
+        if (line && start)
+            line->setStartConnection({start, toSide(row.startSide)});
+        if (line && end)
+            line->setEndConnection({end, toSide(row.endSide)});
+        progress.keepAlive();
+    }
+}
+
+void ProjectFile::finishOpening(const QString &filename, bool fromAutoSave)
+{
+    if (fromAutoSave) {
+        setDirty(true);
+        keepCopy(filename);
+        qDebug() << "Trying to delete auto save file:" << QFile::remove(filename);
+        // The work must not live in memory alone.
+        QMetaObject::invokeMethod(this, &ProjectFile::requestAutoSave, Qt::QueuedConnection);
+    } else {
+        openStamp = getFileStamp(filename);
+        setDirty(false);
+    }
+    emit projectNameChanged();
+}

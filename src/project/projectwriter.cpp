@@ -1,0 +1,315 @@
+#include "project/projectwriter.h"
+
+#include "chart/chartsheet.h"
+#include "chart/toolid.h"
+#include "editing/line.h"
+#include "project/projectfile.h"
+#include "project/rowvalues.h"
+#include "sheet/pageinfo.h"
+#include "support/fonts.h"
+
+#include <QSet>
+#include <QSettings>
+
+namespace
+{
+
+void require(bool done, const char *failure)
+{
+    if (!done)
+        throw SaveError{failure};
+}
+
+} // namespace
+
+ProjectWriter::ProjectWriter(const QSqlDatabase &db, const std::function<void()> &onItem)
+    : onItem(onItem), db(db), itemRows(db, "items", "guid"),
+      propertyRows(db, "properties", "guid, name"), connectionRows(db, "connections", "lineguid"),
+      formRows(db, "formdata", "id"),
+      insertNoteRow(db, "INSERT INTO items VALUES(:guid, :type, :role, :x, :y, :width, :height, "
+                        ":text, :font, :image, :parent)"),
+      updateNoteRow(db, "UPDATE items SET role=:role, x=:x, y=:y, width=:width, height=:height, "
+                        "text=:text, font=:font WHERE rowid=:row"),
+      insertPictureRow(db, "INSERT INTO items VALUES(:guid, :type, 0, :x, :y, :width, :height, 0, "
+                           "0, 0, :parent)"),
+      updatePictureRow(db, "UPDATE items SET x=:x, y=:y, width=:width, height=:height "
+                           "WHERE rowid=:row"),
+      insertLineRow(db, "INSERT INTO items VALUES(:guid, :type, :role, :x, :y, :width, :height, "
+                        "0, 0, 0, :parent)"),
+      updateLineRow(db, "UPDATE items SET role=:role, x=:x, y=:y, width=:width, height=:height "
+                        "WHERE rowid=:row"),
+      deleteItemRow(db, "DELETE FROM items WHERE rowid=:row"),
+      insertProperty(db, "INSERT INTO properties VALUES(:guid, :name, :value)"),
+      updateProperty(db, "UPDATE properties SET value=:value WHERE rowid=:row"),
+      deleteProperty(db, "DELETE FROM properties WHERE rowid=:row"),
+      insertConnection(db, "INSERT INTO connections VALUES(:lineguid, :startguid, :endguid, "
+                           ":startside, :endside)"),
+      deleteConnection(db, "DELETE FROM connections WHERE rowid=:row"),
+      insertFormValue(db, "INSERT INTO formdata VALUES(:id, :value, :image)"),
+      updateFormValue(db, "UPDATE formdata SET value=:value, image=:image WHERE rowid=:row"),
+      deleteFormValue(db, "DELETE FROM formdata WHERE rowid=:row")
+{
+}
+
+void ProjectWriter::write(const QList<ProjectItem *> &items, const FormValues &formValues)
+{
+    require(itemRows.load(), "Failed to get previous items");
+    deleteGoneItems(items);
+    writeProjectProperties();
+    for (ProjectItem *item : items) {
+        if (item)
+            writeItem(item);
+        onItem();
+    }
+    writeFormValues(formValues);
+}
+
+void ProjectWriter::deleteGoneItems(const QList<ProjectItem *> &items)
+{
+    QSet<QString> present;
+    for (const ProjectItem *item : items) {
+        if (item)
+            present.insert(item->getGUID());
+    }
+    const QStringList guids = itemRows.getKeys();
+    for (const QString &guid : guids) {
+        if (present.contains(guid))
+            continue;
+        for (const RowIndex::Row &row : itemRows.take(guid))
+            require(deleteItemRow.run({row.id}), "Failed to delete item");
+        require(removeProperties(guid), "Failed to remove deleted item properties");
+        deletedItems = true;
+    }
+}
+
+void ProjectWriter::writeProjectProperties()
+{
+    require(QSqlQuery(db).exec("DELETE FROM properties WHERE guid=\"project\""),
+            "Failed to delete project properties");
+    propertyRows.take("project");
+    const QSettings settings;
+    const auto write = [this](const char *name, const QString &value, const char *failure) {
+        require(setProperty("project", name, value), failure);
+    };
+    const auto getFlag = [&settings](const char *key) {
+        return ProjectFile::boolToString(settings.value(key, true).toBool());
+    };
+    write("margins", PageInfo().getMarginsString(), "Couldn't write margins project property");
+    write("paperSize", QString::number(settings.value("pageSize", 29).toInt()),
+          "Couldn't write paper size project property");
+    write("font", settings.value("font", encodeFont(getBuiltInFont())).toString(),
+          "Couldn't write font project property");
+    write("showPageNumbers", getFlag("showPageNumbers"),
+          "Couldn't write page numbers project property");
+    write("showLegend", getFlag("showLegend"), "Couldn't write legend project property");
+    write("showHeader", getFlag("showHeader"), "Couldn't write header project property");
+    write("dbVersion", QString::number(ProjectFile::Version),
+          "Couldn't write DB version project property");
+}
+
+void ProjectWriter::writeItem(ProjectItem *item)
+{
+    const bool isKnown = itemRows.contains(item->getGUID());
+    switch (item->type()) {
+    case ProjectItem::StickyType:
+        writeNote(item->getCanvasItemInfo(), isKnown);
+        break;
+    case ProjectItem::SVGPictureType:
+        writePicture(item->getCanvasItemInfo(), isKnown);
+        break;
+    case ProjectItem::LineType:
+        writeLine(static_cast<Line *>(item), isKnown);
+        break;
+    default:
+        break;
+    }
+}
+
+void ProjectWriter::writeNote(const CanvasItemInfo &info, bool isKnown)
+{
+    if (isKnown)
+        updateNote(info);
+    else
+        insertNote(info);
+    writeNoteProperties(info);
+}
+
+void ProjectWriter::insertNote(const CanvasItemInfo &info)
+{
+    const QByteArray image = info.type == ImageTool ? encodeImage(info.image) : QByteArray();
+    require(insertNoteRow.run({info.guid, info.type, info.role.getTypeName(), info.startPoint.x(),
+                               info.startPoint.y(), info.size.width(), info.size.height(),
+                               textOf(info.text), fontOf(info), image, guidOrNull(info.parent)}),
+            "Couldn't write note entry");
+}
+
+void ProjectWriter::updateNote(const CanvasItemInfo &info)
+{
+    for (const RowIndex::Row &row : itemRows.getRows(info.guid)) {
+        require(updateNoteRow.run({info.role.getTypeName(), info.startPoint.x(),
+                                   info.startPoint.y(), info.size.width(), info.size.height(),
+                                   textOf(info.text), fontOf(info), row.id}),
+                "Couldn't update note entry");
+    }
+    require(removeProperties(info.guid), "Failed to delete properties for item");
+}
+
+void ProjectWriter::writeNoteProperties(const CanvasItemInfo &info)
+{
+    const auto write = [&](bool isDue, const char *name, const QString &value,
+                           const char *failure) {
+        if (isDue)
+            require(setProperty(info.guid, name, value), failure);
+    };
+    write(info.backgroundColor.isValid(), "backgroundColor", info.backgroundColor.name(),
+          "Couldn't write color property entry");
+    write(info.textColor.isValid(), "textColor", info.textColor.name(),
+          "Couldn't write text color property entry");
+    write(info.customFont, "font", fontOf(info), "Couldn't write font property entry");
+    write(info.causalFactorNumber != 0, "causalFactorNumber",
+          QString::number(info.causalFactorNumber),
+          "Couldn't write causal factor number property entry");
+    write(!info.siblings.isEmpty(), "sibling", info.siblings.join(','),
+          "Couldn't write sibling UID property entry");
+    write(true, "textAlignment", ProjectFile::alignmentToString(info.textAlignment),
+          "Couldn't write text alignment property entry");
+    write(info.notRelevant, "notRelevant", "true", "Couldn't write relevancy property entry");
+    write(info.borderLineWidth > 0, "borderLineWidth", QString::number(info.borderLineWidth),
+          "Couldn't write line width property entry");
+}
+
+void ProjectWriter::writePicture(const CanvasItemInfo &info, bool isKnown)
+{
+    if (!isKnown) {
+        require(
+            insertPictureRow.run({info.guid, info.type, info.startPoint.x(), info.startPoint.y(),
+                                  info.size.width(), info.size.height(), guidOrNull(info.parent)}),
+            "Couldn't write SVG picture entry");
+        return;
+    }
+    for (const RowIndex::Row &row : itemRows.getRows(info.guid)) {
+        require(updatePictureRow.run({info.startPoint.x(), info.startPoint.y(), info.size.width(),
+                                      info.size.height(), row.id}),
+                "Couldn't update svg picture entry");
+    }
+}
+
+void ProjectWriter::writeLine(Line *line, bool isKnown)
+{
+    CanvasItemInfo info = line->getCanvasItemInfo();
+    // A line doesn't keep its own record of the sheet up to date.
+    const QString owner = line->getSheet()->getOwnerGUID();
+    if (!owner.isEmpty())
+        info.parent = owner;
+    if (isKnown)
+        updateLine(info);
+    else
+        insertLine(info);
+    writeLineProperties(info);
+    writeConnection(line);
+}
+
+void ProjectWriter::insertLine(const CanvasItemInfo &info)
+{
+    require(insertLineRow.run({info.guid, info.type, info.backgroundColor.name(),
+                               info.startPoint.x(), info.startPoint.y(), info.size.width(),
+                               info.size.height(), guidOrNull(info.parent)}),
+            "Couldn't write line entry");
+}
+
+void ProjectWriter::updateLine(const CanvasItemInfo &info)
+{
+    for (const RowIndex::Row &row : itemRows.getRows(info.guid)) {
+        require(
+            updateLineRow.run({info.backgroundColor.name(), info.startPoint.x(),
+                               info.startPoint.y(), info.size.width(), info.size.height(), row.id}),
+            "Couldn't update line entry");
+    }
+    require(connectionRows.load(), "Failed to delete connections for item");
+    for (const RowIndex::Row &row : connectionRows.take(info.guid))
+        require(deleteConnection.run({row.id}), "Failed to delete connections for item");
+}
+
+void ProjectWriter::writeLineProperties(const CanvasItemInfo &info)
+{
+    require(setProperty(info.guid, "arrowStyle", QString::number(info.arrowStyle)),
+            "Couldn't write arrow style property entry");
+    require(setProperty(info.guid, "lineStyle", QString::number(info.lineStyle)),
+            "Couldn't write line style property entry");
+    if (info.borderLineWidth > 0)
+        require(setProperty(info.guid, "borderLineWidth", QString::number(info.borderLineWidth)),
+                "Couldn't write line width property entry");
+}
+
+void ProjectWriter::writeConnection(Line *line)
+{
+    const ConnectionInfo start = line->getStartConnection();
+    const ConnectionInfo end = line->getEndConnection();
+    if (!start.item && !end.item)
+        return;
+    const auto getGuid = [](const ConnectionInfo &connection) {
+        return connection.item ? connection.item->getGUID() : QString();
+    };
+    require(insertConnection.run({line->getGUID(), getGuid(start), getGuid(end),
+                                  int(start.item ? start.side : Sticky::NoSide),
+                                  int(end.item ? end.side : Sticky::NoSide)}),
+            "Couldn't write line connection entry");
+    // For a second line of the same guid.
+    connectionRows.add(line->getGUID(), {insertConnection.getLastRow(), QString()});
+}
+
+void ProjectWriter::writeFormValues(const FormValues &formValues)
+{
+    require(formRows.load(), "Failed to get previous form data");
+    const QStringList ids = formRows.getKeys();
+    for (const QString &id : ids) {
+        if (formValues.contains(id))
+            continue;
+        for (const RowIndex::Row &row : formRows.take(id))
+            require(deleteFormValue.run({row.id}), "Failed to delete form item");
+    }
+    for (auto field = formValues.begin(); field != formValues.end(); ++field)
+        require(writeFormValue(field.key(), field.value()), "Couldn't insert form value");
+}
+
+bool ProjectWriter::writeFormValue(const QString &id, const FormValue &value)
+{
+    const QByteArray image = encodeImage(value.image);
+    const RowIndex::Rows rows = formRows.getRows(id);
+    for (const RowIndex::Row &row : rows) {
+        if (!updateFormValue.run({textOf(value.value), image, row.id}))
+            return false;
+    }
+    return !rows.isEmpty() || insertFormValue.run({textOf(id), textOf(value.value), image});
+}
+
+bool ProjectWriter::removeProperties(const QString &guid)
+{
+    if (!propertyRows.load())
+        return false;
+    for (const RowIndex::Row &row : propertyRows.take(guid)) {
+        if (!deleteProperty.run({row.id}))
+            return false;
+    }
+    return true;
+}
+
+bool ProjectWriter::setProperty(const QString &guid, const QString &name, const QString &value)
+{
+    if (!propertyRows.load())
+        return false;
+    bool found = false;
+    for (const RowIndex::Row &row : propertyRows.getRows(guid)) {
+        if (row.name != name)
+            continue;
+        found = true;
+        if (!updateProperty.run({textOf(value), row.id}))
+            return false;
+    }
+    if (found)
+        return true;
+    if (!insertProperty.run({guid, name, textOf(value)}))
+        return false;
+    propertyRows.add(guid, {insertProperty.getLastRow(), name});
+    return true;
+}
