@@ -35,7 +35,8 @@ private:
     QList<QGraphicsItem *> items;
 };
 
-/// Built after the move or resize has happened, with its deltas.
+/// Built after the move or resize has happened, with its deltas; an invalid
+/// size delta is none.
 class GeometryChangeCommand : public QUndoCommand
 {
 public:
@@ -115,8 +116,11 @@ public:
     void redo() override;
 
 private:
+    void takeBackShape(Sticky *note, const CanvasItemInfo &old) const;
+
     QList<Sticky *> notes;
     QList<QString> oldRoles;
+    QList<CanvasItemInfo> oldRecords;
     QString newRole;
 };
 

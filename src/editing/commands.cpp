@@ -1,0 +1,229 @@
+#include "editing/commands.h"
+
+#include <QGraphicsScene>
+
+namespace
+{
+
+/// "move 1 item", "move 3 items".
+QString withCount(const QString &verb, int count)
+{
+    return QString("%1 %2 item%3").arg(verb).arg(count).arg(count > 1 ? "s" : "");
+}
+
+void setGeometries(const QList<BoxItem *> &items, const QList<QRectF> &geometries)
+{
+    for (int i = 0; i < items.size(); ++i) {
+        items.at(i)->setPos(geometries.at(i).topLeft());
+        items.at(i)->setSize(geometries.at(i).size());
+    }
+}
+
+} // namespace
+
+AddCommand::AddCommand(QGraphicsItem *item, QGraphicsScene *scene, QUndoCommand *parent)
+    : QUndoCommand("add an item", parent), scene(scene), item(item)
+{
+}
+
+void AddCommand::undo()
+{
+    scene->removeItem(item);
+}
+
+void AddCommand::redo()
+{
+    // A line that was drawn by hand stands on the sheet already.
+    if (item->scene() != scene)
+        scene->addItem(item);
+}
+
+DeleteCommand::DeleteCommand(QGraphicsScene *scene, const QList<QGraphicsItem *> &items,
+                             QUndoCommand *parent)
+    : QUndoCommand(withCount("delete", items.size()), parent), scene(scene), items(items)
+{
+    for (QGraphicsItem *item : items)
+        item->setSelected(false);
+}
+
+void DeleteCommand::undo()
+{
+    for (QGraphicsItem *item : qAsConst(items)) {
+        scene->addItem(item);
+        if (auto *note = qgraphicsitem_cast<Sticky *>(item))
+            note->notifySceneAddition();
+    }
+    scene->update();
+}
+
+void DeleteCommand::redo()
+{
+    for (QGraphicsItem *item : qAsConst(items)) {
+        scene->removeItem(item);
+        if (auto *note = qgraphicsitem_cast<Sticky *>(item))
+            note->notifySceneRemoval();
+    }
+    scene->update();
+}
+
+GeometryChangeCommand::GeometryChangeCommand(const QList<BoxItem *> &items,
+                                             const QPointF &moveDelta, const QSizeF &sizeDelta,
+                                             QUndoCommand *parent)
+    : QUndoCommand(moveDelta.isNull() ? "resize item" : withCount("move", items.size()), parent),
+      items(items)
+{
+    for (BoxItem *item : items) {
+        const QRectF geometry = item->getGeometry();
+        // Arrow keys move without a size delta, which is the invalid size.
+        const QSizeF change = sizeDelta == QSizeF() ? QSizeF(0, 0) : sizeDelta;
+        newGeometry << geometry;
+        oldGeometry << QRectF(geometry.topLeft() - moveDelta, geometry.size() - change);
+    }
+}
+
+void GeometryChangeCommand::undo()
+{
+    setGeometries(items, oldGeometry);
+}
+
+void GeometryChangeCommand::redo()
+{
+    setGeometries(items, newGeometry);
+}
+
+LineStyleChangeCommand::LineStyleChangeCommand(const QList<Line *> &lines, Qt::PenStyle style,
+                                               QUndoCommand *parent)
+    : QUndoCommand("change line style", parent), lines(lines), newStyle(style)
+{
+    for (Line *line : lines)
+        oldStyles << line->getLineStyle();
+}
+
+void LineStyleChangeCommand::undo()
+{
+    for (int i = 0; i < lines.size(); ++i)
+        lines.at(i)->setLineStyle(oldStyles.at(i));
+}
+
+void LineStyleChangeCommand::redo()
+{
+    for (Line *line : qAsConst(lines))
+        line->setLineStyle(newStyle);
+}
+
+ArrowStyleChangeCommand::ArrowStyleChangeCommand(const QList<Line *> &lines, Line::ArrowType style,
+                                                 QUndoCommand *parent)
+    : QUndoCommand("change arrow style", parent), lines(lines), newStyle(style)
+{
+    for (Line *line : lines)
+        oldStyles << line->getArrowStyle();
+}
+
+void ArrowStyleChangeCommand::undo()
+{
+    for (int i = 0; i < lines.size(); ++i)
+        lines.at(i)->setArrowStyle(oldStyles.at(i));
+}
+
+void ArrowStyleChangeCommand::redo()
+{
+    for (Line *line : qAsConst(lines))
+        line->setArrowStyle(newStyle);
+}
+
+TextChangeCommand::TextChangeCommand(Sticky *note, const QString &oldText, const QString &newText,
+                                     QUndoCommand *parent)
+    : QUndoCommand("change text", parent), note(note), oldText(oldText), newText(newText)
+{
+}
+
+void TextChangeCommand::undo()
+{
+    note->setText(oldText);
+}
+
+void TextChangeCommand::redo()
+{
+    note->setText(newText);
+}
+
+TextAlignmentChangeCommand::TextAlignmentChangeCommand(const QList<Sticky *> &notes,
+                                                       Qt::Alignment alignment,
+                                                       QUndoCommand *parent)
+    : QUndoCommand("change text alignment", parent), notes(notes), newAlignment(alignment)
+{
+    for (Sticky *note : notes)
+        oldAlignments << note->getRecord().textAlignment;
+}
+
+void TextAlignmentChangeCommand::undo()
+{
+    for (int i = 0; i < notes.size(); ++i)
+        notes.at(i)->setTextAlignment(oldAlignments.at(i));
+}
+
+void TextAlignmentChangeCommand::redo()
+{
+    for (Sticky *note : qAsConst(notes))
+        note->setTextAlignment(newAlignment);
+}
+
+RoleChangeCommand::RoleChangeCommand(const QList<Sticky *> &notes, const QString &roleType,
+                                     QUndoCommand *parent)
+    : QUndoCommand("change role to " + QString(roleType).replace('_', ' '), parent), notes(notes),
+      newRole(roleType)
+{
+    for (Sticky *note : notes) {
+        oldRoles << note->getRoleType();
+        oldRecords << note->getCanvasItemInfo();
+    }
+}
+
+void RoleChangeCommand::undo()
+{
+    for (int i = 0; i < notes.size(); ++i) {
+        notes.at(i)->setRoleType(oldRoles.at(i));
+        takeBackShape(notes.at(i), oldRecords.at(i));
+    }
+}
+
+void RoleChangeCommand::redo()
+{
+    for (Sticky *note : qAsConst(notes))
+        note->setRoleType(newRole);
+}
+
+/// Some roles make a note square, and a transfer gets a text of its own.
+void RoleChangeCommand::takeBackShape(Sticky *note, const CanvasItemInfo &old) const
+{
+    if (note->getRect().size() != old.size)
+        note->setSize(old.size);
+    if (newRole != "Transfer")
+        return;
+    note->setTextAlignment(old.textAlignment);
+    if (old.text.isEmpty())
+        note->setText(QString());
+}
+
+ItemPropertyChangeCommand::ItemPropertyChangeCommand(const QList<ProjectItem *> &items,
+                                                     const QByteArray &property,
+                                                     const QVariant &value, QUndoCommand *parent)
+    : QUndoCommand(parent), items(items), newValue(value), property(property)
+{
+    for (ProjectItem *item : items) {
+        oldValues << item->property(property);
+        setText(item->getPropertyLabel(property));
+    }
+}
+
+void ItemPropertyChangeCommand::undo()
+{
+    for (int i = 0; i < items.size(); ++i)
+        items.at(i)->setProperty(property, oldValues.at(i));
+}
+
+void ItemPropertyChangeCommand::redo()
+{
+    for (ProjectItem *item : qAsConst(items))
+        item->setProperty(property, newValue);
+}
