@@ -3,6 +3,8 @@
 // The form's fields are its only state: the program reads and writes them by id. What this
 // script adds is steps that open, rows of causal factors, and prompt news of what is typed.
 
+delete window.WebSocket; // the one road to the network that is not the program's to close
+
 const MaxNumber = 999; // the highest number of a row that is made
 
 const byId = id => document.getElementById(id);
@@ -257,13 +259,13 @@ function removeDynamicContent(prefix, number) {
     refresh();
 }
 
-// Numbers come as the program writes them, without leading zeros, so that the field asked for
-// is the one that is made.
+// Any id of a row makes the whole row, so that a stray one cannot stand in the way of the others.
 function createNecessaryFields(id) {
-    const parts = /^([A-Za-z]+)_[A-Za-z-]+_(0|[1-9][0-9]*)$/.exec(id);
-    if (!parts || !isRow(parts[1], Number(parts[2])) || getRow(Number(parts[2])))
+    const parts = /^([A-Za-z]+)_[A-Za-z0-9-]*_([0-9]{1,9})$/.exec(id);
+    const number = parts ? Number(parts[2]) : NaN;
+    if (!parts || !isRow(parts[1], number) || getRow(number))
         return;
-    insertRow(Number(parts[2]));
+    insertRow(number);
     wireRows();
 }
 

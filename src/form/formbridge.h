@@ -26,6 +26,8 @@ public slots:
     void removeCausalFactor(int cfNumber);
     void onExportFormClicked();
     void onChooseImageClicked();
+    /// Hides the one of every object: a script may not delete the bridge.
+    void deleteLater() {}
 
 private:
     /// An exception must not pass through the script engine: it is thrown again from the event
