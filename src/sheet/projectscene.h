@@ -97,7 +97,7 @@ public:
     void hideHighlightItem();
 
     SheetHost *getHost() const override { return host; }
-    QString getOwnerGUID() const override;
+    QString getOwnerGUID() const override { return ownerGUID; }
     int getViewZoom() const override;
     Sticky *getNoteAt(QPointF scenePos) const override;
     /// Of two with one GUID the one that came last.

@@ -123,9 +123,6 @@ void MainWindow::onProjectOpened(bool addToRecentFiles)
     }
     setTitleFor(projectFile->getOpenFilename());
     mainScene->setPageSize(PageInfo().getPrintableArea().size());
-    // Opening removed the file of a restored auto-save: the work must not live in memory alone.
-    if (projectFile->isDirty())
-        onAutoSaveRequested();
 }
 
 void MainWindow::openWaitingProject()
@@ -195,6 +192,7 @@ void MainWindow::removeFormerFile(const QString &name)
 {
     if (!QFile::exists(name))
         return;
+    projectFile->keepCopy(name);
     qDebug() << "deleting existing file" << name;
     qDebug() << QFile::remove(name);
 }
