@@ -3,10 +3,12 @@
 #include "chart/canvasiteminfo.h"
 #include "chart/sticky.h"
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 
 class Line;
+class ProjectItem;
 class ProjectScene;
 
 /// A line end to restore on a paste.
@@ -34,7 +36,11 @@ public slots:
     void onPasteTriggered();
 
 private:
+    void keepConnections(const QList<ProjectItem *> &copied);
+    void restoreConnections(const QHash<QString, ProjectItem *> &pasted);
+    QPointF getPasteOffset(const ProjectScene *scene) const;
+
     QList<CanvasItemInfo> items;
     QList<ClipBoardConnection> connections;
-    ProjectScene **activeScene;
+    ProjectScene **activeScene; // not owned; the sheet may be null
 };

@@ -201,7 +201,7 @@ void RoleChangeCommand::takeBackShape(Sticky *note, const CanvasItemInfo &old) c
     if (newRole != "Transfer")
         return;
     note->setTextAlignment(old.textAlignment);
-    if (old.text.isEmpty())
+    if (old.text.isEmpty() && note->getText() == "A")
         note->setText(QString());
 }
 
