@@ -5,7 +5,6 @@
 #include "chart/crosslines.h"
 #include "chart/notetext.h"
 #include "chart/resizegrip.h"
-#include "chart/sticky_p.h"
 #include "chart/workingdropshadow.h"
 #include "sheet/sheethost.h"
 #include "support/fonts.h"
@@ -14,6 +13,7 @@
 #include <QTextDocument>
 #include <QTextOption>
 
+const QString Sticky::INITIAL_TEXT = "Double click to edit text";
 const QByteArray Sticky::PROPERTY_CUSTOM_FONT = "customFont";
 const QByteArray Sticky::PROPERTY_TEXT_COLOR = "textColor";
 const QByteArray Sticky::PROPERTY_NOT_RELEVANT = "notRelevant";
@@ -57,7 +57,7 @@ Sticky::Sticky(ChartSheet *sheet, CanvasItemInfo &info) : BoxItem(sheet, info)
     setPos(info.startPoint);
     setSize(info.size);
     setTextAlignment(info.textAlignment);
-    noteText->setPlainText(info.text.isEmpty() ? InitialText : info.text);
+    noteText->setPlainText(info.text.isEmpty() ? INITIAL_TEXT : info.text);
     setNotRelevant(info.notRelevant);
     setAcceptHoverEvents(true);
     QMetaObject::invokeMethod(
@@ -99,7 +99,7 @@ void Sticky::makeText()
 QString Sticky::getText() const
 {
     const QString text = noteText->toPlainText();
-    return text == InitialText ? QString() : text;
+    return text == INITIAL_TEXT ? QString() : text;
 }
 
 QFont Sticky::getFont() const

@@ -109,6 +109,8 @@ protected:
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
 
 private:
+    static const QString INITIAL_TEXT; // what a note without text shows
+
     void makePicture();
     void makeCircle();
     void makeText();

@@ -4,7 +4,6 @@
 #include "chart/notetext.h"
 #include "chart/resizegrip.h"
 #include "chart/sticky.h"
-#include "chart/sticky_p.h"
 #include "sheet/sheethost.h"
 
 #include <QGraphicsPixmapItem>
@@ -134,7 +133,7 @@ void Sticky::beginEditing()
     textBeforeEdit = getText();
     setHandlesChildEvents(false);
     noteText->setEditable(true);
-    if (noteText->toPlainText() == InitialText) {
+    if (noteText->toPlainText() == INITIAL_TEXT) {
         setText(QString());
         if (info.role.getInfo().shape == RoleInfo::Ellipse)
             noteText->setPos(rect.width() * 0.0625 + 2.5, (rect.height() - getTextHeight()) * 0.5);
