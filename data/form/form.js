@@ -171,7 +171,7 @@ function refreshNow() {
         const next = section.querySelector(".next");
         items[i].classList.toggle("open", isShown(section));
         items[i].classList.toggle("done", isDone(section));
-        if (next)
+        if (next && list[i + 1])
             next.style.display = isShown(list[i + 1]) ? "none" : "";
     });
     byId("noCausalFactors").style.display = byId("causalFactors").firstChild ? "none" : "";
