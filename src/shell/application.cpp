@@ -2,19 +2,12 @@
 
 #include "support/websettings.h"
 
-#include <QMessageBox>
-#include <QSqlDatabase>
+#include <exception>
 
 namespace
 {
 
 constexpr double Version = 2.01;
-
-/// A save that broke off at its commit leaves the file open, with the old state to go back to.
-void closeProjectDatabase()
-{
-    QSqlDatabase::database(QSqlDatabase::defaultConnection, false).close();
-}
 
 } // namespace
 
@@ -45,15 +38,7 @@ bool Application::notify(QObject *receiver, QEvent *event)
     } catch (const std::exception &error) {
         message = QString::fromLocal8Bit(error.what());
     }
-    closeProjectDatabase();
-    // Later, when the handlers below this one have ended too.
     QMetaObject::invokeMethod(
-        this, [message] { showFailure(message); }, Qt::QueuedConnection);
+        this, [this, message] { emit handlerFailed(message); }, Qt::QueuedConnection);
     return false;
-}
-
-void Application::showFailure(const QString &message)
-{
-    QMessageBox::critical(activeWindow(), "Save failed",
-                          "Saving failed.\nThe error message is: " + message, QMessageBox::Ok);
 }

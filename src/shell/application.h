@@ -2,8 +2,7 @@
 
 #include <QApplication>
 
-/// Keeps the program alive when an exception leaves an event handler: the user reads its text
-/// under "Save failed", and the project stays open with its changes.
+/// Keeps the program alive when an exception leaves an event handler.
 class Application : public QApplication
 {
     Q_OBJECT
@@ -14,7 +13,10 @@ public:
 
     bool notify(QObject *receiver, QEvent *event) override;
 
+signals:
+    /// From the event loop, when the handler's own callers have ended too.
+    void handlerFailed(const QString &message);
+
 private:
     static void prepareAttributes();
-    static void showFailure(const QString &message);
 };

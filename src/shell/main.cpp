@@ -17,6 +17,12 @@ QString joinArguments(const QStringList &arguments)
     return path.trimmed();
 }
 
+void connectFailures(Application *application, MainWindow *window)
+{
+    QObject::connect(application, &Application::handlerFailed, window,
+                     &MainWindow::onHandlerFailed);
+}
+
 void showIntroScreen(IntroScreen *screen, MainWindow *window)
 {
     qApp->installEventFilter(window);
@@ -38,11 +44,13 @@ int main(int argc, char **argv)
     copySupportFiles();
     if (!path.isEmpty() && QFile::exists(path)) {
         MainWindow window(nullptr);
+        connectFailures(&application, &window);
         window.openProject(QFile(path).fileName(), true);
         return QApplication::exec();
     }
     auto *screen = new IntroScreen(nullptr); // deletes itself
     MainWindow window(screen);
+    connectFailures(&application, &window);
     showIntroScreen(screen, &window);
     return QApplication::exec();
 }

@@ -72,6 +72,7 @@ void MainWindow::createProjectObjects()
     projectFile = new ProjectFile(this);
     projectFile->setParent(this);
     connect(projectFile, &ProjectFile::requestAutoSave, this, &MainWindow::onAutoSaveRequested);
+    connect(projectFile, &ProjectFile::requestSnapshot, this, &MainWindow::onSnapshotRequested);
     connect(projectFile, &ProjectFile::dirtyChanged, this, &MainWindow::onDirtyChanged);
     undoGroup = new QUndoGroup(this);
     formView = new FormView(undoGroup);
@@ -88,7 +89,7 @@ void MainWindow::createMainSheet()
     escapeShortcut = new QShortcut(Qt::Key_Escape, this);
     connect(escapeShortcut, &QShortcut::activated, this, &MainWindow::onEscapePressed);
     clipBoard = new ClipBoard(&currentScene, this);
-    connect(formView, &FormView::formChanged, projectFile, [this] { projectFile->setDirty(); });
+    connect(formView, &FormView::formChanged, this, &MainWindow::onFormChanged);
     mainView = new GraphWidget(mainScene, nullptr);
     mainScene->setParent(mainView);
     connect(mainView, &GraphWidget::doZoom, zoomWidget, &ZoomWidget::stepZoom);
@@ -128,6 +129,8 @@ void MainWindow::clearInterface()
     sheets.clear();
     mainScene->clear();
     formView->clearForm();
+    formTouched = false;
+    unaskedChanges = false;
 }
 
 void MainWindow::setUntitledTitle()

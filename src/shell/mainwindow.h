@@ -1,5 +1,6 @@
 #pragma once
 
+#include "form/formvalue.h"
 #include "sheet/projectscene.h"
 #include "sheet/sheethost.h"
 #include "shell/exportdialog.h"
@@ -78,6 +79,11 @@ public slots:
     void saveProject(bool chooseNewName = false, bool autoSave = false);
     void saveProjectAs();
     void onAutoSaveRequested();
+    void onSnapshotRequested();
+    /// An exception left an event handler: a save that broke off is given up, and the project
+    /// stays open with its changes.
+    void onHandlerFailed(const QString &message);
+    void onFormChanged();
     void onDirtyChanged(bool dirty);
 
     void onCurrentTabChanged(int tabIndex);
@@ -182,6 +188,11 @@ private:
     void storeProject(const QString &name, bool autoSave);
     bool writeProject(const QString &name, const QList<ProjectItem *> &items);
     QList<ProjectItem *> collectItems() const;
+    FormValues collectFormValues() const;
+    void tellOfForeignChange();
+    /// Keeps what the user wasn't asked about or could not save. Takes what checkSave gave.
+    void giveUpProject(int answer);
+    bool hasChangedStack() const;
 
     Sheet createSheet(Sticky *note, int number);
     Sticky *seedClone(ProjectScene *scene, Sticky *note, const QPointF &position);
@@ -272,6 +283,8 @@ private:
     FormView *formView = nullptr;
     RegistrationCheck registrationCheck;
 
-    bool storing = false;    // from the first progress event to the end of a save
-    QString waitingOpenName; // asked for while the file was busy
+    bool formTouched = false;    // since the last save or opening
+    bool unaskedChanges = false; // the dirty mark fell although something stayed unsaved
+    bool storing = false;        // from the first progress event to the end of a save
+    QString waitingOpenName;     // asked for while the file was busy
 };

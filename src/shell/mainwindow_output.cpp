@@ -91,9 +91,7 @@ void MainWindow::onExportFormTriggered()
         return;
     if (name.right(4).toLower() != ".doc")
         name += ".doc";
-    FormValues values = formView->getAllFieldValues();
-    formView->fillInTitleImage(values);
-    WordXMLExport().saveData(name, values, this);
+    WordXMLExport().saveData(name, collectFormValues(), this);
 }
 
 void MainWindow::saveCurrentPagePNG()

@@ -22,10 +22,14 @@
 #include <QUndoGroup>
 #include <QUndoStack>
 
+#include <algorithm>
+
 namespace
 {
 
 constexpr int MaximumRecentFiles = 4;
+constexpr int MessageTime = 15000; // milliseconds
+const QString SaveFailedText = "Saving failed.\nThe error message is: ";
 const char ProjectFilter[] = "TRAC/Ex Examiner Project (*.epf)";
 
 QString getStartFolder(const QString &key)
@@ -64,8 +68,10 @@ void MainWindow::newProject()
         setUntitledTitle();
         return;
     }
-    if (checkSave() == 2)
+    const int answer = checkSave();
+    if (answer == 2)
         return;
+    giveUpProject(answer);
     clearInterface();
     projectFile->discardAutoSaveFile();
     projectFile->resetOpenFilename();
@@ -78,11 +84,13 @@ void MainWindow::openProject(QString openName, bool addToRecentFiles)
         waitingOpenName = openName;
         return;
     }
-    if (checkSave() == 2)
+    const int answer = checkSave();
+    if (answer == 2)
         return;
     openFilename = openName.isEmpty() ? askOpenName() : openName;
     if (openFilename.isEmpty())
         return;
+    giveUpProject(answer);
     loadFullInterface();
     clearInterface();
     if (!openName.endsWith(".autosave"))
@@ -207,29 +215,68 @@ void MainWindow::storeProject(const QString &name, bool autoSave)
         writeProject(name, items);
         return;
     }
+    const bool foreignChange =
+        name == projectFile->getOpenFilename() && projectFile->hasChangedOnDisk();
     SaveProgressDialog progress("Saving...", items.size(), this);
     connect(projectFile, &ProjectFile::itemSaved, &progress,
             &SaveProgressDialog::incrementProgress);
     progress.setWindowModality(Qt::WindowModal);
     progress.show();
     QCoreApplication::processEvents();
-    if (writeProject(name, items))
-        setTitleFor(name);
+    if (!writeProject(name, items))
+        return;
+    setTitleFor(name);
+    formTouched = false;
+    unaskedChanges = false;
+    if (foreignChange)
+        tellOfForeignChange();
 }
 
 bool MainWindow::writeProject(const QString &name, const QList<ProjectItem *> &items)
 {
-    FormValues values = formView->getAllFieldValues();
-    formView->fillInTitleImage(values);
+    const FormValues values = collectFormValues();
     if (!projectFile->saveFile(name, items, values)) {
-        QMessageBox::critical(this, "Save failed",
-                              "Saving failed.\nThe error message is: " +
-                                  projectFile->getLastError(),
+        QMessageBox::critical(this, "Save failed", SaveFailedText + projectFile->getLastError(),
                               QMessageBox::Ok);
         return false;
     }
     formView->rememberTitleImage(values);
     return true;
+}
+
+void MainWindow::tellOfForeignChange()
+{
+    statusBar()->showMessage("Another program had changed the file. What it wrote is among the "
+                             "kept copies.",
+                             MessageTime);
+}
+
+void MainWindow::onHandlerFailed(const QString &message)
+{
+    if (projectFile)
+        projectFile->abandonSave();
+    QMessageBox::critical(this, "Save failed", SaveFailedText + message, QMessageBox::Ok);
+}
+
+void MainWindow::onSnapshotRequested()
+{
+    projectFile->keepSnapshot(collectItems(), collectFormValues());
+}
+
+void MainWindow::giveUpProject(int answer)
+{
+    if (!interfaceLoaded)
+        return;
+    const bool savedInVain = answer == 0 && projectFile->isDirty();
+    if (savedInVain || unaskedChanges)
+        onSnapshotRequested();
+}
+
+FormValues MainWindow::collectFormValues() const
+{
+    FormValues values = formView->getAllFieldValues();
+    formView->fillInTitleImage(values);
+    return values;
 }
 
 QList<ProjectItem *> MainWindow::collectItems() const
@@ -259,8 +306,12 @@ int MainWindow::checkSave()
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     event->ignore(); // also when a save fails with an exception
-    if (isBusy() || checkSave() == 2)
+    if (isBusy())
         return;
+    const int answer = checkSave();
+    if (answer == 2)
+        return;
+    giveUpProject(answer);
     if (projectFile)
         projectFile->discardAutoSaveFile();
     event->accept();
@@ -278,12 +329,27 @@ void MainWindow::addRecentFile(const QString &path)
     settings.setValue("recentFiles", files);
 }
 
+void MainWindow::onFormChanged()
+{
+    formTouched = true;
+    projectFile->setDirty();
+}
+
 void MainWindow::onDirtyChanged(bool dirty)
 {
     setWindowModified(dirty);
     if (dirty)
         return;
+    // One stack that becomes clean makes the whole project look so.
+    unaskedChanges = unaskedChanges || formTouched || hasChangedStack();
     const QList<QUndoStack *> stacks = undoGroup->stacks();
     for (QUndoStack *stack : stacks)
         stack->setClean();
+}
+
+bool MainWindow::hasChangedStack() const
+{
+    const QList<QUndoStack *> stacks = undoGroup->stacks();
+    return std::any_of(stacks.cbegin(), stacks.cend(),
+                       [](const QUndoStack *stack) { return !stack->isClean(); });
 }
