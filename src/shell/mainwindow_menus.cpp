@@ -13,6 +13,7 @@
 void MainWindow::createToolbars()
 {
     setUnifiedTitleAndToolBarOnMac(false);
+    setIconSize(QSize(22, 22)); // drawn for, so nothing is scaled
     projectToolbar = addToolBar("Project Toolbar");
     projectToolbar->setObjectName("ProjectToolbar");
     projectToolbar->addActions({undoAction, redoAction});
