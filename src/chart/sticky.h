@@ -17,6 +17,8 @@ class Sticky : public BoxItem
     Q_PROPERTY(bool notRelevant READ isNotRelevant WRITE setNotRelevant)
 
 public:
+    enum { Type = StickyType }; ///< without it qgraphicsitem_cast takes any item for a note
+
     /// Connection sides; the numbers stand in project files.
     enum Side {
         NoSide = 0,
