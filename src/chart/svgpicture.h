@@ -12,6 +12,8 @@ class SVGPicture : public BoxItem
     Q_OBJECT
 
 public:
+    enum { Type = SVGPictureType };
+
     /// `resource` is the path of the drawing; one that doesn't load shows nothing.
     SVGPicture(const QString &resource, ChartSheet *sheet, CanvasItemInfo &info);
 

@@ -184,6 +184,8 @@ inline void drag(QGraphicsScene *scene, const QPointF &from, const QPointF &to)
 
 inline void doubleClick(QGraphicsScene *scene, const QPointF &p)
 {
+    press(scene, p);
+    release(scene, p);
     sendMouse(scene, QEvent::GraphicsSceneMouseDoubleClick, p);
     release(scene, p);
 }
