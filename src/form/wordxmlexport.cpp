@@ -134,8 +134,8 @@ QString encodePng(const QImage &image)
 }
 
 /// The number of the style item with the key, less its unit of two letters;
-/// the marker takes its place.
-double takeNumber(QStringList &items, const QString &key, const QString &marker)
+/// the other value takes its place.
+double takeNumber(QStringList &items, const QString &key, const QString &newValue)
 {
     double number = 0;
     for (QString &item : items) {
@@ -144,7 +144,7 @@ double takeNumber(QStringList &items, const QString &key, const QString &marker)
         QString value = item.section(':', 1, 1);
         value.chop(2);
         number = value.toDouble();
-        item = key + ":" + marker + "pt";
+        item = key + ":" + newValue;
     }
     return number;
 }
@@ -322,8 +322,11 @@ void WordXMLExport::replaceFieldValue(QDomDocument &document, QDomElement &tag,
     }
     const QStringList lines = text.split('\n');
     for (int i = 0; i < lines.size(); ++i) {
-        if (i > 0)
+        if (i > 0) {
             run.appendChild(document.createElement("w:br"));
+            // Beside a text nothing is indented: some readers show a blank there.
+            run.appendChild(document.createTextNode(QString()));
+        }
         run.appendChild(makeLine(document, lines.at(i)));
     }
     run.removeChild(tag);
@@ -349,13 +352,18 @@ void WordXMLExport::replaceImage(const QString &name, const QImage &image, QDomD
 void WordXMLExport::resizeShape(QDomElement &shape, QSize imageSize, bool fitHeight)
 {
     QStringList items = shape.attribute("style").split(';');
-    const double width = takeNumber(items, "width", "%2");
-    const double height = takeNumber(items, "height", "%3");
-    const QSize box{int(width), int(height)};
+    const double boxWidth = takeNumber(items, "width", "%2pt");
+    const double boxHeight = takeNumber(items, "height", "%3pt");
+    const QSize box{int(boxWidth), int(boxHeight)};
     const QSize size = imageSize.scaled(box, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
-    const double factor = fitHeight ? height / size.height() : 1.0;
+    const double factor = fitHeight ? boxHeight / size.height() : 1.0;
+    const double width = size.width() * factor;
+    const double height = size.height() * factor;
+    // One reader takes its size from here: without a unit, in hundredths of a millimetre.
+    takeNumber(items, "mso-hundredths-width", QString::number(qRound(width * 2540 / 72)));
+    takeNumber(items, "mso-hundredths-height", QString::number(qRound(height * 2540 / 72)));
     QString style = items.join(';');
-    style.replace("%2", QString::number(size.width() * factor, 'f', 2));
-    style.replace("%3", QString::number(size.height() * factor, 'f', 2));
+    style.replace("%2", QString::number(width, 'f', 2));
+    style.replace("%3", QString::number(height, 'f', 2));
     shape.setAttribute("style", style);
 }
