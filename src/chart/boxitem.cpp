@@ -17,6 +17,9 @@ BoxItem::~BoxItem() = default;
 
 void BoxItem::handleResizeEvent(QGraphicsSceneMouseEvent *event)
 {
+    // The event comes by way of the handle, mapped from where that was last painted:
+    // the second of two moves without a repaint between them would be off by the first.
+    event->setPos(mapFromScene(event->scenePos()));
     prepareGeometryChange();
     const int handle = resizeHandleInUse;
     if (handle >= 1 && handle <= 3)
