@@ -527,7 +527,7 @@ void TestCreation::resizeIsAStep()
     QVERIFY(sheet.show());
     Sticky *note = sheet.addNote(QRectF(100, 200, 120, 80));
     note->setSelected(true);
-    sheet.press(QPointF(222, 282)); qDebug()<<note->getGeometry(); sheet.move(QPointF(240,300));qDebug()<<note->getGeometry();sheet.move(QPointF(263, 318));qDebug()<<note->getGeometry()<<sheet.view.mapToScene(sheet.view.mapFromScene(QPointF(263,318))); sheet.release(QPointF(263,318)); qDebug()<<note->getGeometry();
+    sheet.drag(QPointF(222, 282), QPointF(263, 318));
     QTRY_COMPARE(sheet.getSteps(), 1);
 
     QCOMPARE(note->getGeometry(), QRectF(100, 200, 160, 120));
