@@ -1,0 +1,70 @@
+#pragma once
+
+#include "form/formvalue.h"
+#include "sheet/sheethost.h"
+
+#include <QHash>
+#include <QObject>
+#include <QUndoGroup>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class ProjectFile;
+class ProjectScene;
+struct CanvasItemInfo;
+
+/// A project without a window, for writing it to other formats. Each step that fails gives
+/// false and leaves its reason in getError().
+class ProjectExporter : public QObject, public SheetHost
+{
+    Q_OBJECT
+
+public:
+    /// Chosen instead of a factor's sheet: all sheets of a document, the main one of a picture.
+    static constexpr int NoFactor = -1;
+
+    ProjectExporter();
+    ~ProjectExporter() override;
+
+    /// In the user's words.
+    const QString &getError() const { return error; }
+
+    /// Reads the file, which may be brought up to date by that: give a copy.
+    bool open(const QString &path);
+    bool hasFactor(int number) const;
+    /// What the program would print, or the one sheet of the causal factor with the number.
+    bool writePDF(const QString &target, int factor);
+    /// The entire sheet, one pixel for each scene unit.
+    bool writePNG(const QString &target, int factor);
+    /// The Word report. Loads the form's page.
+    bool writeReport(const QString &target);
+
+    int selectedTool() const override { return SelectTool; }
+    bool isGridEnabled() const override { return false; }
+    QMenu *getSceneContextMenu() override { return nullptr; }
+    QMenu *getNoteContextMenu() override { return nullptr; }
+    QMenu *getLineContextMenu() override { return nullptr; }
+    Sticky *getNoteWithGUID(const QString &guid) const override;
+    ChartSheet *getSceneForParent(const QString &guid) const override;
+    void onCausalFactorChanged(Sticky *) override {}
+    QWidget *getDialogParent() override { return nullptr; }
+
+private:
+    void onItemLoaded(CanvasItemInfo &info);
+    std::unique_ptr<ProjectScene> createScene(Sticky *parentNote);
+    void fillHeader();
+    ProjectScene *findFactor(int number) const;
+    QList<ProjectScene *> getFactorScenes() const;
+    bool fail(const QString &reason);
+    /// Lets `write` make a file beside the target that takes its place when it is whole.
+    bool replaceFile(const QString &target, const std::function<bool(const QString &)> &write);
+
+    QUndoGroup undoGroup;
+    std::unique_ptr<ProjectFile> projectFile;
+    std::unique_ptr<ProjectScene> mainScene;
+    std::vector<std::unique_ptr<ProjectScene>> factorScenes;
+    FormValues formValues;
+    QString error;
+};
