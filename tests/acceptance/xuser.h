@@ -54,8 +54,8 @@ public:
         QStringList script = move(global);
         if (!modifier.isEmpty())
             script += QStringList{"keydown", modifier};
-        script += QStringList{"click", "--repeat", QString::number(qAbs(steps)), "--delay", "40",
-                              steps > 0 ? "4" : "5"};
+        script += QStringList{"click",   "--repeat", QString::number(qAbs(steps)),
+                              "--delay", "40",       steps > 0 ? "4" : "5"};
         if (!modifier.isEmpty())
             script += QStringList{"keyup", modifier};
         run(script);
