@@ -65,6 +65,14 @@ public:
     /// In xdotool's words, such as "ctrl+z" or "Escape".
     static void press(const QString &key) { run({"key", key}); }
 
+    /// Types into the dialog that the next call will open and confirms it. A
+    /// dialog keeps its caller until it is answered, so the answer goes first.
+    static void answerNextDialog(const QString &text)
+    {
+        QProcess::startDetached("xdotool", {"sleep", "1.5", "key", "ctrl+a", "type", "--delay",
+                                            "10", "--args", "1", text, "key", "Return"});
+    }
+
     static QPoint centreOf(const QWidget *widget)
     {
         return widget->mapToGlobal(widget->rect().center());
