@@ -63,6 +63,9 @@ public:
     void discardAutoSaveFile();
     void setLastError(const QString &message);
 
+    /// Milliseconds of unbroken editing until requestSnapshot(); 10 minutes at first.
+    void setSnapshotInterval(int interval) { snapshotTimer.setInterval(interval); }
+
     /// To be called before a file is removed or replaced, such as one chosen in Save As:
     /// puts a copy into the kept copies unless this process wrote the file last. A copy
     /// that fails stops nothing.
