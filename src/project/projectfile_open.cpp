@@ -13,6 +13,7 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QtEndian>
 
 namespace
 {
@@ -24,7 +25,27 @@ constexpr qint64 StepsForSmallFile = 10 * 1000 * 1000;
 // The upgrade looks through whole tables for each causal factor.
 constexpr qint64 StepsForUpgrade = 500 * 1000 * 1000;
 
+constexpr int DatabaseHeaderSize = 100; // bytes
 const char NoItems[] = "Failed to get item count from file.";
+
+/// The database takes a scrap of a file for an empty one, and fills up a page that is cut
+/// short. With a journal or a log beside it the file may be made whole from there.
+bool isCutShort(const QString &filename)
+{
+    QFile file(filename);
+    if (QFile::exists(filename + "-journal") || QFile::exists(filename + "-wal") ||
+        !file.open(QIODevice::ReadOnly) || file.size() == 0)
+        return false;
+    const QByteArray header = file.read(DatabaseHeaderSize);
+    if (header.size() < DatabaseHeaderSize || !header.startsWith("SQLite format 3"))
+        return true;
+    const auto get = [&header](int place) {
+        return qint64(qFromBigEndian<quint32>(header.constData() + place));
+    };
+    const int pageSize = qFromBigEndian<quint16>(header.constData() + 16);
+    const bool knowsPageCount = get(24) == get(92); // else an old library wrote it last
+    return knowsPageCount && file.size() < get(28) * (pageSize == 1 ? 65536 : pageSize);
+}
 
 /// A number that names no side leaves the end without one.
 Sticky::Side toSide(int number)
@@ -73,6 +94,10 @@ bool ProjectFile::openDatabase(QSqlDatabase &db, const QString &filename)
     const QFileInfo file(filename);
     if (file.exists() && !file.isFile()) {
         setLastError("This is not a file.");
+        return false;
+    }
+    if (isCutShort(filename)) {
+        setLastError(NoItems);
         return false;
     }
     db.setDatabaseName(filename);
