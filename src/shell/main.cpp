@@ -1,3 +1,4 @@
+#include "shell/accessiblesheet.h"
 #include "shell/application.h"
 #include "shell/introscreen.h"
 #include "shell/mainwindow.h"
@@ -40,6 +41,7 @@ void showIntroScreen(IntroScreen *screen, MainWindow *window)
 int main(int argc, char **argv)
 {
     Application application(argc, argv);
+    installAccessibleSheets();
     const QString path = joinArguments(QCoreApplication::arguments());
     copySupportFiles();
     if (!path.isEmpty() && QFile::exists(path)) {

@@ -1,0 +1,252 @@
+#include "shell/accessiblesheet.h"
+
+#include "chart/sticky.h"
+#include "sheet/projectscene.h"
+#include "shell/graphwidget.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace
+{
+
+constexpr int ListLifetime = 1000; // ms that a reader may hear of an older state
+
+/// Where a note comes in the reading: page rows from the top, in each its
+/// pages, and on a page from left to right.
+struct ReadingPlace {
+    explicit ReadingPlace(const Sticky *note, const QSize &page)
+        : row(int(note->y() / page.height())), column(int(note->x() / page.width())),
+          point(note->pos())
+    {
+    }
+
+    bool operator<(const ReadingPlace &other) const
+    {
+        return std::make_tuple(row, column, point.x(), point.y()) <
+               std::make_tuple(other.row, other.column, other.point.x(), other.point.y());
+    }
+
+    int row;
+    int column;
+    QPointF point;
+};
+
+QVector<QPointer<Sticky>> sortNotes(const ProjectScene *scene)
+{
+    const QSize page = scene->getPageSize();
+    QList<Sticky *> all = scene->getAllNotes();
+    std::stable_sort(all.begin(), all.end(), [&page](const Sticky *a, const Sticky *b) {
+        return ReadingPlace(a, page) < ReadingPlace(b, page);
+    });
+    QVector<QPointer<Sticky>> notes;
+    for (Sticky *note : qAsConst(all))
+        notes.append(note);
+    return notes;
+}
+
+/// Null unless exactly one note is selected.
+Sticky *getOnlySelectedNote(const ProjectScene *scene)
+{
+    const QList<Sticky *> selected = scene->getSelectedNotes();
+    return selected.size() == 1 ? selected.first() : nullptr;
+}
+
+void announceSelection(const ProjectScene *scene)
+{
+    Sticky *note = QAccessible::isActive() ? getOnlySelectedNote(scene) : nullptr;
+    if (!note)
+        return;
+    QAccessibleEvent event(note, QAccessible::Focus);
+    QAccessible::updateAccessibility(&event);
+}
+
+QAccessibleInterface *makeAccessible(const QString &, QObject *object)
+{
+    if (auto *view = qobject_cast<GraphWidget *>(object))
+        return new AccessibleSheet(view);
+    if (auto *note = qobject_cast<Sticky *>(object))
+        return new AccessibleNote(note);
+    return nullptr;
+}
+
+} // namespace
+
+void installAccessibleSheets()
+{
+    QAccessible::installFactory(makeAccessible);
+}
+
+AccessibleSheet::AccessibleSheet(GraphWidget *view) : QAccessibleWidget(view, QAccessible::List)
+{
+    const ProjectScene *scene = view->getProjectScene();
+    QObject::connect(scene, &QGraphicsScene::selectionChanged, view,
+                     [scene] { announceSelection(scene); });
+}
+
+GraphWidget *AccessibleSheet::getView() const
+{
+    return static_cast<GraphWidget *>(widget());
+}
+
+const QVector<QPointer<Sticky>> &AccessibleSheet::getNotes() const
+{
+    // A reader asks for one child after the other: a walk for each is too slow.
+    if (!age.isValid() || age.hasExpired(ListLifetime)) {
+        notes = sortNotes(getView()->getProjectScene());
+        age.start();
+    }
+    return notes;
+}
+
+int AccessibleSheet::indexOfNote(const Sticky *note) const
+{
+    const auto &list = getNotes();
+    const auto place = std::find(list.begin(), list.end(), note);
+    return place == list.end() ? -1 : int(place - list.begin());
+}
+
+QString AccessibleSheet::text(QAccessible::Text kind) const
+{
+    const QString own = QAccessibleWidget::text(kind);
+    if (!own.isEmpty())
+        return own;
+    if (kind == QAccessible::Name)
+        return getView()->getProjectScene()->getParentNote() ? "Causal factor sheet" : "ECS Chart";
+    if (kind == QAccessible::Description)
+        return QString("%1 notes").arg(childCount());
+    return QString();
+}
+
+int AccessibleSheet::childCount() const
+{
+    return getNotes().size();
+}
+
+QAccessibleInterface *AccessibleSheet::child(int index) const
+{
+    Sticky *note = getNotes().value(index);
+    return note && note->scene() ? QAccessible::queryAccessibleInterface(note) : nullptr;
+}
+
+QAccessibleInterface *AccessibleSheet::childAt(int x, int y) const
+{
+    const QPoint pos = getView()->viewport()->mapFromGlobal(QPoint(x, y));
+    if (!getView()->viewport()->rect().contains(pos))
+        return nullptr;
+    Sticky *note = getView()->getProjectScene()->getNoteAt(getView()->mapToScene(pos));
+    return note ? QAccessible::queryAccessibleInterface(note) : nullptr;
+}
+
+int AccessibleSheet::indexOfChild(const QAccessibleInterface *child) const
+{
+    return indexOfNote(qobject_cast<Sticky *>(child->object()));
+}
+
+QAccessibleInterface *AccessibleSheet::focusChild() const
+{
+    Sticky *note = getOnlySelectedNote(getView()->getProjectScene());
+    return note ? QAccessible::queryAccessibleInterface(note) : nullptr;
+}
+
+AccessibleNote::AccessibleNote(Sticky *note) : QAccessibleObject(note) {}
+
+Sticky *AccessibleNote::getNote() const
+{
+    return static_cast<Sticky *>(object());
+}
+
+GraphWidget *AccessibleNote::getView() const
+{
+    const QGraphicsScene *scene = getNote()->scene();
+    const QList<QGraphicsView *> views = scene ? scene->views() : QList<QGraphicsView *>();
+    return views.isEmpty() ? nullptr : qobject_cast<GraphWidget *>(views.first());
+}
+
+QAccessibleInterface *AccessibleNote::parent() const
+{
+    GraphWidget *view = getView();
+    return view ? QAccessible::queryAccessibleInterface(view) : nullptr;
+}
+
+QAccessible::State AccessibleNote::state() const
+{
+    QAccessible::State state;
+    const GraphWidget *view = getView();
+    state.selectable = true;
+    state.focusable = true;
+    state.selected = getNote()->isSelected();
+    state.focused = view && state.selected && view->hasFocus();
+    state.invisible = !view;
+    state.offscreen = !view || !view->viewport()->rect().intersects(
+                                   view->mapFromScene(getNote()->getGeometry()).boundingRect());
+    return state;
+}
+
+QString AccessibleNote::getName() const
+{
+    const Sticky *note = getNote();
+    const RoleInfo &role = note->getRecord().role.getInfo();
+    QString name = role.displayName;
+    if (role.circleDecoratorType == "numerals" && note->getCausalFactorNumber() > 0)
+        name += " " + QString::number(note->getCausalFactorNumber());
+    if (note->isNotRelevant())
+        name += ", not relevant";
+    return note->getText().isEmpty() ? name : name + ": " + note->getText();
+}
+
+/// As on the footers: a letter for the row, a number for the column.
+QString AccessibleNote::getPageName() const
+{
+    const auto *scene = qobject_cast<ProjectScene *>(getNote()->scene());
+    if (!scene)
+        return QString();
+    const ReadingPlace place(getNote(), scene->getPageSize());
+    return QString("Page ") + QChar(ushort('A' + place.row)) + QString::number(place.column + 1);
+}
+
+QString AccessibleNote::text(QAccessible::Text kind) const
+{
+    switch (kind) {
+    case QAccessible::Name:
+        return getName();
+    case QAccessible::Description:
+        return getPageName();
+    case QAccessible::Value:
+        return getNote()->getText();
+    default:
+        return QString();
+    }
+}
+
+QRect AccessibleNote::rect() const
+{
+    const GraphWidget *view = getView();
+    if (!view)
+        return QRect();
+    const QRect shown = view->mapFromScene(getNote()->getGeometry()).boundingRect();
+    return QRect(view->viewport()->mapToGlobal(shown.topLeft()), shown.size());
+}
+
+void *AccessibleNote::interface_cast(QAccessible::InterfaceType type)
+{
+    if (type == QAccessible::ActionInterface)
+        return static_cast<QAccessibleActionInterface *>(this);
+    return QAccessibleObject::interface_cast(type);
+}
+
+QStringList AccessibleNote::actionNames() const
+{
+    return {setFocusAction()};
+}
+
+void AccessibleNote::doAction(const QString &name)
+{
+    GraphWidget *view = getView();
+    if (!view || name != setFocusAction())
+        return;
+    view->getProjectScene()->clearSelection();
+    getNote()->setSelected(true);
+    view->ensureVisible(getNote());
+    view->setFocus(Qt::OtherFocusReason);
+}
