@@ -54,7 +54,7 @@ Sticky *getOnlySelectedNote(const ProjectScene *scene)
 
 void announceSelection(const ProjectScene *scene)
 {
-    Sticky *note = QAccessible::isActive() ? getOnlySelectedNote(scene) : nullptr;
+    Sticky *note = getOnlySelectedNote(scene);
     if (!note)
         return;
     QAccessibleEvent event(note, QAccessible::Focus);
