@@ -26,8 +26,10 @@ QFont getBuiltInFont()
 
 QFont getStandardFont()
 {
+    // Every note of a project asks, and making the settings object is the dear part.
+    static const QSettings settings;
     QFont font = getBuiltInFont();
-    decodeFont(QSettings().value("font", encodeFont(font)).toString(), font);
+    decodeFont(settings.value("font", encodeFont(font)).toString(), font);
     return font;
 }
 
