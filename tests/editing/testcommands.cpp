@@ -347,8 +347,8 @@ void TestCommands::role_data()
 
     QTest::newRow("one") << 1 << "Loss_Of_Control"
                          << "change role to Loss Of Control";
-    QTest::newRow("three of different roles") << 3 << "Assumption"
-                                              << "change role to Assumption";
+    QTest::newRow("three of different roles") << 3 << "Starting_Event"
+                                              << "change role to Starting Event";
     QTest::newRow("a square one") << 1 << "Loss"
                                   << "change role to Loss";
 }
