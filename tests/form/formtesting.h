@@ -9,10 +9,10 @@
 #include <QWebFrame>
 #include <QWebView>
 
-/// Puts the form's collection where the view looks for it, with its times kept.
-inline void copyFormCollection()
+/// Puts files of the build into the data folder, with their times kept.
+inline void copySupportFiles(const QStringList &names)
 {
-    for (const char *name : {"/formdata.qch", "/formdata.qhc"}) {
+    for (const QString &name : names) {
         const QString source = QCoreApplication::applicationDirPath() + name;
         const QString destination = makeDataFolder() + name;
         QFile::remove(destination);
@@ -21,6 +21,11 @@ inline void copyFormCollection()
         QVERIFY(file.open(QIODevice::ReadWrite));
         file.setFileTime(QFileInfo(source).lastModified(), QFileDevice::FileModificationTime);
     }
+}
+
+inline void copyFormCollection()
+{
+    copySupportFiles({"/formdata.qch", "/formdata.qhc"});
 }
 
 /// The real form on its real page.
