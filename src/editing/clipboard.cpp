@@ -16,7 +16,7 @@
 namespace
 {
 
-constexpr qreal LargestPicture = 64e6; // pixels
+constexpr qreal LargestPicture = 32e6; // pixels
 constexpr qreal LongestSide = 32000;   // pixels; a pixmap has no more
 
 QRectF getSceneBounds(const QList<ProjectItem *> &items)
