@@ -2,6 +2,7 @@
 
 #include "chart/sticky.h"
 #include "sheet/projectscene.h"
+#include "sheet/sheethost.h"
 #include "shell/graphwidget.h"
 
 #include <algorithm>
@@ -43,6 +44,16 @@ QVector<QPointer<Sticky>> sortNotes(const ProjectScene *scene)
     for (Sticky *note : qAsConst(all))
         notes.append(note);
     return notes;
+}
+
+/// As on the sheet's tab.
+QString getSheetName(const ProjectScene *scene)
+{
+    if (!scene->getParentNote())
+        return "ECS Chart";
+    const Sticky *owner = scene->getHost()->getNoteWithGUID(scene->getOwnerGUID());
+    return owner ? QString("Causal Factor %1").arg(owner->getCausalFactorNumber())
+                 : "Causal Factor";
 }
 
 /// Null unless exactly one note is selected.
@@ -112,7 +123,7 @@ QString AccessibleSheet::text(QAccessible::Text kind) const
     if (!own.isEmpty())
         return own;
     if (kind == QAccessible::Name)
-        return getView()->getProjectScene()->getParentNote() ? "Causal factor sheet" : "ECS Chart";
+        return getSheetName(getView()->getProjectScene());
     if (kind == QAccessible::Description)
         return QString("%1 notes").arg(childCount());
     return QString();

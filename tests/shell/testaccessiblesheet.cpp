@@ -14,6 +14,7 @@ private slots:
     void init();
     void cleanup();
     void sheetIsListOfItsNotes();
+    void factorSheetIsNamedByItsNumber();
     void notesComeInReadingOrder();
     void noteTellsRoleTextAndPage_data();
     void noteTellsRoleTextAndPage();
@@ -80,6 +81,18 @@ void TestAccessibleSheet::sheetIsListOfItsNotes()
     QCOMPARE(getSheet()->indexOfChild(child), 0);
     QVERIFY(!getSheet()->child(1));
     QVERIFY(!getSheet()->child(-1));
+}
+
+void TestAccessibleSheet::factorSheetIsNamedByItsNumber()
+{
+    Sticky *factor = sheet->addFactor(7);
+    ProjectScene scene(&sheet->program, &sheet->group, nullptr, nullptr, QSize(1000, 800), factor);
+    GraphWidget factorView(&scene, nullptr);
+
+    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(&factorView);
+    QCOMPARE(list->text(QAccessible::Name), QString("Causal Factor 7"));
+    sheet->scene.clear();
+    QCOMPARE(list->text(QAccessible::Name), QString("Causal Factor"));
 }
 
 void TestAccessibleSheet::notesComeInReadingOrder()
