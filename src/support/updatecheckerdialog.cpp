@@ -40,4 +40,6 @@ void UpdateCheckerDialog::showResult(const QString &text)
     ui->textLabel->setText(text);
     ui->buttonBox->button(QDialogButtonBox::Close)->show();
     ui->buttonBox->button(QDialogButtonBox::Cancel)->hide();
+    layout()->activate();
+    resize(width(), qMax(height(), heightForWidth(width()))); // the text may take several lines
 }

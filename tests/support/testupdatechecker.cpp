@@ -235,6 +235,8 @@ void TestUpdateChecker::dialogShowsResult()
 
     auto *buttons = dialog.findChild<QDialogButtonBox *>();
     QCOMPARE(dialog.findChild<QLabel *>("textLabel")->text(), text);
+    const QLabel *label = dialog.findChild<QLabel *>("textLabel");
+    QTRY_VERIFY(label->height() >= label->heightForWidth(label->width()));
     QVERIFY(!dialog.findChild<QProgressBar *>()->isVisible());
     QVERIFY(!buttons->button(QDialogButtonBox::Cancel)->isVisible());
     buttons->button(QDialogButtonBox::Close)->click();
