@@ -316,7 +316,40 @@ INSERT INTO formdata VALUES
     ('mrph', '3', NULL),
     ('incidentType', 'Injury', NULL),
     ('examinerName', 'M. Okafor', NULL),
-    ('lastStepShown', '8', NULL),
+    ('lastStepShown', '7', NULL),
+    ('incidentTime', '02:12', NULL),
+    ('incidentLocation', 'Cold store 2, aisle C, bay 4', NULL),
+    ('organisation', 'Harbour Cold Logistics', NULL),
+    ('department', 'Warehouse, night shift', NULL),
+    ('peopleInvolved', 'Reach truck driver: unhurt
+Loader: crushed foot, three weeks in hospital', NULL),
+    ('witnesses', 'Shift leader, from the aisle head
+Packer at door 6, heard the impact', NULL),
+    ('investigationTeam', 'M. Okafor (lead)
+R. Lindqvist, rack inspector
+J. Amadi, safety representative', NULL),
+    ('incidentDescription', 'The night shift began at 22:00 one loader short. At 02:05 the driver took the reach truck to bay 4 and set a pallet down on the third level.
+
+At 02:10 he drove out with the mast still raised. It struck the top beam, which had been lowered in March. The upright, dented since July, buckled; the beam came off its hooks, and three pallets of 900 kg fell into the aisle where the loader stood.
+
+The shift leader called for help, cleared the aisle, and had the bay unloaded and shored up.', NULL),
+    ('timelineNotes', 'The clock of the truck runs four minutes fast; times are those of the door camera.
+Whether a radio call hurried the driver is still open.', NULL),
+    ('evidence', 'Door camera, 01:50 to 02:30 (file kept by the site)
+Truck log, serial 4471
+Rack register and the e-mail of 14 March
+Damage report of 11 July with photograph
+The buckled upright, held in workshop 1', NULL),
+    ('recommendations', '1. Name one owner for rack, plates and drawings of each store.
+2. Keep people out of the aisle while a reach truck works in it.
+3. Light every bay to the same level, and repair lamps within a day.', NULL),
+    ('lessonsLearned', 'A height plate is a control only as long as somebody checks it against the beam.', NULL),
+    ('reportStatus', 'For review', NULL),
+    ('distribution', 'Site manager, works council, insurer', NULL),
+    ('preparedBy', 'M. Okafor', NULL),
+    ('preparedDate', '4 October 2024', NULL),
+    ('reviewedBy', 'R. Lindqvist', NULL),
+    ('reviewedDate', '9 October 2024', NULL),
     ('loss', 'Three pallets fall; a loader''s foot is crushed', NULL),
     ('lossOfControl', 'The upright buckles and the top beam comes off its hooks', NULL),
     ('causalFactor_guid_1', '{5a3c0000-000a-4f00-8000-00000000000a}', NULL),
