@@ -125,6 +125,9 @@ void MainWindow::clearInterface()
     for (const Sheet &sheet : formerSheets) {
         sheet.second->clear();
         tabWidget->removeTab(tabWidget->indexOf(sheet.first));
+        // The sheet lives on unseen: what comes must not cost it any work.
+        disconnect(projectFile, nullptr, sheet.second, nullptr);
+        disconnect(formView, nullptr, sheet.second, nullptr);
     }
     sheets.clear();
     mainScene->clear();
