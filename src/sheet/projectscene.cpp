@@ -24,6 +24,8 @@ namespace
 // The scene is that much larger than its pages, to the right and below.
 constexpr int SheetMargin = 20;
 constexpr int CanvasCheckInterval = 250; // ms
+// Nobody prints as many pages: beyond them an item has gone astray.
+constexpr int MaximumFooters = 5000;
 
 QRectF getExtent(const QGraphicsItem *item)
 {
@@ -249,15 +251,14 @@ void ProjectScene::deleteItems()
     canvasCheckTimer.stop();
     newLine = nullptr;
     editingNote = nullptr;
-    footerItems.clear();
     if (undoStack)
         undoStack->clear(); // its steps hold raw pointers
+    resizeFooters(0, 0);
     // What was deleted or undone stands on no sheet, so nobody else would free it.
-    const QSet<ProjectItem *> known = std::exchange(ownedItems, {});
-    for (ProjectItem *item : known) {
-        if (!item->scene())
-            delete item;
-    }
+    const QSet<ProjectItem *> known = ownedItems;
+    for (ProjectItem *item : known)
+        removeAndDelete(item);
+    ownedItems.clear();
     for (QGraphicsItem *item : std::exchange(removedExtras, {})) {
         if (!item->scene())
             delete item;
@@ -349,15 +350,20 @@ void ProjectScene::checkCanvasSize()
 
 void ProjectScene::updatePageNumberItems()
 {
-    qDeleteAll(footerItems);
-    footerItems.clear();
+    const QSettings settings;
     if (headerItem)
-        headerItem->setVisible(QSettings().value("showHeader", true).toBool());
-    const int rows = getNumVerticalPages();
+        headerItem->setVisible(settings.value("showHeader", true).toBool());
+    const FooterLook look = {settings.value("showPageNumbers", true).toBool(),
+                             settings.value("showLegend", true).toBool(),
+                             projectFile ? projectFile->getOpenProjectName() : QString(), pageSize};
+    if (!(look == footerLook))
+        resizeFooters(0, 0);
+    footerLook = look;
     const int columns = getNumHorizontalPages();
-    for (int row = 0; row < rows; ++row) {
-        for (int column = 0; column < columns; ++column)
-            footerItems.append(makeFooter(row, column));
+    resizeFooters(qMin(getNumVerticalPages(), qMax(1, MaximumFooters / columns)), columns);
+    for (const QList<FooterItem *> &row : qAsConst(footerItems)) {
+        for (FooterItem *footer : row)
+            footer->show();
     }
 }
 
@@ -393,6 +399,15 @@ void ProjectScene::createHeader()
     headerItem->loadTemplate(":/formdata/header_template.html");
     addItem(headerItem);
     headerItem->setPos(0, 0);
+}
+
+// Deleting an item with children while it is on a large scene takes the toolkit a walk
+// over all items for each child.
+void ProjectScene::removeAndDelete(QGraphicsItem *item)
+{
+    if (item->scene())
+        removeItem(item);
+    delete item;
 }
 
 void ProjectScene::fitPages(const QRectF &bound)
@@ -440,14 +455,29 @@ void ProjectScene::drawPageFrames(QPainter *painter) const
         painter->drawLine(0, y, width, y);
 }
 
+// A growing sheet keeps the footers that it has: a file lets it grow page by page.
+void ProjectScene::resizeFooters(int rows, int columns)
+{
+    while (footerItems.size() > rows) {
+        for (FooterItem *footer : footerItems.takeLast())
+            removeAndDelete(footer);
+    }
+    while (footerItems.size() < rows)
+        footerItems.append(QList<FooterItem *>());
+    for (int row = 0; row < rows; ++row) {
+        QList<FooterItem *> &footers = footerItems[row];
+        while (footers.size() > columns)
+            removeAndDelete(footers.takeLast());
+        while (footers.size() < columns)
+            footers.append(makeFooter(row, footers.size()));
+    }
+}
+
 FooterItem *ProjectScene::makeFooter(int row, int column)
 {
-    const QSettings settings;
     auto *footer = new FooterItem(row, column);
     const bool first = row == 0 && column == 0;
-    footer->showFooter(settings.value("showPageNumbers", true).toBool(),
-                       projectFile ? projectFile->getOpenProjectName() : QString(),
-                       first && settings.value("showLegend", true).toBool());
+    footer->showFooter(footerLook.pageNumbers, footerLook.projectName, first && footerLook.legend);
     const QSizeF size = footer->effectiveSizeHint(Qt::PreferredSize);
     footer->resize(size);
     footer->setPos((column + 1) * pageSize.width() - size.width() - 1,

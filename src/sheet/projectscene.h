@@ -146,15 +146,31 @@ private slots:
     void onNoteWasCausalFactor(Sticky *note);
 
 private:
+    /// What footers show; with another look they are made anew.
+    struct FooterLook {
+        bool operator==(const FooterLook &other) const
+        {
+            return pageNumbers == other.pageNumbers && legend == other.legend &&
+                   projectName == other.projectName && pageSize == other.pageSize;
+        }
+
+        bool pageNumbers = false;
+        bool legend = false;
+        QString projectName;
+        QSize pageSize;
+    };
+
     bool isSecondary() const { return parentNote != nullptr; }
 
     void createSingletonItems();
     void createHeader();
     void deleteItems();
+    void removeAndDelete(QGraphicsItem *item);
     void fitPages(const QRectF &bound);
     void checkCanvasAfterAdding();
     void drawGrid(QPainter *painter, const QRectF &rect) const;
     void drawPageFrames(QPainter *painter) const;
+    void resizeFooters(int rows, int columns);
     FooterItem *makeFooter(int row, int column);
 
     ProjectItem *makeItem(CanvasItemInfo &info);
@@ -187,8 +203,9 @@ private:
     QFont defaultFont;
     QPointer<QUndoStack> undoStack; // child of the group, which may go first
     bool renderBackground = true;
-    QList<QGraphicsItem *> footerItems;
-    Sticky *parentNote; // on the main sheet, never followed
+    QList<QList<FooterItem *>> footerItems; // a row of pages each
+    FooterLook footerLook;                  // of those that stand
+    Sticky *parentNote;                     // on the main sheet, never followed
     QString ownerGUID;
     Sticky *editingNote = nullptr;
     QTimer canvasCheckTimer;
