@@ -77,6 +77,7 @@ void Sticky::makePicture()
     info.type = ImageTool;
     imageItem = new QGraphicsPixmapItem(info.image, this);
     imageItem->setPos(2.5, 2.5);
+    imageItem->setTransformationMode(Qt::SmoothTransformation); // in a zoomed view
     imageItem->setShapeMode(QGraphicsPixmapItem::BoundingRectShape);
     imageItem->setToolTip(tr("Double click to show large image"));
 }

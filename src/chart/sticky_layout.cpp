@@ -15,6 +15,15 @@ constexpr qreal MarkerHeight = 20;          // of a new sequence marker
 constexpr qreal PictureGap = 5;             // between picture and text
 constexpr QSize LargestPicture(4096, 4096); // whatever size a file gives the note
 
+// Antialiasing would spread thin straight lines over two rows of pixels.
+void drawSharpRect(QPainter *painter, const QRectF &rect)
+{
+    const bool smooth = painter->testRenderHint(QPainter::Antialiasing);
+    painter->setRenderHint(QPainter::Antialiasing, false);
+    painter->drawRect(rect);
+    painter->setRenderHint(QPainter::Antialiasing, smooth);
+}
+
 } // namespace
 
 QRectF Sticky::boundingRect() const
@@ -44,7 +53,7 @@ void Sticky::drawShape(QPainter *painter) const
     const qreal height = rect.height();
     switch (info.role.getInfo().shape) {
     case RoleInfo::Rectangle:
-        painter->drawRect(rect);
+        drawSharpRect(painter, rect);
         break;
     case RoleInfo::Oval:
         painter->drawRoundedRect(rect, 50, 50, Qt::RelativeSize);

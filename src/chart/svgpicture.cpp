@@ -58,6 +58,7 @@ void SVGPicture::setSize(QSizeF size)
 
 void SVGPicture::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
+    painter->setRenderHint(QPainter::SmoothPixmapTransform); // in a zoomed view
     painter->drawPixmap(0, 0, cache);
 }
 

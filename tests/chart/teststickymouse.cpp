@@ -26,6 +26,7 @@ private slots:
     void resizeFromTheTopLeft();
     void otherButtonsDoNotDrag();
     void doubleClickEdits();
+    void textStaysInPlaceUnderEdit();
     void placeholderGoesForGood();
     void ellipsePlacesItsEmptyText();
     void focusKeepsTheMouse();
@@ -177,6 +178,20 @@ void TestStickyMouse::doubleClickEdits()
     QCOMPARE(edited.first().at(2).toString(), QString("texts"));
     const QList<QPair<QString, QString>> fields = {{"field", "texts"}};
     QCOMPARE(sheet->formFields, fields);
+}
+
+void TestStickyMouse::textStaysInPlaceUnderEdit()
+{
+    doubleClick(sheet.get(), QPointF(140, 150));
+    auto *text = dynamic_cast<NoteText *>(sheet->focusItem());
+    QVERIFY(text);
+    const auto centre = [text] { return text->y() + text->boundingRect().height() * 0.5; };
+    QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r");
+    QApplication::sendEvent(sheet.get(), &key);
+    QTRY_COMPARE(centre(), 30.0);
+    text->textCursor().insertText("as\nfrom\na menu");
+    QVERIFY(centre() != 30.0);
+    QTRY_COMPARE(centre(), 30.0);
 }
 
 void TestStickyMouse::placeholderGoesForGood()
