@@ -20,17 +20,11 @@ void NoteText::setEditable(bool editable)
 {
     if (editable == (highlighter != nullptr))
         return;
-    QAbstractTextDocumentLayout *layout = document()->documentLayout();
     if (editable) {
         highlighter = new SpellingHighlighter(document());
         setTextInteractionFlags(Qt::TextEditorInteraction);
-        // A correction, a paste from the menu or a drop comes without a key.
-        connect(layout, &QAbstractTextDocumentLayout::documentSizeChanged, this,
-                &NoteText::textChanged);
         return;
     }
-    disconnect(layout, &QAbstractTextDocumentLayout::documentSizeChanged, this,
-               &NoteText::textChanged);
     delete highlighter;
     highlighter = nullptr;
     QTextCursor cursor = textCursor();

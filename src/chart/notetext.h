@@ -20,7 +20,7 @@ public:
     void setFocus(Qt::FocusReason reason);
 
 signals:
-    /// A key is about to change the text, or its size has changed under edit.
+    /// A key is about to change the text.
     void textChanged();
 
 public slots:

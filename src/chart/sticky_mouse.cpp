@@ -6,6 +6,7 @@
 #include "chart/sticky.h"
 #include "sheet/sheethost.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QGraphicsPixmapItem>
 #include <QGraphicsScene>
 #include <QGraphicsSceneContextMenuEvent>
@@ -13,6 +14,7 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QMenu>
 #include <QTextCursor>
+#include <QTextDocument>
 
 void Sticky::mousePressEvent(QGraphicsSceneMouseEvent *event)
 {
@@ -133,6 +135,10 @@ void Sticky::beginEditing()
     textBeforeEdit = getText();
     setHandlesChildEvents(false);
     noteText->setEditable(true);
+    // A correction, a paste from the menu or a drop comes without a key.
+    connect(noteText->document()->documentLayout(),
+            &QAbstractTextDocumentLayout::documentSizeChanged, this, &Sticky::onTextChanged,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
     if (noteText->toPlainText() == INITIAL_TEXT) {
         setText(QString());
         if (info.role.getInfo().shape == RoleInfo::Ellipse)
@@ -149,6 +155,7 @@ void Sticky::finishEditing()
     editing = false;
     emit textEdited(this, textBeforeEdit, getText());
     setHandlesChildEvents(true);
+    disconnect(noteText->document()->documentLayout(), nullptr, this, nullptr);
     noteText->setEditable(false);
     setSiblingText();
 }

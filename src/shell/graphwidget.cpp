@@ -29,7 +29,18 @@ GraphWidget::GraphWidget(ProjectScene *scene, QWidget *parent)
     centerOn(0, 0);
     setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     setFrameStyle(QFrame::NoFrame);
+    setPaperPalette();
     connect(&scrollTimer, &QTimer::timeout, this, &GraphWidget::onScrollTimeout);
+}
+
+// The paper stays white under a dark theme, so what items draw with the view's own
+// pen, as the number in a circle, must stay dark.
+void GraphWidget::setPaperPalette()
+{
+    QPalette paper = viewport()->palette();
+    paper.setColor(QPalette::Text, Qt::black);
+    paper.setColor(QPalette::WindowText, Qt::black);
+    viewport()->setPalette(paper);
 }
 
 QRectF GraphWidget::getCurrentPageBounds() const

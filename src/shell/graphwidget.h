@@ -42,6 +42,7 @@ protected:
 private:
     enum ScrollDirection { ScrollLeft = 1, ScrollRight = 2, ScrollUp = 4, ScrollDown = 8 };
 
+    void setPaperPalette();
     /// In scene units.
     QPointF getViewCentre() const;
     void updateEdgeScrolling(const QPoint &pos);
