@@ -162,7 +162,7 @@ QRectF MainWindow::getExportBound(ExportDialog::ExportArea area) const
 
 void MainWindow::exportPNG(const QString &filename, const QRectF &bound)
 {
-    SheetPrinter::render(currentScene, bound).save(filename, "PNG");
+    SheetPrinter::writePNG(currentScene, bound, filename);
 }
 
 void MainWindow::exportPDF(const QString &filename, const QRectF &)

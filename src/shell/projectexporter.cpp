@@ -154,11 +154,9 @@ bool ProjectExporter::writePNG(const QString &target, int factor)
 {
     ProjectScene *scene = factor == NoFactor ? mainScene.get() : findFactor(factor);
     const QRectF bound(0, 0, qRound(scene->width()), qRound(scene->height()));
-    const QPixmap picture = SheetPrinter::render(scene, bound);
-    if (picture.isNull())
-        return fail("The sheet is too large for a picture.");
-    return replaceFile(target,
-                       [&picture](const QString &path) { return picture.save(path, "PNG"); });
+    return replaceFile(target, [scene, &bound](const QString &path) {
+        return SheetPrinter::writePNG(scene, bound, path);
+    });
 }
 
 bool ProjectExporter::writeReport(const QString &target)

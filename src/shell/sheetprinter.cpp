@@ -2,6 +2,7 @@
 
 #include "sheet/pageinfo.h"
 #include "sheet/projectscene.h"
+#include "support/pngwriter.h"
 
 #include <QPainter>
 #include <QPrinter>
@@ -13,6 +14,7 @@ namespace
 
 constexpr double CentimetresPerInch = 2.54;
 constexpr int DefaultPageSize = 29; // Tabloid
+constexpr int BandHeight = 512;     // pixels of a picture that stand in memory at once
 
 int toDevice(double centimetres, const QPrinter &printer)
 {
@@ -30,6 +32,16 @@ QRectF getTarget(const QPrinter &printer)
     const int bottom = toDevice(page.bottomMargin, printer);
     // The right margin stands in for the top one, as in the printable area of a sheet.
     return QRectF(left, right, paper.width() - left - right, paper.height() - top - bottom);
+}
+
+QImage renderBand(ProjectScene *scene, const QRectF &source, const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    scene->render(&painter, image.rect(), source, Qt::KeepAspectRatio);
+    return image;
 }
 
 } // namespace
@@ -82,15 +94,23 @@ void SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &
     }
 }
 
-QPixmap SheetPrinter::render(ProjectScene *scene, const QRectF &bound)
+bool SheetPrinter::writePNG(ProjectScene *scene, const QRectF &bound, const QString &path)
 {
-    QPixmap pixmap(qRound(bound.width()), qRound(bound.height()));
-    pixmap.fill(Qt::white);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
+    const QSize size(qRound(bound.width()), qRound(bound.height()));
+    PngWriter writer(path);
+    if (!writer.begin(size))
+        return false;
     scene->clearSelection();
     scene->setRenderBackground(false, true, true);
-    scene->render(&painter, pixmap.rect(), bound, Qt::KeepAspectRatio);
-    scene->setRenderBackground(true, true, true);
-    return pixmap;
+    const auto restore = qScopeGuard([scene] { scene->setRenderBackground(true, true, true); });
+    const double scale =
+        qMin(size.width() / bound.width(), size.height() / bound.height()); // near 1
+    for (int top = 0; top < size.height(); top += BandHeight) {
+        const QSize band(size.width(), qMin(BandHeight, size.height() - top));
+        const QRectF source(bound.x(), bound.y() + top / scale, bound.width(),
+                            band.height() / scale);
+        if (!writer.writeRows(renderBand(scene, source, band)))
+            return false;
+    }
+    return writer.end();
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QList>
-#include <QPixmap>
 #include <QRectF>
 
 class ProjectScene;
@@ -24,7 +23,8 @@ bool paint(QPrinter &printer, ProjectScene *mainScene, const QList<ProjectScene 
 void paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer, int verticalPages,
                 int horizontalPages);
 
-/// The scene inside the bound, without grid and selection. Null for an empty bound.
-QPixmap render(ProjectScene *scene, const QRectF &bound);
+/// The scene inside the bound, without grid and selection. False for an empty bound, which
+/// leaves no file, and for a file that can't be written.
+bool writePNG(ProjectScene *scene, const QRectF &bound, const QString &path);
 
 } // namespace SheetPrinter
