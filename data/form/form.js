@@ -5,6 +5,7 @@
 
 delete window.WebSocket; // the one road to the network that is not the program's to close
 
+const LongText = 20000; // from here on a twin costs more than the pace of typing allows
 const MaxNumber = 999; // the highest number of a row that is made
 
 const byId = id => document.getElementById(id);
@@ -75,7 +76,11 @@ function onInput(event) {
     if (!isTextField(field))
         return;
     field.reported = field.value;
-    updateTwin(field);
+    clearTimeout(field.pause);
+    if (field.value.length > LongText)
+        field.pause = setTimeout(() => updateTwin(field), 400);
+    else
+        updateTwin(field);
     report(field.id);
     refresh();
 }
