@@ -1,5 +1,4 @@
 #include "dialogs.h"
-#include "shell/graphwidget.h"
 #include "shell/pmiconloader.h"
 #include "shell/toolstoolbar.h"
 #include "windowtesting.h"
@@ -361,7 +360,7 @@ void TestActions::escapeReturnsToSelect()
         if (action->text() == "Hand")
             action->trigger();
     }
-    auto *view = tw->window.findChild<GraphWidget *>();
+    auto *view = tw->view();
     QTest::mouseClick(view->viewport(), Qt::LeftButton);
     tw->window.onEscapePressed();
 

@@ -1,5 +1,4 @@
 #include "dialogs.h"
-#include "shell/graphwidget.h"
 #include "windowtesting.h"
 
 #include <QFileOpenEvent>
@@ -164,8 +163,7 @@ void TestLifecycle::openedProject()
     QCOMPARE(tw->tabs->count(), 2 + tw->chart()->getAllCausalFactors().size());
     QCOMPARE(QSettings().value("recentFiles").toStringList(), QStringList(name));
     QCOMPARE(QSettings().value("lastOpenPath").toString(), folder->path());
-    QCOMPARE(tw->window.findChild<GraphWidget *>()->viewportUpdateMode(),
-             QGraphicsView::MinimalViewportUpdate);
+    QCOMPARE(tw->view()->viewportUpdateMode(), QGraphicsView::MinimalViewportUpdate);
 }
 
 void TestLifecycle::failedOpen_data()
@@ -194,8 +192,7 @@ void TestLifecycle::failedOpen()
     QCOMPARE(tw->tabs->count(), 2);
     QVERIFY(tw->chart()->getProjectItems().isEmpty());
     QCOMPARE(QSettings().value("recentFiles").toStringList(), QStringList(path("good.epf")));
-    QCOMPARE(tw->window.findChild<GraphWidget *>()->viewportUpdateMode(),
-             QGraphicsView::MinimalViewportUpdate);
+    QCOMPARE(tw->view()->viewportUpdateMode(), QGraphicsView::MinimalViewportUpdate);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), content);
 }

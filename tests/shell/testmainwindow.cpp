@@ -1,4 +1,3 @@
-#include "shell/graphwidget.h"
 #include "shell/introscreen.h"
 #include "shell/toolstoolbar.h"
 #include "shell/zoomwidget.h"

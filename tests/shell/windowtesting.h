@@ -6,6 +6,7 @@
 #include "editing/line.h"
 #include "form/formview.h"
 #include "project/projectfile.h"
+#include "shell/graphwidget.h"
 #include "shell/mainwindow.h"
 #include "shell/projecttabwidget.h"
 #include "shell/supportfiles.h"
@@ -56,6 +57,7 @@ struct TestWindow {
     }
 
     ProjectScene *chart() const { return window.getMainScene(); }
+    GraphWidget *view() const { return qobject_cast<GraphWidget *>(tabs->widget(1)); }
 
     Sticky *addNote(const QString &role, const QPointF &position,
                     const QSizeF &size = QSizeF(120, 80))
