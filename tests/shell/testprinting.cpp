@@ -22,7 +22,7 @@ private slots:
     void selectionIsClearedAndBackgroundComesBack();
     void unwritableTarget();
     void pictureOfAnArea();
-    void pictureOfNothing();
+    void pictureThatCannotBe();
 
 private:
     QSize pageSize() const { return PageInfo().getPrintableArea().size(); }
@@ -183,18 +183,21 @@ void TestPrinting::pictureOfAnArea()
 {
     Sheet sheet(pageSize());
     sheet.addNote(QRectF(100, 100, 120, 80))->setCustomBackgroundColor(Qt::red);
-    const QImage image =
-        SheetPrinter::render(&sheet.scene, QRectF(90.4, 90.4, 199.6, 100.4)).toImage();
+    const QString path = folder->filePath("x.png");
+    QVERIFY(SheetPrinter::writePNG(&sheet.scene, QRectF(90.4, 90.4, 199.6, 100.4), path));
+    const QImage image(path);
     QCOMPARE(image.size(), QSize(200, 100));
     QCOMPARE(image.pixelColor(40, 20), QColor(Qt::red));
     // Neither the grid nor the page's frame.
     QCOMPARE(image.pixelColor(195, 95), QColor(Qt::white));
 }
 
-void TestPrinting::pictureOfNothing()
+void TestPrinting::pictureThatCannotBe()
 {
     Sheet sheet(pageSize());
-    QVERIFY(SheetPrinter::render(&sheet.scene, QRectF()).isNull());
+    QVERIFY(!SheetPrinter::writePNG(&sheet.scene, QRectF(), folder->filePath("x.png")));
+    QVERIFY(
+        !SheetPrinter::writePNG(&sheet.scene, QRectF(0, 0, 10, 10), folder->filePath("no/x.png")));
 }
 
 EXAMINER_TEST_MAIN(TestPrinting)
