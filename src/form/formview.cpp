@@ -3,7 +3,6 @@
 #include "form/formbridge.h"
 #include "form/formview_page.h"
 #include "support/helptextbrowser.h"
-#include "support/images.h"
 
 #include <QBuffer>
 #include <QDebug>
@@ -221,7 +220,7 @@ void FormView::showTitleImage()
     FormValues values;
     FormValue &field = values[TitleImageField];
     field.value = getFieldValue(TitleImageField);
-    field.image = readImageFile(field.value);
+    field.image = readTitleImage(field.value);
     fillInTitleImage(values);
     if (field.image.isNull())
         preview.removeAttribute("src");

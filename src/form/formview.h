@@ -100,6 +100,7 @@ private:
     void setOption(QWebElement &select, const QString &text);
     void setText(QWebElement &field, const QString &value);
     FormValues readPage() const;
+    QImage readTitleImage(const QString &path) const;
     void refillRow(const QString &guid, int number, const QHash<QString, QString> &fields);
 
     QHelpEngine *helpEngine = nullptr;  // child
@@ -110,6 +111,7 @@ private:
     QMutex loadMutex;
     QUndoStack *undoStack = nullptr; // the group's
     QString sharedString;
-    FormValue titleImage;    // path and picture last loaded or saved
-    bool pageStands = false; // false before the first load and during a reload
+    FormValue titleImage;       // path and picture last loaded or saved
+    mutable FormValue lastRead; // size, time and path of a picture file, and its picture
+    bool pageStands = false;    // false before the first load and during a reload
 };

@@ -2,7 +2,9 @@
 
 #include "support/images.h"
 
+#include <QDateTime>
 #include <QDebug>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QWebElement>
 #include <QWebFrame>
@@ -113,10 +115,23 @@ FormValues FormView::readPage() const
         FormValue field;
         field.value = getFieldValue(element);
         if (id == TitleImageField)
-            field.image = readImageFile(field.value);
+            field.image = readTitleImage(field.value);
         values.insert(id, field);
     }
     return values;
+}
+
+/// Saves ask often, and a photograph takes longer to decode than all else that they gather.
+QImage FormView::readTitleImage(const QString &path) const
+{
+    const QFileInfo file(path);
+    const QString state =
+        QString("%1 %2 %3").arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch()).arg(path);
+    if (state != lastRead.value) {
+        lastRead.value = state;
+        lastRead.image = readImageFile(path);
+    }
+    return lastRead.image;
 }
 
 QString FormView::getFieldValue(QWebElement &element) const

@@ -344,6 +344,12 @@ void TestFormView::imageChosen()
     QCOMPARE(form->view.getFieldValue("titleImageFile"), file);
     QCOMPARE(form->view.getAllFieldValues().value("titleImageFile").image.size(), QSize(30, 20));
     QCOMPARE(changed.count(), 0);
+
+    // The picture is read afresh when its file has changed, and gone when the file is.
+    QVERIFY(image.scaled(60, 40).save(file));
+    QCOMPARE(form->view.getAllFieldValues().value("titleImageFile").image.size(), QSize(60, 40));
+    QVERIFY(QFile::remove(file));
+    QVERIFY(form->view.getAllFieldValues().value("titleImageFile").image.isNull());
 }
 
 void TestFormView::titleImageSurvives()
