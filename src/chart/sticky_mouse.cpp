@@ -186,5 +186,5 @@ void Sticky::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
         return;
     setSelected(true);
     if (QMenu *menu = sheet->getHost()->getNoteContextMenu())
-        menu->popup(event->screenPos());
+        menu->exec(event->screenPos());
 }

@@ -74,10 +74,8 @@ GeometryChangeCommand::GeometryChangeCommand(const QList<BoxItem *> &items,
 {
     for (BoxItem *item : items) {
         const QRectF geometry = item->getGeometry();
-        // Arrow keys move without a size delta, which is the invalid size.
-        const QSizeF change = sizeDelta == QSizeF() ? QSizeF(0, 0) : sizeDelta;
         newGeometry << geometry;
-        oldGeometry << QRectF(geometry.topLeft() - moveDelta, geometry.size() - change);
+        oldGeometry << QRectF(geometry.topLeft() - moveDelta, geometry.size() - sizeDelta);
     }
 }
 

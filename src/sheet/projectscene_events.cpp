@@ -105,8 +105,6 @@ void ProjectScene::mousePressEvent(QGraphicsSceneMouseEvent *event)
 
     if (event->button() != Qt::LeftButton || tool == SelectTool) {
         event->ignore();
-        if (startsOnNote)
-            QGraphicsScene::mousePressEvent(event);
     } else if (isLineTool(tool)) {
         startLine(tool, event->scenePos());
         event->accept();
@@ -222,5 +220,5 @@ void ProjectScene::moveSelectedBoxes(const QPointF &step)
     const QList<BoxItem *> boxes = getSelectedBoxes();
     for (BoxItem *box : boxes)
         box->setPos(box->pos() + step);
-    undoStack->push(new GeometryChangeCommand(boxes, step, QSizeF(-1, -1)));
+    undoStack->push(new GeometryChangeCommand(boxes, step, QSizeF(0, 0)));
 }

@@ -323,7 +323,7 @@ void MainWindow::addRecentFile(const QString &path)
     QStringList files = settings.value("recentFiles").toStringList();
     if (files.contains(path))
         return;
-    while (files.size() >= MaximumRecentFiles)
+    if (files.size() >= MaximumRecentFiles)
         files.removeLast();
     files.prepend(path);
     settings.setValue("recentFiles", files);

@@ -5,12 +5,11 @@
 #include "shell/graphwidget.h"
 #include "shell/mainwindow.h"
 #include "shell/toolstoolbar.h"
+#include "support/fonts.h"
 
 #include <QActionGroup>
 #include <QColorDialog>
 #include <QComboBox>
-#include <QFontDialog>
-#include <QFontInfo>
 #include <QSettings>
 #include <QToolBar>
 #include <QUndoStack>
@@ -172,10 +171,7 @@ void MainWindow::onTextColorActionTriggered()
 void MainWindow::onChooseFontTriggered()
 {
     QFont font = chooseFontAction->data().value<QFont>();
-    font.setFamily(QFontInfo(font).family()); // the dialog doesn't know stand-ins
-    bool accepted = false;
-    font = QFontDialog::getFont(&accepted, font, this);
-    if (!accepted)
+    if (!askForFont(font, this))
         return;
     currentScene->setSelectedNotesProperty(Sticky::PROPERTY_CUSTOM_FONT, font);
     chooseFontAction->setData(font);

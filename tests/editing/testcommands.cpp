@@ -201,7 +201,7 @@ void TestCommands::geometry_data()
 
     QTest::newRow("move one") << 1 << QPointF(40, -20) << QSizeF(0, 0) << "move 1 item";
     QTest::newRow("move three") << 3 << QPointF(40, -20) << QSizeF(0, 0) << "move 3 items";
-    QTest::newRow("by an arrow key") << 3 << QPointF(-20, 0) << QSizeF() << "move 3 items";
+    QTest::newRow("by an arrow key") << 3 << QPointF(-20, 0) << QSizeF(0, 0) << "move 3 items";
     QTest::newRow("resize") << 1 << QPointF(0, 0) << QSizeF(20, -20) << "resize item";
     QTest::newRow("resize three") << 3 << QPointF(0, 0) << QSizeF(20, -20) << "resize item";
     QTest::newRow("from the top left") << 1 << QPointF(-20, 20) << QSizeF(20, -20) << "move 1 item";
@@ -221,8 +221,7 @@ void TestCommands::geometry()
         boxes << note;
         before << note->getGeometry();
         note->setPos(note->pos() + moveDelta);
-        if (sizeDelta != QSizeF())
-            note->setSize(note->getRect().size() + sizeDelta);
+        note->setSize(note->getRect().size() + sizeDelta);
         after << note->getGeometry();
     }
     const auto geometries = [&boxes] {
