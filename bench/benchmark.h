@@ -47,6 +47,8 @@ private:
 };
 
 // One function per benchmark, in a file of its own.
+void benchOpen();
+void benchSave();
 void benchRoute();
 void benchDrag();
 void benchRender();
