@@ -74,7 +74,7 @@ ProjectScene::ProjectScene(SheetHost *host, QUndoGroup *group, ProjectFile *proj
     canvasCheckTimer.setInterval(CanvasCheckInterval);
     connect(&canvasCheckTimer, &QTimer::timeout, this, &ProjectScene::checkCanvasSize);
     boundTimer.setSingleShot(true);
-    connect(&boundTimer, &QTimer::timeout, this, [this] { itemsBound.reset(); });
+    connect(&boundTimer, &QTimer::timeout, this, &ProjectScene::forgetBound);
     selectionTimer.setSingleShot(true);
     connect(&selectionTimer, &QTimer::timeout, this, &ProjectScene::reportSelection);
     setPagesGrid(1, 1);
@@ -427,6 +427,15 @@ void ProjectScene::checkCanvasAfterAdding()
         boundTimer.start(0);
     }
     fitPages(*itemsBound);
+}
+
+// While a file is opened, events are handled every now and then, yet items keep coming.
+void ProjectScene::forgetBound()
+{
+    if (projectFile && projectFile->isBusy())
+        boundTimer.start(0);
+    else
+        itemsBound.reset();
 }
 
 void ProjectScene::drawGrid(QPainter *painter, const QRectF &rect) const

@@ -168,6 +168,7 @@ private:
     void removeAndDelete(QGraphicsItem *item);
     void fitPages(const QRectF &bound);
     void checkCanvasAfterAdding();
+    void forgetBound();
     void drawGrid(QPainter *painter, const QRectF &rect) const;
     void drawPageFrames(QPainter *painter) const;
     void resizeFooters(int rows, int columns);
