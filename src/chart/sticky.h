@@ -102,6 +102,7 @@ signals:
 
 protected:
     QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
+    bool sceneEvent(QEvent *event) override;
     void hoverMoveEvent(QGraphicsSceneHoverEvent *event) override;
     void hoverLeaveEvent(QGraphicsSceneHoverEvent *event) override;
     void contextMenuEvent(QGraphicsSceneContextMenuEvent *event) override;
@@ -127,6 +128,7 @@ private:
     QSizeF getTextInset() const;
     qreal getTextHeight() const;
     void placeText(const QSizeF &inset);
+    QSizeF getPictureSize() const;
     void placePicture(const QSizeF &inset, bool doItFast);
     void scalePicture(const QSize &space, bool doItFast);
 

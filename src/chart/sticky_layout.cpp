@@ -10,10 +10,9 @@
 namespace
 {
 
-constexpr qreal CornerPart = 0.0625;        // of a round shape's sides that text keeps clear of
-constexpr qreal MarkerHeight = 20;          // of a new sequence marker
-constexpr qreal PictureGap = 5;             // between picture and text
-constexpr QSize LargestPicture(4096, 4096); // whatever size a file gives the note
+constexpr qreal CornerPart = 0.0625; // of a round shape's sides that text keeps clear of
+constexpr qreal MarkerHeight = 20;   // of a new sequence marker
+constexpr qreal PictureGap = 5;      // between picture and text
 
 // Antialiasing would spread thin straight lines over two rows of pixels.
 void drawSharpRect(QPainter *painter, const QRectF &rect)
@@ -134,10 +133,14 @@ void Sticky::placePicture(const QSizeF &inset, bool doItFast)
     const qreal textWidth = noteText->textWidth();
     const qreal height = noteText->y() - PictureGap;
     // While the user types, small steps of the text leave the picture alone.
-    if (!editing || qAbs(imageItem->pixmap().height() - height) > 5)
+    if (!editing || qAbs(getPictureSize().height() - height) > 5)
         scalePicture(QSize(int(textWidth), int(height)), doItFast);
-    const int width = imageItem->pixmap().width();
-    imageItem->setPos(inset.width() + (textWidth - width) * 0.5, inset.height());
+    imageItem->setPos(inset.width() + (textWidth - getPictureSize().width()) * 0.5, inset.height());
+}
+
+QSizeF Sticky::getPictureSize() const
+{
+    return QSizeF(imageItem->pixmap().size()) * imageItem->scale();
 }
 
 void Sticky::scalePicture(const QSize &space, bool doItFast)
@@ -150,7 +153,13 @@ void Sticky::scalePicture(const QSize &space, bool doItFast)
         imageItem->setPixmap(QPixmap());
         return;
     }
+    const QSize full = info.image.size();
+    const QSize fitting = full.scaled(space, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
+    // The view enlarges: a note of any size holds no more pixels than its picture has.
+    const bool enlarged = fitting.width() > full.width();
+    imageItem->setScale(enlarged ? qreal(fitting.width()) / full.width() : 1);
     imageItem->setPixmap(
-        info.image.scaled(space.boundedTo(LargestPicture), Qt::KeepAspectRatio,
-                          doItFast ? Qt::FastTransformation : Qt::SmoothTransformation));
+        enlarged ? info.image
+                 : info.image.scaled(fitting, Qt::IgnoreAspectRatio,
+                                     doItFast ? Qt::FastTransformation : Qt::SmoothTransformation));
 }

@@ -70,6 +70,18 @@ void Sticky::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
     BoxItem::mouseReleaseEvent(event);
 }
 
+bool Sticky::sceneEvent(QEvent *event)
+{
+    // A deletion may take the mouse away before its release.
+    if (event->type() == QEvent::UngrabMouse && (moving || resizeHandleInUse != 0)) {
+        moving = false;
+        resizeHandleInUse = 0;
+        setSelectionShadow(false);
+        setShadow(false);
+    }
+    return BoxItem::sceneEvent(event);
+}
+
 void Sticky::setSelectionShadow(bool enabled)
 {
     if (!scene())

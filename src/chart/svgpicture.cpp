@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr QSizeF StandardSize(17, 82);
-constexpr QSize LargestCache(4096, 4096); // whatever a file says
+constexpr qint64 LargestCache = 1 << 16; // pixels; a file may hold thousands of huge barriers
 
 } // namespace
 
@@ -29,12 +29,12 @@ SVGPicture::SVGPicture(const QString &resource, ChartSheet *sheet, CanvasItemInf
 void SVGPicture::relayout()
 {
     resizeGrip->relayout(rect);
-    cache = QPixmap(rect.size().toSize().boundedTo(LargestCache));
+    const QSize size = rect.size().toSize();
+    cache = qint64(size.width()) * size.height() <= LargestCache ? QPixmap(size) : QPixmap();
     if (!cache.isNull()) {
         cache.fill(Qt::transparent);
         QPainter painter(&cache);
-        painter.setRenderHint(QPainter::Antialiasing, false);
-        renderer.render(&painter);
+        draw(&painter, cache.rect());
     }
     update();
 }
@@ -59,7 +59,16 @@ void SVGPicture::setSize(QSizeF size)
 void SVGPicture::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
     painter->setRenderHint(QPainter::SmoothPixmapTransform); // in a zoomed view
-    painter->drawPixmap(0, 0, cache);
+    if (!cache.isNull())
+        painter->drawPixmap(0, 0, cache);
+    else if (!rect.isEmpty())
+        draw(painter, rect);
+}
+
+void SVGPicture::draw(QPainter *painter, const QRectF &box)
+{
+    painter->setRenderHint(QPainter::Antialiasing, false);
+    renderer.render(painter, box);
 }
 
 QVariant SVGPicture::itemChange(GraphicsItemChange change, const QVariant &value)

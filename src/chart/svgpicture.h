@@ -37,6 +37,8 @@ protected:
     void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
 
 private:
+    void draw(QPainter *painter, const QRectF &box);
+
     QSvgRenderer renderer;
-    QPixmap cache;
+    QPixmap cache; // null when the box is empty or too large to be kept as pixels
 };

@@ -33,6 +33,7 @@ private slots:
     void fonts();
     void pictureMakesAnImageNote();
     void pictureFillsTheSpaceAboveTheText();
+    void smallPictureIsEnlarged();
     void textPlace_data();
     void textPlace();
     void bounds();
@@ -188,6 +189,15 @@ void TestSticky::pictureFillsTheSpaceAboveTheText()
 
     note->setSize(QSizeF(100, 20)); // no space is left
     QVERIFY(picture->pixmap().isNull());
+}
+
+void TestSticky::smallPictureIsEnlarged()
+{
+    CanvasItemInfo info = noteInfo("{image}", QRectF(0, 0, 100000, 100000), "x");
+    info.image = QPixmap(20, 10);
+    const auto *picture = childOf<QGraphicsPixmapItem>(sheet->addNote(info));
+    QCOMPARE(picture->pixmap().size(), QSize(20, 10));
+    QCOMPARE(picture->mapRectToParent(picture->boundingRect()), QRectF(2, 2, 99996, 49998));
 }
 
 void TestSticky::textPlace_data()

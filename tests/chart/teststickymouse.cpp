@@ -23,6 +23,7 @@ private slots:
     void clickSnapsTheSelection();
     void moveCarriesTheSelection();
     void moveStartsOnce();
+    void deletionEndsAMove();
     void resizeByAHandle();
     void resizeFromTheTopLeft();
     void otherButtonsDoNotDrag();
@@ -110,6 +111,21 @@ void TestStickyMouse::moveStartsOnce()
         QCOMPARE(started.size(), round);
         release(sheet.get(), QPointF(140, 150));
     }
+}
+
+void TestStickyMouse::deletionEndsAMove()
+{
+    QSignalSpy started(note, &BoxItem::moveStarted);
+    press(sheet.get(), QPointF(140, 150));
+    moveTo(sheet.get(), QPointF(160, 150));
+    QVERIFY(note->graphicsEffect()->isEnabled());
+    sheet->removeItem(note);
+    release(sheet.get(), QPointF(160, 150));
+    QVERIFY(!note->graphicsEffect()->isEnabled());
+
+    sheet->addItem(note);
+    drag(sheet.get(), QPointF(160, 150), QPointF(180, 150));
+    QCOMPARE(started.size(), 2);
 }
 
 void TestStickyMouse::resizeByAHandle()

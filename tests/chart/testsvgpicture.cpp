@@ -19,6 +19,7 @@ private slots:
     void record();
     void drawings_data();
     void drawings();
+    void largeBarriersShowWhole();
     void missingDrawing();
     void colourHasNoEffect();
     void selection();
@@ -108,6 +109,15 @@ void TestSVGPicture::drawings()
         found = colorAt(sheet.get(), QPointF(130, y)) == color;
     QVERIFY(found);
     QCOMPARE(colorAt(sheet.get(), QPointF(170, 200)), QColor(Qt::white));
+}
+
+void TestSVGPicture::largeBarriersShowWhole()
+{
+    sheet->setSceneRect(0, 0, 1000, 800);
+    addBarrier(QSizeF(800, 600));
+    QCOMPARE(colorAt(sheet.get(), QPointF(500, 150)), QColor("#374B9D"));
+    QCOMPARE(colorAt(sheet.get(), QPointF(500, 650)), QColor("#374B9D"));
+    QCOMPARE(colorAt(sheet.get(), QPointF(950, 650)), QColor(Qt::white));
 }
 
 void TestSVGPicture::missingDrawing()
