@@ -53,7 +53,8 @@ void FooterItem::addLegend()
     for (const RoleInfo &role : qAsConst(Role::rolesList)) {
         auto *button = new QPushButton(role.icon, role.displayName);
         button->setStyleSheet("border-style: none; background-color: white;");
-        layout->addItem(embed(button), i % 2, i / 2);
+        button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed); // icon below icon
+        layout->addItem(embed(button), i % 2, i / 2, Qt::AlignLeft | Qt::AlignVCenter);
         ++i;
     }
 }
