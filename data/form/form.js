@@ -207,6 +207,7 @@ function buildSteps() {
         const button = makeButton("", "progress-step", () => goToStep(i + 1));
         button.innerHTML = "<span class=\"dot\">" + (i + 1) + "</span><span class=\"name\"></span>";
         button.lastChild.textContent = title;
+        button.title = title; // narrow windows show numbers alone
         item.appendChild(button);
         byId("progress").appendChild(item);
         if (i + 1 < list.length) {

@@ -83,7 +83,7 @@ void FormView::clearForm()
     formData.clear();
     titleImage = FormValue();
     pageStands = false;
-    webView->reload();
+    webView->page()->QWebPage::triggerAction(QWebPage::Reload); // ours refuses to
 }
 
 void FormView::onPageLoaded(bool)

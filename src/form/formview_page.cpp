@@ -26,6 +26,13 @@ FormPage::FormPage(QHelpEngine *helpEngine, const QUrl &address, QObject *parent
     setNetworkAccessManager(new FormNetworkAccessManager(helpEngine, this));
 }
 
+void FormPage::triggerAction(WebAction action, bool checked)
+{
+    static const QList<WebAction> leaving = {Back, Forward, Stop, Reload, ReloadAndBypassCache};
+    if (!leaving.contains(action))
+        QWebPage::triggerAction(action, checked);
+}
+
 bool FormPage::acceptNavigationRequest(QWebFrame *frame, const QNetworkRequest &request,
                                        NavigationType)
 {

@@ -27,6 +27,9 @@ class FormPage : public QWebPage
 public:
     FormPage(QHelpEngine *helpEngine, const QUrl &address, QObject *parent);
 
+    /// Does nothing for the keys of a browser: each would throw away what was typed.
+    void triggerAction(WebAction action, bool checked = false) override;
+
 protected:
     bool acceptNavigationRequest(QWebFrame *frame, const QNetworkRequest &request,
                                  NavigationType type) override;

@@ -21,6 +21,7 @@ private slots:
     void whatWasToldIsNotToldAgain();
     void pasteAndCutAreTold();
     void focusReturnsToTheField();
+    void browserKeysDoNothing();
     void tabOrderFollowsTheForm();
     void radioByKeyAndMouse();
     void optionByKey();
@@ -182,6 +183,23 @@ void TestFormPage::focusReturnsToTheField()
     QTRY_COMPARE(focused(), QString("incidentDate"));
     QTest::keyClicks(form->web, "!");
     QCOMPARE(form->view.getFieldValue("incidentDate"), QString("7 May!"));
+}
+
+void TestFormPage::browserKeysDoNothing()
+{
+    form->view.onFormDataLoaded({{"loss", formValue("as loaded")}});
+    form->view.setFieldValue("loss", "as edited");
+    QSignalSpy loaded(form->web, &QWebView::loadFinished);
+    form->run("document.activeElement.blur()");
+    for (int key : {Qt::Key_Refresh, Qt::Key_Reload, Qt::Key_Back, Qt::Key_Forward, Qt::Key_Stop,
+                    Qt::Key_Backspace, Qt::Key_F5, Qt::Key_HomePage})
+        QApplication::postEvent(form->web, new QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier));
+    QCoreApplication::processEvents();
+    form->web->reload();
+    form->web->back();
+    QTest::qWait(200);
+    QCOMPARE(loaded.count(), 0);
+    QCOMPARE(form->view.getFieldValue("loss"), QString("as edited"));
 }
 
 void TestFormPage::tabOrderFollowsTheForm()

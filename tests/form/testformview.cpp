@@ -22,6 +22,7 @@ private slots:
     void emptyValueKeepsText();
     void unknownFieldIsNull();
     void valuesBeforeThePageStands();
+    void clearBeforeThePageStands();
     void valuesAfterThePageStands();
     void withoutPageValuesComeBack();
     void loadTellsTextsOnly();
@@ -155,6 +156,17 @@ void TestFormView::valuesBeforeThePageStands()
     QCOMPARE(loaded.count(), 2);
     QCOMPARE(early.run("document.getElementById('loss').value").toString(), QString("a ship"));
     QVERIFY(early.view.getAllFieldValues().contains("incidentTitle"));
+}
+
+void TestFormView::clearBeforeThePageStands()
+{
+    // As the window does when it is made to open a project.
+    Form early;
+    early.view.clearForm();
+    early.view.onFormDataLoaded({{"loss", formValue("a ship")}});
+    QTRY_COMPARE(early.run("document.getElementById('loss').value").toString(), QString("a ship"));
+    QVERIFY(early.view.getAllFieldValues().contains("incidentTitle"));
+    QCOMPARE(early.view.getFieldValue("loss"), QString("a ship"));
 }
 
 void TestFormView::valuesAfterThePageStands()
