@@ -16,7 +16,6 @@ public:
     /// `folder` is made with the first copy.
     explicit KeptCopies(const QString &folder);
 
-    const QString &getFolder() const { return folder; }
     /// Whether the file still is as this process left it.
     bool isOwn(const QString &path) const;
 
