@@ -16,8 +16,6 @@ public:
 public slots:
     /// Ids that the template doesn't know are passed over.
     void setHeaderValue(const QString &id, const QString &value);
-    /// Follows by itself a moment after each change.
-    void resizeToContent();
 
 signals:
     void editRequested();
@@ -32,4 +30,5 @@ protected:
 
 private slots:
     void onLoadFinished(bool ok);
+    void resizeToContent();
 };

@@ -3,7 +3,6 @@
 #include "chart/sticky.h"
 #include "form/formview.h"
 #include "form/wordxmlexport.h"
-#include "output/headeritem.h"
 #include "project/projectfile.h"
 #include "sheet/pageinfo.h"
 #include "sheet/projectscene.h"
@@ -53,7 +52,6 @@ bool ProjectExporter::open(const QString &path)
     if (!projectFile->openFile(path))
         return fail(projectFile->getLastError());
     mainScene->setPageSize(PageInfo().getPrintableArea().size());
-    fillHeader();
     QCoreApplication::processEvents(); // notes lay themselves out once more
     return true;
 }
@@ -74,20 +72,6 @@ void ProjectExporter::onItemLoaded(CanvasItemInfo &info)
     auto *note = qobject_cast<Sticky *>(mainScene->loadCanvasItem(info));
     if (note && note->isParentItem())
         factorScenes.push_back(createScene(note));
-}
-
-void ProjectExporter::fillHeader()
-{
-    for (QGraphicsItem *item : mainScene->items()) {
-        auto *header = qobject_cast<HeaderItem *>(item->toGraphicsObject());
-        if (!header)
-            continue;
-        for (auto value = formValues.cbegin(); value != formValues.cend(); ++value) {
-            if (!value->value.isEmpty())
-                header->setHeaderValue(value.key(), value->value);
-        }
-        header->resizeToContent();
-    }
 }
 
 Sticky *ProjectExporter::getNoteWithGUID(const QString &guid) const

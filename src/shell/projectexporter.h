@@ -54,7 +54,6 @@ public:
 private:
     void onItemLoaded(CanvasItemInfo &info);
     std::unique_ptr<ProjectScene> createScene(Sticky *parentNote);
-    void fillHeader();
     ProjectScene *findFactor(int number) const;
     QList<ProjectScene *> getFactorScenes() const;
     bool fail(const QString &reason);
