@@ -44,6 +44,17 @@ int countPages(qreal length, int page)
     return int(qBound(1.0f, pages, float(ProjectScene::MaximumPages)));
 }
 
+/// Whether a drag of the selection moves the item: also a line that hangs on it.
+bool isDragged(const ProjectItem *item)
+{
+    const auto *line = qobject_cast<const Line *>(item);
+    if (!line)
+        return item->isSelected();
+    const Sticky *start = line->getStartConnection().item;
+    const Sticky *end = line->getEndConnection().item;
+    return line->isSelected() || (start && start->isSelected()) || (end && end->isSelected());
+}
+
 template<typename Item> QList<Item *> pick(const QList<QGraphicsItem *> &items)
 {
     QList<Item *> picked;
@@ -72,7 +83,7 @@ ProjectScene::ProjectScene(SheetHost *host, QUndoGroup *group, ProjectFile *proj
         connect(formView, &FormView::formValueChanged, this, &ProjectScene::onFormValueChanged);
     createSingletonItems();
     canvasCheckTimer.setInterval(CanvasCheckInterval);
-    connect(&canvasCheckTimer, &QTimer::timeout, this, &ProjectScene::checkCanvasSize);
+    connect(&canvasCheckTimer, &QTimer::timeout, this, &ProjectScene::checkMovingItems);
     boundTimer.setSingleShot(true);
     connect(&boundTimer, &QTimer::timeout, this, &ProjectScene::forgetBound);
     selectionTimer.setSingleShot(true);
@@ -330,6 +341,7 @@ void ProjectScene::itemEntered(ProjectItem *item)
 {
     itemIndex.insert(item->getGUID(), item);
     ownedItems.insert(item);
+    restingBound.reset();
     if (itemsBound)
         itemsBound = extendTo(*itemsBound, item);
 }
@@ -338,6 +350,7 @@ void ProjectScene::itemLeft(ProjectItem *item)
 {
     itemIndex.remove(item->getGUID(), item);
     itemsBound.reset();
+    restingBound.reset();
     // An item that still has its scene leaves because it is being destroyed.
     if (item->scene())
         ownedItems.remove(item);
@@ -436,6 +449,29 @@ void ProjectScene::forgetBound()
         boundTimer.start(0);
     else
         itemsBound.reset();
+}
+
+// Several times a second during a drag: too often to walk over the whole sheet.
+void ProjectScene::checkMovingItems()
+{
+    if (!restingBound)
+        splitMovingItems();
+    QRectF bound = *restingBound;
+    for (const ProjectItem *item : qAsConst(movingItems))
+        bound = extendTo(bound, item);
+    fitPages(bound);
+}
+
+void ProjectScene::splitMovingItems()
+{
+    movingItems.clear();
+    restingBound = QRectF(0, 0, 0, 0);
+    for (ProjectItem *item : qAsConst(itemIndex)) {
+        if (isDragged(item))
+            movingItems.append(item);
+        else
+            restingBound = extendTo(*restingBound, item);
+    }
 }
 
 void ProjectScene::drawGrid(QPainter *painter, const QRectF &rect) const

@@ -169,6 +169,8 @@ private:
     void fitPages(const QRectF &bound);
     void checkCanvasAfterAdding();
     void forgetBound();
+    void checkMovingItems();
+    void splitMovingItems();
     void drawGrid(QPainter *painter, const QRectF &rect) const;
     void drawPageFrames(QPainter *painter) const;
     void resizeFooters(int rows, int columns);
@@ -210,7 +212,9 @@ private:
     QString ownerGUID;
     Sticky *editingNote = nullptr;
     QTimer canvasCheckTimer;
-    HeaderItem *headerItem = nullptr; // main sheet only
+    std::optional<QRectF> restingBound; // of what a drag leaves alone; known while one goes on
+    QList<ProjectItem *> movingItems;   // the others; valid with the bound
+    HeaderItem *headerItem = nullptr;   // main sheet only
     QPointF lastContextMenuPos;
 
     QMultiHash<QString, ProjectItem *> itemIndex; // by GUID, of items on the sheet

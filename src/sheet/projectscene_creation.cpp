@@ -186,8 +186,10 @@ void ProjectScene::moveHighlight(int tool, const QPointF &scenePos)
 
 void ProjectScene::onItemMoveStarted()
 {
-    if (!canvasCheckTimer.isActive())
-        canvasCheckTimer.start();
+    if (canvasCheckTimer.isActive())
+        return;
+    restingBound.reset();
+    canvasCheckTimer.start();
 }
 
 void ProjectScene::onItemMoveFinished(BoxItem *item, const QRectF &oldGeometry)

@@ -233,6 +233,7 @@ bool ProjectScene::handleEditingCommand(QKeyEvent *event) const
 
 void ProjectScene::onSelectionChanged()
 {
+    restingBound.reset();
     if (!selectionTimer.isActive())
         selectionTimer.start(0);
     if (++selectionReports <= SingleReports)

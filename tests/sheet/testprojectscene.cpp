@@ -22,6 +22,7 @@ private slots:
     void pagesFollowTheItems();
     void everyKindOfItemCounts();
     void shrinksAtTheNextCheck();
+    void growsAndShrinksUnderADrag();
     void shrinksWithTheNextItem();
     void checksWhileAnItemMoves();
     void pageSizeChanges();
@@ -134,6 +135,27 @@ void TestProjectScene::shrinksAtTheNextCheck()
 
     sheet.scene.checkCanvasSize();
     QCOMPARE(sheet.scene.getNumHorizontalPages(), 1);
+}
+
+void TestProjectScene::growsAndShrinksUnderADrag()
+{
+    Sheet sheet(Page);
+    QVERIFY(sheet.show());
+    sheet.addNote(QRectF(20, 320, 120, 80)); // rests on the second row of pages
+    Sticky *note = sheet.addNote(QRectF(20, 20, 120, 80));
+    Line *line = sheet.addLine(QPointF(140, 60), QPointF(300, 60));
+    line->setStartConnection({note, Sticky::RightSide});
+
+    sheet.press(QPointF(60, 40));
+    sheet.move(QPointF(360, 40)); // with the start of the line beyond the page
+    QTRY_COMPARE(sheet.scene.getNumHorizontalPages(), 2);
+    QCOMPARE(sheet.scene.getNumVerticalPages(), 2);
+
+    sheet.move(QPointF(60, 340));
+    QTRY_COMPARE(sheet.scene.getNumHorizontalPages(), 1);
+    sheet.move(QPointF(60, 640));
+    QTRY_COMPARE(sheet.scene.getNumVerticalPages(), 3);
+    sheet.release(QPointF(60, 640));
 }
 
 void TestProjectScene::shrinksWithTheNextItem()
