@@ -35,8 +35,7 @@ private:
     QList<QGraphicsItem *> items;
 };
 
-/// Built after the move or resize has happened, with its deltas; an invalid
-/// size delta is none.
+/// Built after the move or resize has happened, with its deltas.
 class GeometryChangeCommand : public QUndoCommand
 {
 public:
