@@ -40,6 +40,19 @@ void NoteText::setFocus(Qt::FocusReason reason)
     QGraphicsItem::setFocus(reason);
 }
 
+// A passive label has no cursor, no selection and nothing beyond its bounds: without the
+// editor's clip and palette a chart paints sooner, and a PDF of it is smaller.
+void NoteText::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget)
+{
+    if (highlighter) {
+        QGraphicsTextItem::paint(painter, option, widget);
+        return;
+    }
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.palette.setColor(QPalette::Text, defaultTextColor());
+    document()->documentLayout()->draw(painter, context);
+}
+
 void NoteText::keyPressEvent(QKeyEvent *event)
 {
     emit textChanged();

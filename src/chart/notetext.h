@@ -19,6 +19,8 @@ public:
     void setEditable(bool editable);
     void setFocus(Qt::FocusReason reason);
 
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
+
 signals:
     /// A key is about to change the text.
     void textChanged();

@@ -32,7 +32,10 @@ void SaveProgressDialog::keepAlive()
 void SaveProgressDialog::incrementProgress()
 {
     // A modal dialog's own setValue() handles events at each call; the bar's doesn't.
-    bar->setValue(bar->value() + 1);
+    ++done;
+    const int step = qMax(1, maximum() / 100); // no eye sees smaller ones
+    if (done % step == 0 || done == maximum())
+        bar->setValue(done);
     keepAlive();
 }
 

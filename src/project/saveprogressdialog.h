@@ -25,5 +25,6 @@ protected:
 
 private:
     QProgressBar *bar; // owned by the dialog
+    int done = 0;
     QElapsedTimer sinceEvents;
 };

@@ -26,10 +26,17 @@ QFont getBuiltInFont()
 
 QFont getStandardFont()
 {
-    // Every note of a project asks, and making the settings object is the dear part.
+    // Every note of a project asks, and making settings and fonts is the dear part.
     static const QSettings settings;
-    QFont font = getBuiltInFont();
-    decodeFont(settings.value("font", encodeFont(font)).toString(), font);
+    static const QString builtIn = encodeFont(getBuiltInFont());
+    static QString text;
+    static QFont font;
+    const QString current = settings.value("font", builtIn).toString();
+    if (text != current) {
+        text = current;
+        font = getBuiltInFont();
+        decodeFont(text, font);
+    }
     return font;
 }
 
