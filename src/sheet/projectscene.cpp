@@ -25,7 +25,7 @@ namespace
 constexpr int SheetMargin = 20;
 constexpr int CanvasCheckInterval = 250; // ms
 // Nobody prints as many pages: beyond them an item has gone astray.
-constexpr int MaximumFooters = 5000;
+constexpr int MaximumFooters = 2000;
 
 QRectF getExtent(const QGraphicsItem *item)
 {

@@ -175,7 +175,8 @@ void ProjectScene::keyPressEvent(QKeyEvent *event)
 
 void ProjectScene::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
 {
-    if (itemAt(event->scenePos(), QTransform())) {
+    const QGraphicsItem *item = itemAt(event->scenePos(), QTransform());
+    if (item && item != highlightItem) {
         event->ignore();
         QGraphicsScene::contextMenuEvent(event);
         return;

@@ -133,11 +133,13 @@ void TestRules::roleChanges()
     Sheet sheet;
     Sticky *first = sheet.addNote(QRectF(20, 20, 120, 80));
     Sticky *second = sheet.addNote(QRectF(220, 20, 120, 80), "Condition");
-    first->setSelected(true);
-    second->setSelected(true);
-    QVERIFY(sheet.scene.setSelectedNotesRole("Issue"));
+    sheet.addLine(QPointF(100, 300), QPointF(200, 300));
+    sheet.addBarrier(QPointF(300, 300));
+    sheet.scene.selectAll();
+    QVERIFY(sheet.scene.setSelectedNotesRole("Assumed_Event"));
     QCOMPARE(sheet.getSteps(), 1);
-    QCOMPARE(first->getRoleType(), second->getRoleType());
+    QCOMPARE(first->getRoleType(), QString("Assumed_Event"));
+    QCOMPARE(second->getRoleType(), QString("Assumed_Event"));
 
     sheet.scene.getUndoStack()->undo();
     QCOMPARE(first->getRoleType(), QString("Event"));
@@ -571,6 +573,16 @@ void TestRules::contextMenuOnTheEmptySheet()
 
     QVERIFY(answer.wasAsked());
     QCOMPARE(sheet.scene.getLastContextMenuPos(), QPointF(400, 400));
+
+    // The landing place of a tool is no item.
+    sheet.program.tool = EventTool;
+    const QPoint other = sheet.view.mapFromScene(QPointF(500, 400));
+    sheet.move(QPointF(500, 400), Qt::NoButton);
+    DialogAnswer again(cancellation());
+    QContextMenuEvent second(QContextMenuEvent::Mouse, other, sheet.view.mapToGlobal(other));
+    QApplication::sendEvent(sheet.view.viewport(), &second);
+    QVERIFY(again.wasAsked());
+    QCOMPARE(sheet.scene.getLastContextMenuPos(), QPointF(500, 400));
 }
 
 EXAMINER_TEST_MAIN(TestRules)
