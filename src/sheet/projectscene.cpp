@@ -1,59 +1,21 @@
 #include "sheet/projectscene.h"
 
 #include "chart/sticky.h"
+#include "chart/toolid.h"
 #include "form/formview.h"
-#include "output/footeritem.h"
 #include "output/headeritem.h"
 #include "project/projectfile.h"
 #include "sheet/pageinfo.h"
-#include "sheet/sheethost.h"
 #include "support/fonts.h"
 
 #include <QGraphicsRectItem>
 #include <QGraphicsView>
-#include <QPainter>
-#include <QSettings>
 #include <QUndoGroup>
-#include <QUndoStack>
-
-#include <cmath>
 
 namespace
 {
 
-// The scene is that much larger than its pages, to the right and below.
-constexpr int SheetMargin = 20;
 constexpr int CanvasCheckInterval = 250; // ms
-// Nobody prints as many pages: beyond them an item has gone astray.
-constexpr int MaximumFooters = 2000;
-
-QRectF getExtent(const QGraphicsItem *item)
-{
-    return item->boundingRect().translated(item->pos());
-}
-
-QRectF extendTo(const QRectF &bound, const QGraphicsItem *item)
-{
-    const QRectF extent = getExtent(item);
-    return QRectF(0, 0, qMax(bound.right(), extent.right()), qMax(bound.bottom(), extent.bottom()));
-}
-
-int countPages(qreal length, int page)
-{
-    const float pages = std::ceil(float(length) / float(page));
-    return int(qBound(1.0f, pages, float(ProjectScene::MaximumPages)));
-}
-
-/// Whether a drag of the selection moves the item: also a line that hangs on it.
-bool isDragged(const ProjectItem *item)
-{
-    const auto *line = qobject_cast<const Line *>(item);
-    if (!line)
-        return item->isSelected();
-    const Sticky *start = line->getStartConnection().item;
-    const Sticky *end = line->getEndConnection().item;
-    return line->isSelected() || (start && start->isSelected()) || (end && end->isSelected());
-}
 
 template<typename Item> QList<Item *> pick(const QList<QGraphicsItem *> &items)
 {
@@ -133,39 +95,6 @@ QSizeF ProjectScene::getStandardItemSize(int tool)
     }
 }
 
-int ProjectScene::getNumVerticalPages() const
-{
-    return int(std::ceil((sceneRect().height() - SheetMargin) / pageSize.height()));
-}
-
-int ProjectScene::getNumHorizontalPages() const
-{
-    return int(std::ceil((sceneRect().width() - SheetMargin) / pageSize.width()));
-}
-
-QRectF ProjectScene::getPageBoundsAtPoint(const QPointF &p) const
-{
-    const int column = int(p.x() / pageSize.width());
-    const int row = int(p.y() / pageSize.height());
-    return QRectF(QPointF(column * pageSize.width(), row * pageSize.height()), pageSize);
-}
-
-bool ProjectScene::pageContainsItems(const QRectF &page) const
-{
-    const auto nearby = items(page, Qt::IntersectsItemBoundingRect);
-    return std::any_of(nearby.begin(), nearby.end(), [&page](const QGraphicsItem *item) {
-        return isProjectItem(item) && getExtent(item).intersects(page);
-    });
-}
-
-QRectF ProjectScene::projectItemsBoundingRect() const
-{
-    QRectF bound(0, 0, 0, 0);
-    for (const ProjectItem *item : itemIndex)
-        bound = extendTo(bound, item);
-    return bound;
-}
-
 QPair<Sticky *, Sticky *> ProjectScene::getLossAndLoCNotes() const
 {
     QPair<Sticky *, Sticky *> found(nullptr, nullptr);
@@ -214,35 +143,6 @@ QList<ProjectItem *> ProjectScene::getProjectItems() const
 QList<ProjectItem *> ProjectScene::getSelectedProjectItems() const
 {
     return pick<ProjectItem>(selectedItems());
-}
-
-void ProjectScene::setPagesGrid(int rows, int columns)
-{
-    const int height = qBound(1, rows, MaximumPages) * pageSize.height();
-    const int width = qBound(1, columns, MaximumPages) * pageSize.width();
-    setSceneRect(0, 0, width + SheetMargin, height + SheetMargin);
-    updatePageNumberItems();
-}
-
-void ProjectScene::setPageSize(QSize size)
-{
-    pageSize = size.expandedTo(QSize(PageInfo::MinimumPage, PageInfo::MinimumPage));
-    const QRectF bound = projectItemsBoundingRect();
-    setPagesGrid(countPages(bound.bottom(), pageSize.height()),
-                 countPages(bound.right(), pageSize.width()));
-}
-
-void ProjectScene::setRenderBackground(bool render, bool showFooters, bool showHeader)
-{
-    renderBackground = render;
-    for (QGraphicsItem *item : items()) {
-        if (item->type() == ProjectItem::InfoType)
-            item->setVisible(render);
-        else if (item->type() == ProjectItem::FooterType)
-            item->setVisible(render && showFooters);
-        else if (item == headerItem)
-            item->setVisible(render && showHeader);
-    }
 }
 
 void ProjectScene::clear()
@@ -342,8 +242,7 @@ void ProjectScene::itemEntered(ProjectItem *item)
     itemIndex.insert(item->getGUID(), item);
     ownedItems.insert(item);
     restingBound.reset();
-    if (itemsBound)
-        itemsBound = extendTo(*itemsBound, item);
+    extendBound(item);
 }
 
 void ProjectScene::itemLeft(ProjectItem *item)
@@ -354,43 +253,6 @@ void ProjectScene::itemLeft(ProjectItem *item)
     // An item that still has its scene leaves because it is being destroyed.
     if (item->scene())
         ownedItems.remove(item);
-}
-
-void ProjectScene::checkCanvasSize()
-{
-    fitPages(projectItemsBoundingRect());
-}
-
-void ProjectScene::updatePageNumberItems()
-{
-    const QSettings settings;
-    if (headerItem)
-        headerItem->setVisible(settings.value("showHeader", true).toBool());
-    const FooterLook look = {settings.value("showPageNumbers", true).toBool(),
-                             settings.value("showLegend", true).toBool(),
-                             projectFile ? projectFile->getOpenProjectName() : QString(), pageSize};
-    if (!(look == footerLook))
-        resizeFooters(0, 0);
-    footerLook = look;
-    const int columns = getNumHorizontalPages();
-    resizeFooters(qMin(getNumVerticalPages(), qMax(1, MaximumFooters / columns)), columns);
-    for (const QList<FooterItem *> &row : qAsConst(footerItems)) {
-        for (FooterItem *footer : row)
-            footer->show();
-    }
-}
-
-void ProjectScene::drawBackground(QPainter *painter, const QRectF &rect)
-{
-    QGraphicsScene::drawBackground(painter, rect);
-    if (!renderBackground)
-        return;
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing, false);
-    if (host->isGridEnabled())
-        drawGrid(painter, rect);
-    drawPageFrames(painter);
-    painter->restore();
 }
 
 void ProjectScene::createSingletonItems()
@@ -421,112 +283,4 @@ void ProjectScene::removeAndDelete(QGraphicsItem *item)
     if (item->scene())
         removeItem(item);
     delete item;
-}
-
-void ProjectScene::fitPages(const QRectF &bound)
-{
-    const int columns = countPages(bound.right(), pageSize.width());
-    const int rows = countPages(bound.bottom(), pageSize.height());
-    if (columns != getNumHorizontalPages() || rows != getNumVerticalPages())
-        setPagesGrid(rows, columns);
-}
-
-// A file brings thousands of items in one turn of the event loop: walking over all of them
-// after each would cost the square of their number.
-void ProjectScene::checkCanvasAfterAdding()
-{
-    if (!itemsBound) {
-        itemsBound = projectItemsBoundingRect();
-        boundTimer.start(0);
-    }
-    fitPages(*itemsBound);
-}
-
-// While a file is opened, events are handled every now and then, yet items keep coming.
-void ProjectScene::forgetBound()
-{
-    if (projectFile && projectFile->isBusy())
-        boundTimer.start(0);
-    else
-        itemsBound.reset();
-}
-
-// Several times a second during a drag: too often to walk over the whole sheet.
-void ProjectScene::checkMovingItems()
-{
-    if (!restingBound)
-        splitMovingItems();
-    QRectF bound = *restingBound;
-    for (const ProjectItem *item : qAsConst(movingItems))
-        bound = extendTo(bound, item);
-    fitPages(bound);
-}
-
-void ProjectScene::splitMovingItems()
-{
-    movingItems.clear();
-    restingBound = QRectF(0, 0, 0, 0);
-    for (ProjectItem *item : qAsConst(itemIndex)) {
-        if (isDragged(item))
-            movingItems.append(item);
-        else
-            restingBound = extendTo(*restingBound, item);
-    }
-}
-
-void ProjectScene::drawGrid(QPainter *painter, const QRectF &rect) const
-{
-    const int left = int(qMax(rect.left(), 0.0)) / GridStep * GridStep;
-    const int top = int(qMax(rect.top(), 0.0)) / GridStep * GridStep;
-    const qreal right = qMin(rect.right(), qreal(getNumHorizontalPages() * pageSize.width()));
-    const qreal bottom = qMin(rect.bottom(), qreal(getNumVerticalPages() * pageSize.height()));
-    QVarLengthArray<QPointF, 3000> dots;
-    for (int x = left; x < right; x += GridStep) {
-        for (int y = top; y < bottom; y += GridStep)
-            dots.append(QPointF(x, y));
-    }
-    painter->setPen(QPen(QColor(192, 192, 192), 0));
-    painter->drawPoints(dots.constData(), dots.size());
-}
-
-void ProjectScene::drawPageFrames(QPainter *painter) const
-{
-    const int width = getNumHorizontalPages() * pageSize.width();
-    const int height = getNumVerticalPages() * pageSize.height();
-    painter->setPen(QPen(Qt::black, 0)); // a hairline at every zoom
-    for (int x = 0; x <= width; x += pageSize.width())
-        painter->drawLine(x, 0, x, height);
-    for (int y = 0; y <= height; y += pageSize.height())
-        painter->drawLine(0, y, width, y);
-}
-
-// A growing sheet keeps the footers that it has: a file lets it grow page by page.
-void ProjectScene::resizeFooters(int rows, int columns)
-{
-    while (footerItems.size() > rows) {
-        for (FooterItem *footer : footerItems.takeLast())
-            removeAndDelete(footer);
-    }
-    while (footerItems.size() < rows)
-        footerItems.append(QList<FooterItem *>());
-    for (int row = 0; row < rows; ++row) {
-        QList<FooterItem *> &footers = footerItems[row];
-        while (footers.size() > columns)
-            removeAndDelete(footers.takeLast());
-        while (footers.size() < columns)
-            footers.append(makeFooter(row, footers.size()));
-    }
-}
-
-FooterItem *ProjectScene::makeFooter(int row, int column)
-{
-    auto *footer = new FooterItem(row, column);
-    const bool first = row == 0 && column == 0;
-    footer->showFooter(footerLook.pageNumbers, footerLook.projectName, first && footerLook.legend);
-    const QSizeF size = footer->effectiveSizeHint(Qt::PreferredSize);
-    footer->resize(size);
-    footer->setPos((column + 1) * pageSize.width() - size.width() - 1,
-                   (row + 1) * pageSize.height() - size.height() - 1);
-    addItem(footer);
-    return footer;
 }

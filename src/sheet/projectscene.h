@@ -168,6 +168,7 @@ private:
     void removeAndDelete(QGraphicsItem *item);
     void fitPages(const QRectF &bound);
     void checkCanvasAfterAdding();
+    void extendBound(const ProjectItem *item);
     void forgetBound();
     void checkMovingItems();
     void splitMovingItems();
