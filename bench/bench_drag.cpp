@@ -16,7 +16,8 @@ namespace
 
 constexpr int Connectors = 10;
 constexpr int Moves = 200;
-constexpr int DraggedNote = 3; // its neighbours show in the view too
+constexpr int DraggedNote = 3;      // its neighbours show in the view too
+constexpr int FirstLineBelow = 100; // two rows further down
 
 void showView(QGraphicsView &view)
 {
@@ -54,22 +55,26 @@ double drag(QGraphicsView &view, const QPointF &from)
     return time / Moves;
 }
 
-/// Further connectors from the dragged note to its neighbours below.
+/// Leads further lines of a row below to the dragged note, which has two of its own.
 void attach(BenchSheet &sheet)
 {
     for (int i = 0; i < Connectors - 2; ++i) {
-        Line *line = sheet.lines.at(100 + i);
+        Line *line = sheet.lines.at(FirstLineBelow + i);
         line->setEndConnection({sheet.notes.at(DraggedNote), Sticky::BottomSide});
     }
 }
 
 void attach(BareSheet &sheet)
 {
-    for (int i = 0; i < Connectors; ++i) {
-        QPainterPath path(QPointF(100 + 200 * i % 1400, 300));
-        path.lineTo(0, 0);
-        sheet.boxes.at(DraggedNote)->attach(sheet.scene.addPath(path));
-    }
+    BareBox *box = sheet.boxes.at(DraggedNote);
+    const QRectF rect = box->rect();
+    const qreal middle = rect.center().y();
+    for (int i = 0; i < Connectors - 2; ++i)
+        box->attach(sheet.paths.at(FirstLineBelow + i), QPointF(rect.center().x(), rect.bottom()));
+    box->attach(sheet.paths.at(DraggedNote - 1), QPointF(0, middle));
+    QGraphicsPathItem *next = sheet.paths.at(DraggedNote);
+    next->setPath(next->path().toReversed());
+    box->attach(next, QPointF(rect.width(), middle));
 }
 
 } // namespace
@@ -91,6 +96,6 @@ void benchDrag()
         const QPointF from = chart.notes.at(DraggedNote).startPoint + QPointF(30, 20);
         table.add(size,
                   measure(
-                      3, [&] { return drag(view, from); }, [&] { return drag(bareView, from); }));
+                      7, [&] { return drag(view, from); }, [&] { return drag(bareView, from); }));
     }
 }

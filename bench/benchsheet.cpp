@@ -95,8 +95,8 @@ BareBox::BareBox(const QRectF &rect) : QGraphicsRectItem(rect)
 QVariant BareBox::itemChange(GraphicsItemChange change, const QVariant &value)
 {
     if (change == ItemPositionHasChanged) {
-        for (QGraphicsPathItem *path : paths)
-            path->setPath(makeElbow(path->path().elementAt(0), pos()));
+        for (const Hook &hook : hooks)
+            hook.path->setPath(makeElbow(hook.path->path().elementAt(0), pos() + hook.place));
     }
     return QGraphicsRectItem::itemChange(change, value);
 }
@@ -106,7 +106,7 @@ BareSheet::BareSheet(const BenchChart &chart)
     for (const CanvasItemInfo &info : chart.notes)
         boxes.push_back(addBareBox(scene, info));
     for (const CanvasItemInfo &info : chart.lines)
-        scene.addPath(makeElbow(info.startPoint, info.endPoint));
+        paths.push_back(scene.addPath(makeElbow(info.startPoint, info.endPoint)));
 }
 
 void addBareNote(QGraphicsScene &scene, const CanvasItemInfo &info)

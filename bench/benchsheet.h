@@ -57,13 +57,18 @@ class BareBox : public QGraphicsRectItem
 public:
     explicit BareBox(const QRectF &rect);
 
-    void attach(QGraphicsPathItem *path) { paths.push_back(path); }
+    /// The end of the path follows the place in the box.
+    void attach(QGraphicsPathItem *path, const QPointF &place) { hooks.push_back({path, place}); }
 
 protected:
     QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
 
 private:
-    std::vector<QGraphicsPathItem *> paths;
+    struct Hook {
+        QGraphicsPathItem *path;
+        QPointF place;
+    };
+    std::vector<Hook> hooks;
 };
 
 /// The same chart as bare items: a box and a text for a note, a path for a line.
@@ -72,6 +77,7 @@ struct BareSheet {
 
     QGraphicsScene scene;
     std::vector<BareBox *> boxes;
+    std::vector<QGraphicsPathItem *> paths;
 };
 
 void addBareNote(QGraphicsScene &scene, const CanvasItemInfo &info);
