@@ -2,10 +2,15 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QMenu>
+#include <QPointer>
 #include <QProcess>
 #include <QScreen>
 #include <QTest>
+#include <QTimer>
 #include <QWidget>
+
+#include <functional>
 
 /// A user at the keyboard and the mouse of the display: events reach the
 /// program through the X server and the window manager, not through Qt.
@@ -63,14 +68,45 @@ public:
 
     static void type(const QString &text) { run({"type", "--delay", "15", text}); }
     /// In xdotool's words, such as "ctrl+z" or "Escape".
-    static void press(const QString &key) { run({"key", key}); }
+    static void press(const QString &key) { press(QStringList(key)); }
+    static void press(const QStringList &keys) { run(QStringList{"key", "--delay", "15"} + keys); }
 
     /// Types into the dialog that the next call will open and confirms it. A
     /// dialog keeps its caller until it is answered, so the answer goes first.
     static void answerNextDialog(const QString &text)
     {
-        QProcess::startDetached("xdotool", {"sleep", "1.5", "key", "ctrl+a", "type", "--delay",
-                                            "10", "--args", "1", text, "key", "Return"});
+        answerNextDialog(QStringList{"key", "ctrl+a", "type", "--delay", "10", "--args", "1", text,
+                                     "key", "Return"});
+    }
+
+    /// With an xdotool script. The dialog gets it once it has the keyboard; until then the
+    /// result isn't null.
+    static QPointer<QObject> answerNextDialog(const QStringList &script)
+    {
+        return answerWhen(
+            [] {
+                const QWidget *dialog = QApplication::activeModalWidget();
+                return dialog && dialog->isActiveWindow() && QApplication::focusWidget();
+            },
+            [script] { return script; });
+    }
+
+    /// Clicks an entry of the menu that the next call will pop up, under the given name of a
+    /// screenshot. Such a menu keeps its caller too.
+    static void answerNextMenu(const QString &entry, const QString &shot)
+    {
+        answerWhen(
+            [] { return qobject_cast<QMenu *>(QApplication::activePopupWidget()) != nullptr; },
+            [entry, shot] {
+                takeShot(shot);
+                auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+                for (QAction *action : menu->actions()) {
+                    if (action->text() == entry)
+                        return move(menu->mapToGlobal(menu->actionGeometry(action).center())) +
+                               QStringList{"click", "1"};
+                }
+                return QStringList{"key", "Escape"};
+            });
     }
 
     static QPoint centreOf(const QWidget *widget)
@@ -79,6 +115,21 @@ public:
     }
 
 private:
+    static QPointer<QObject> answerWhen(const std::function<bool()> &isAsked,
+                                        const std::function<QStringList()> &getScript)
+    {
+        auto *look = new QTimer(qApp);
+        QObject::connect(look, &QTimer::timeout, look, [look, isAsked, getScript] {
+            if (!isAsked())
+                return;
+            look->stop();
+            look->deleteLater();
+            QProcess::startDetached("xdotool", getScript());
+        });
+        look->start(20);
+        return look;
+    }
+
     static QStringList move(const QPoint &p)
     {
         return {"mousemove", QString::number(p.x()), QString::number(p.y())};
