@@ -7,14 +7,12 @@
 #include <QPainter>
 #include <QPrinter>
 #include <QScopeGuard>
-#include <QSettings>
 
 namespace
 {
 
 constexpr double CentimetresPerInch = 2.54;
-constexpr int DefaultPageSize = 29; // Tabloid
-constexpr int BandHeight = 512;     // pixels of a picture that stand in memory at once
+constexpr int BandHeight = 512; // pixels of a picture that stand in memory at once
 
 int toDevice(double centimetres, const QPrinter &printer)
 {
@@ -48,8 +46,9 @@ QImage renderBand(ProjectScene *scene, const QRectF &source, const QSize &size)
 
 void SheetPrinter::setUpPage(QPrinter &printer)
 {
-    const int pageSize = QSettings().value("pageSize", DefaultPageSize).toInt();
-    printer.setPageSize(QPageSize(QPageSize::PageSizeId(pageSize)));
+    PageInfo page;
+    page.getPrintableArea(); // takes the paper of the sheets, also where the setting names none
+    printer.setPageSize(QPageSize(QPageSize::PageSizeId(page.pageSize)));
     printer.setPageOrientation(QPageLayout::Landscape);
 }
 

@@ -19,6 +19,8 @@ private slots:
     void largerFactorSheetIsCutOff();
     void textStaysText();
     void marginsPlaceThePage();
+    void paperIsThatOfTheSheets_data();
+    void paperIsThatOfTheSheets();
     void selectionIsClearedAndBackgroundComesBack();
     void unwritableTarget();
     void pictureOfAnArea();
@@ -155,6 +157,26 @@ void TestPrinting::marginsPlaceThePage()
     QCOMPARE(image.pixelColor(left + 30, top + 10), QColor(Qt::red));
     QCOMPARE(image.pixelColor(left - 3, top + 10), QColor(Qt::white));
     QCOMPARE(image.pixelColor(left + 30, top - 3), QColor(Qt::white));
+}
+
+void TestPrinting::paperIsThatOfTheSheets_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("A3") << 8;
+    QTest::newRow("no paper has the number") << 999;
+    QTest::newRow("a size without a size") << int(QPageSize::Custom);
+    QTest::newRow("negative") << -1;
+}
+
+/// On smaller paper the last pages of the grid would be missing.
+void TestPrinting::paperIsThatOfTheSheets()
+{
+    QFETCH(int, number);
+    QSettings().setValue("pageSize", number);
+    QSettings().setValue("margins", QStringList({"0", "0", "0", "0"}));
+    QPrinter printer(QPrinter::ScreenResolution);
+    SheetPrinter::setUpPage(printer);
+    QCOMPARE(printer.pageLayout().fullRectPixels(printer.resolution()).size(), pageSize());
 }
 
 void TestPrinting::selectionIsClearedAndBackgroundComesBack()
