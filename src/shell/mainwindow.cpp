@@ -130,6 +130,8 @@ void MainWindow::clearInterface()
         disconnect(formView, nullptr, sheet.second, nullptr);
     }
     sheets.clear();
+    // With the form in front no tab change follows that would bring it back.
+    currentScene = mainScene;
     mainScene->clear();
     formView->clearForm();
     formTouched = false;

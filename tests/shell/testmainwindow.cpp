@@ -23,6 +23,7 @@ private slots:
     void zoomOnTheFormTabChangesNoSheet();
     void headerLeadsToTheForm();
     void clearTakesSheetsAway();
+    void clearBehindTheForm();
     void clearTwiceInOneTurn();
     void helpOpensEachTime();
     void cleanupTestCase();
@@ -213,6 +214,22 @@ void TestMainWindow::clearTakesSheetsAway()
     QVERIFY(tw.chart()->getProjectItems().isEmpty());
     QCOMPARE(tw.window.getSceneForParent("{any}"), tw.chart());
     QVERIFY(!tw.file->isDirty());
+}
+
+/// What is pasted or exported next must not go to a sheet that nobody sees.
+void TestMainWindow::clearBehindTheForm()
+{
+    TestWindow &tw = get();
+    tw.empty();
+    tw.makeFactor(tw.addNote("Event", QPointF(200, 200)));
+    tw.tabs->setCurrentIndex(2);
+    QCoreApplication::processEvents();
+    tw.tabs->setCurrentIndex(0);
+    QCoreApplication::processEvents();
+    QVERIFY(tw.window.getCurrentScene() != tw.chart());
+    tw.window.clearInterface();
+    QCoreApplication::processEvents();
+    QCOMPARE(tw.window.getCurrentScene(), tw.chart());
 }
 
 void TestMainWindow::clearTwiceInOneTurn()
