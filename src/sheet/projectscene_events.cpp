@@ -204,6 +204,8 @@ void ProjectScene::startLine(int tool, const QPointF &scenePos)
 void ProjectScene::finishLine(Sticky *noteUnderPointer)
 {
     Line *line = std::exchange(newLine, nullptr);
+    if (line->scene() != this)
+        return; // deleted under the mouse, and its undo step still knows it
     const Sticky *startNote = line->getStartConnection().item;
     const bool backAtStart = startNote && startNote == noteUnderPointer;
     if (line->length() >= ShortestLine && !backAtStart) {

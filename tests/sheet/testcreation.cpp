@@ -36,6 +36,7 @@ private slots:
     void lineTooShort();
     void lineBackToItsNote();
     void lineFromNoteToNote();
+    void lineDeletedWhileItIsDrawn();
     void lineEndsThoughTheToolChanged();
 
     void moveIsOneStep();
@@ -475,6 +476,22 @@ void TestCreation::lineFromNoteToNote()
     QCOMPARE(lines.first()->getEndConnection().side, Sticky::LeftSide);
     QCOMPARE(sheet.getSteps(), 1);
     QCOMPARE(from->pos(), QPointF(100, 200));
+}
+
+void TestCreation::lineDeletedWhileItIsDrawn()
+{
+    Sheet sheet;
+    QVERIFY(sheet.show());
+    sheet.program.tool = ConnectorTool;
+    sheet.press(QPointF(100, 200));
+    sheet.scene.deleteSelectedItems();
+    sheet.move(QPointF(103, 203));
+    sheet.release(QPointF(103, 203));
+
+    QVERIFY(sheet.scene.getProjectItems().isEmpty());
+    QCOMPARE(sheet.getSteps(), 1);
+    sheet.scene.getUndoStack()->undo();
+    QCOMPARE(sheet.scene.getProjectItems().size(), 1);
 }
 
 void TestCreation::lineEndsThoughTheToolChanged()
