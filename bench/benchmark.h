@@ -52,4 +52,5 @@ void benchSave();
 void benchRoute();
 void benchDrag();
 void benchRender();
+void benchPdf();
 void benchPaste();

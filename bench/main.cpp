@@ -17,8 +17,8 @@ struct Benchmark {
 };
 
 constexpr Benchmark benchmarks[] = {
-    {"open", benchOpen}, {"save", benchSave},     {"route", benchRoute},
-    {"drag", benchDrag}, {"render", benchRender}, {"paste", benchPaste},
+    {"open", benchOpen},     {"save", benchSave}, {"route", benchRoute}, {"drag", benchDrag},
+    {"render", benchRender}, {"pdf", benchPdf},   {"paste", benchPaste},
 };
 
 /// Neither the settings nor the data of whoever measures are touched.
