@@ -86,12 +86,13 @@ void FormView::clearForm()
     webView->page()->QWebPage::triggerAction(QWebPage::Reload); // ours refuses to
 }
 
-void FormView::onPageLoaded(bool)
+void FormView::onPageLoaded(bool ok)
 {
     const QMutexLocker locker(&loadMutex);
     mainFrame = webView->page()->mainFrame();
     mainFrame->addToJavaScriptWindowObject("formView", bridge);
-    pageStands = getAllFields(true).count() > 0;
+    // A reload that a second one cut short leaves the fields of a page that is about to go.
+    pageStands = ok && getAllFields(true).count() > 0;
     if (!formData.isEmpty())
         loadData();
     addOnChangeHandlers();

@@ -30,6 +30,7 @@ private slots:
     void stepsRestored_data();
     void stepsRestored();
     void clearEmptiesTheForm();
+    void reloadCutShortKeepsTheValues();
     void handlersAreAddedOnce();
     void changeIsTold();
     void buttonsOfThePage();
@@ -278,6 +279,20 @@ void TestFormView::clearEmptiesTheForm()
     QCOMPARE(form->view.getAllFieldValues().size(), 1);
     QVERIFY(form->waitUntilLoaded());
     QCOMPARE(form->view.getFieldValue("incidentTitle"), QString("Flood"));
+}
+
+/// The page of the first reload still stands when it is given up for the second.
+void TestFormView::reloadCutShortKeepsTheValues()
+{
+    form->view.clearForm();
+    form->view.clearForm();
+    form->view.onFormDataLoaded({{"organisation", formValue("Harbour")}});
+    QSignalSpy loads(form->web, &QWebView::loadFinished);
+    while (loads.isEmpty() || !loads.last().first().toBool()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+        QCOMPARE(form->view.getAllFieldValues().value("organisation").value, QString("Harbour"));
+        QVERIFY(loads.size() < 5);
+    }
 }
 
 void TestFormView::handlersAreAddedOnce()
