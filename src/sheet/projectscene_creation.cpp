@@ -200,7 +200,10 @@ void ProjectScene::onItemMoveFinished(BoxItem *item, const QRectF &oldGeometry)
     const QRectF geometry = item->getGeometry();
     if (geometry.topLeft() == oldGeometry.topLeft() && geometry.size() == oldGeometry.size())
         return;
-    undoStack->push(new GeometryChangeCommand(getSelectedBoxes(),
+    // A handle changes its own box only: taking back a resize must leave the rest of the
+    // selection as it is.
+    const bool resized = geometry.size() != oldGeometry.size();
+    undoStack->push(new GeometryChangeCommand(resized ? QList<BoxItem *>{item} : getSelectedBoxes(),
                                               geometry.topLeft() - oldGeometry.topLeft(),
                                               geometry.size() - oldGeometry.size()));
 }

@@ -543,7 +543,9 @@ void TestCreation::resizeIsAStep()
     Sheet sheet;
     QVERIFY(sheet.show());
     Sticky *note = sheet.addNote(QRectF(100, 200, 120, 80));
+    Sticky *other = sheet.addNote(QRectF(400, 200, 120, 80));
     note->setSelected(true);
+    other->setSelected(true);
     sheet.drag(QPointF(222, 282), QPointF(263, 318));
     QTRY_COMPARE(sheet.getSteps(), 1);
 
@@ -551,6 +553,7 @@ void TestCreation::resizeIsAStep()
     QCOMPARE(sheet.scene.getUndoStack()->undoText(), QString("resize item"));
     sheet.scene.getUndoStack()->undo();
     QCOMPARE(note->getGeometry(), QRectF(100, 200, 120, 80));
+    QCOMPARE(other->getGeometry(), QRectF(400, 200, 120, 80));
 }
 
 void TestCreation::barrierMoves()
