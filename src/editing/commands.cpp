@@ -191,12 +191,12 @@ void RoleChangeCommand::redo()
         note->setRoleType(newRole);
 }
 
-/// Some roles make a note square, and a transfer gets a text of its own.
+/// Some roles make a note square, and a transfer gets a text and an alignment of its own.
 void RoleChangeCommand::takeBackShape(Sticky *note, const CanvasItemInfo &old) const
 {
     if (note->getRect().size() != old.size)
         note->setSize(old.size);
-    if (newRole != "Transfer")
+    if (newRole != "Transfer" && old.role.getTypeName() != "Transfer")
         return;
     note->setTextAlignment(old.textAlignment);
     if (old.text.isEmpty() && note->getText() == "A")

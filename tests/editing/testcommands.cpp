@@ -36,6 +36,7 @@ private slots:
     void role_data();
     void role();
     void transferGivesBackWhatItTook();
+    void transferComesBackAsItWas();
     void property_data();
     void property();
 
@@ -398,6 +399,18 @@ void TestCommands::transferGivesBackWhatItTook()
     note->setText("B");
     stack->undo();
     QCOMPARE(note->getText(), QString("B"));
+}
+
+void TestCommands::transferComesBackAsItWas()
+{
+    Sticky *note = notes.first();
+    note->setRoleType("Transfer");
+    note->setText(QString());
+    note->setTextAlignment(Qt::AlignLeft);
+    stack->push(new RoleChangeCommand({note}, "Event"));
+    stack->undo();
+    QCOMPARE(note->getText(), QString());
+    QCOMPARE(note->getRecord().textAlignment, Qt::Alignment(Qt::AlignLeft));
 }
 
 void TestCommands::property_data()
