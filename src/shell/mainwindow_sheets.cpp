@@ -61,6 +61,7 @@ void MainWindow::onCausalFactorRemoved(Sticky *note)
 {
     if (!sheets.contains(note))
         return;
+    sheets.value(note).second->finishEditing(); // a text under edit reaches its twins
     const Sheet sheet = sheets.take(note);
     undoGroup->removeStack(sheet.second->getUndoStack());
     tabWidget->removeTab(tabWidget->indexOf(sheet.first));

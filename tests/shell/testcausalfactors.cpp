@@ -21,6 +21,7 @@ private slots:
     void factorHasARow();
     void removalTakesAllAway();
     void removalOfTheSheetOnShow();
+    void removalEndsAnEditOnTheSheet();
     void undoneRoleTakesTheSheet();
     void changedNumberRenamesTheTab();
     void loadedFactorHasItsBoxFirst();
@@ -194,6 +195,18 @@ void TestCausalFactors::removalOfTheSheetOnShow()
     QCOMPARE(tw->window.getCurrentScene(), tw->chart());
     tw->action("Paste")->trigger();
     QVERIFY(tw->chart()->getProjectItems().contains(note));
+}
+
+void TestCausalFactors::removalEndsAnEditOnTheSheet()
+{
+    Sticky *note = tw->addNote("Event", QPointF(200, 400));
+    tw->makeFactor(note);
+    QPointer<ProjectScene> gone = sheet();
+    gone->onEditingStarted(find("Causal_Factor"));
+    QVERIFY(!tw->action("Paste")->isEnabled());
+    note->setRoleType("Event");
+    QTRY_VERIFY(!gone);
+    QVERIFY(tw->action("Paste")->isEnabled());
 }
 
 void TestCausalFactors::undoneRoleTakesTheSheet()
