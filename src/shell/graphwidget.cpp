@@ -139,12 +139,15 @@ void GraphWidget::wheelEvent(QWheelEvent *event)
     const QPointF before = mapToScene(pos);
     emit doZoom(event->angleDelta().y() > 0);
     const QPointF difference = mapToScene(pos) - before;
-    centerOn(getViewCentre() - difference);
+    // centerOn() cuts fractions of a pixel off: they would add up over the turns.
+    const QPointF halfPixel = QPointF(0.5, 0.5) / transform().m11();
+    centerOn(getViewCentre() - difference + halfPixel);
 }
 
 QPointF GraphWidget::getViewCentre() const
 {
-    return mapToScene(QPoint(viewport()->width() / 2, viewport()->height() / 2));
+    const QPointF centre(viewport()->width() / 2.0, viewport()->height() / 2.0);
+    return viewportTransform().inverted().map(centre);
 }
 
 void GraphWidget::updateEdgeScrolling(const QPoint &pos)
