@@ -135,6 +135,8 @@ void GraphWidget::wheelEvent(QWheelEvent *event)
         QGraphicsView::wheelEvent(event);
         return;
     }
+    if (event->angleDelta().y() == 0)
+        return; // a touchpad ends its gestures so
     const QPoint pos = event->position().toPoint();
     const QPointF before = mapToScene(pos);
     emit doZoom(event->angleDelta().y() > 0);
