@@ -1,16 +1,20 @@
-#include "acceptance/xuser.h"
+#include "acceptance/windowuser.h"
 #include "dialogs.h"
-#include "form/formview.h"
-#include "shell/graphwidget.h"
-#include "shell/mainwindow.h"
 #include "shell/supportfiles.h"
 #include "testmain.h"
 
 #include <QClipboard>
-#include <QTabBar>
-#include <QWebElement>
-#include <QWebFrame>
-#include <QWebView>
+#include <QRegularExpression>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+
+namespace
+{
+
+const QString Foreign =
+    QString::fromUtf8("\u7d50\u679c \u05e9\u05dc\u05d5\u05dd \U0001F525 \"\u00df\"");
+
+} // namespace
 
 /// Somebody fills in the form of the sample with mouse and keyboard, beside its charts.
 class TestFillForm : public QObject
@@ -23,77 +27,46 @@ private slots:
 
     void typingShowsOnEverySheet();
     void tabLeadsThroughTheCard();
-    void noteShowsOnTheForm();
+    void notesShowOnTheForm();
     void factorsTradeNumbers();
+    void leavingTheTabLosesNothing();
+    void savingInMidWordLosesNothing();
     void everyByteIsSavedAndRead();
+    void closingInMidWordLosesNothing();
 
 private:
-    void show(int tab);
-    QPoint fieldAt(const QString &id) const;
-    void typeInto(const QString &id, const QString &text);
-    QPoint at(const QPointF &scenePos) const;
     Sticky *noteWithRole(const QString &role) const;
     Sticky *factor(int number) const;
+    QPointF centreOf(Sticky *note) const;
+    QStringList twinsOf(Sticky *note) const;
     QStringList textsOfTwins(Sticky *note) const;
-    QString value(const QString &id) const { return form->getFieldValue(id); }
+    QString value(const QString &id) const { return user->valueOf(id); }
+    QString storedValue(const QString &id) const;
+    QString path() const { return folder.filePath("sample.epf"); }
 
     QTemporaryDir folder;
-    MainWindow *window = nullptr;
+    std::unique_ptr<MainWindow> window;
+    std::unique_ptr<WindowUser> user;
     FormView *form = nullptr;
-    QWebView *web = nullptr;
-    QTabWidget *tabs = nullptr;
 };
 
 void TestFillForm::initTestCase()
 {
     copySupportFiles();
-    const QString path = folder.filePath("sample.epf");
-    QVERIFY(QFile::copy(QCoreApplication::applicationDirPath() + "/sample.epf", path));
-    window = new MainWindow(nullptr);
-    window->openProject(path, false);
-    QVERIFY(QTest::qWaitForWindowActive(window));
+    QVERIFY(QFile::copy(QCoreApplication::applicationDirPath() + "/sample.epf", path()));
+    window = std::make_unique<MainWindow>(nullptr);
+    user = std::make_unique<WindowUser>(window.get());
+    window->openProject(path(), false);
+    QVERIFY(QTest::qWaitForWindowActive(window.get()));
     QTest::qWait(500); // the window manager maximizes
-    form = window->findChild<FormView *>();
-    web = form->findChild<QWebView *>();
-    tabs = window->findChild<QTabWidget *>();
+    form = user->form();
     QTRY_VERIFY(!form->getAllFields(true).toList().isEmpty());
     QTRY_COMPARE(value("incidentTitle"), QString("Rack collapse in cold store 2"));
 }
 
 void TestFillForm::cleanupTestCase()
 {
-    delete window;
-}
-
-void TestFillForm::show(int tab)
-{
-    QTabBar *bar = tabs->tabBar();
-    XUser::click(bar->mapToGlobal(bar->tabRect(tab).center()));
-    QTRY_COMPARE(tabs->currentIndex(), tab);
-}
-
-/// A place inside the field's left edge, once it has been scrolled into view.
-QPoint TestFillForm::fieldAt(const QString &id) const
-{
-    QWebFrame *frame = web->page()->mainFrame();
-    QWebElement field = frame->findFirstElement("#" + id);
-    field.evaluateJavaScript("window.scrollBy(0, this.getBoundingClientRect().top - 300)");
-    const QRect place = field.geometry().translated(-frame->scrollPosition());
-    return web->mapToGlobal(QPoint(place.left() + 8, place.center().y()));
-}
-
-void TestFillForm::typeInto(const QString &id, const QString &text)
-{
-    XUser::click(fieldAt(id));
-    XUser::press("ctrl+a");
-    XUser::type(text);
-}
-
-QPoint TestFillForm::at(const QPointF &scenePos) const
-{
-    auto *view = qobject_cast<GraphWidget *>(tabs->currentWidget());
-    view->centerOn(scenePos);
-    return view->viewport()->mapToGlobal(view->mapFromScene(scenePos));
+    window.reset();
 }
 
 Sticky *TestFillForm::noteWithRole(const QString &role) const
@@ -114,28 +87,60 @@ Sticky *TestFillForm::factor(int number) const
     return nullptr;
 }
 
-/// What the copies of a note on the factors' sheets say.
+/// In view, so that the mouse reaches it.
+QPointF TestFillForm::centreOf(Sticky *note) const
+{
+    const QPointF centre = note->mapRectToScene(note->getRect()).center();
+    user->view()->centerOn(centre);
+    return centre;
+}
+
+/// The copies of a note on the factors' sheets.
+QStringList TestFillForm::twinsOf(Sticky *note) const
+{
+    QStringList twins;
+    for (const QString &id : note->getSiblings()) {
+        if (window->getNoteWithGUID(id))
+            twins << id;
+    }
+    return twins;
+}
+
 QStringList TestFillForm::textsOfTwins(Sticky *note) const
 {
     QStringList texts;
-    for (const QString &id : note->getCanvasItemInfo().siblings) {
-        if (Sticky *twin = window->getNoteWithGUID(id))
-            texts << twin->getText();
-    }
+    for (const QString &id : twinsOf(note))
+        texts << window->getNoteWithGUID(id)->getText();
     return texts;
+}
+
+/// As the file holds it.
+QString TestFillForm::storedValue(const QString &id) const
+{
+    QString value;
+    {
+        QSqlDatabase file = QSqlDatabase::addDatabase("QSQLITE", "look");
+        file.setDatabaseName(path());
+        file.open();
+        QSqlQuery query(file);
+        if (query.exec("SELECT value FROM formdata WHERE id = '" + id + "'") && query.next())
+            value = query.value(0).toString();
+    }
+    QSqlDatabase::removeDatabase("look");
+    return value;
 }
 
 void TestFillForm::typingShowsOnEverySheet()
 {
-    show(0);
+    user->openTab("Investigation Form");
     Sticky *loss = noteWithRole("Loss");
     QVERIFY(!window->isWindowModified());
-    typeInto("loss", "A foot is \"crushed\"");
+    user->typeIntoField("loss", "A foot is \"crushed\"");
     QTRY_COMPARE(loss->getText(), QString("A foot is \"crushed\""));
     QCOMPARE(textsOfTwins(loss), QStringList({loss->getText(), loss->getText(), loss->getText()}));
     QVERIFY(window->isWindowModified());
 
-    typeInto("causalFactor_text_2", "It's dented");
+    user->typeIntoField("causalFactor_text_2", "It's dented");
     XUser::press("Return");
     XUser::type("since July");
     QTRY_COMPARE(factor(2)->getText(), QString("It's dented\nsince July"));
@@ -145,7 +150,7 @@ void TestFillForm::typingShowsOnEverySheet()
 
 void TestFillForm::tabLeadsThroughTheCard()
 {
-    typeInto("causalFactor_text_3", "Driven out");
+    user->typeIntoField("causalFactor_text_3", "Driven out");
     XUser::press("Tab");
     XUser::press("ctrl+a");
     XUser::type("Seen daily");
@@ -167,17 +172,25 @@ void TestFillForm::tabLeadsThroughTheCard()
     XUser::takeShot("form-2-card");
 }
 
-void TestFillForm::noteShowsOnTheForm()
+void TestFillForm::notesShowOnTheForm()
 {
-    show(1);
+    user->openTab("ECS Chart");
     Sticky *note = factor(1);
-    XUser::doubleClick(at(note->sceneBoundingRect().center()));
-    QTRY_VERIFY(note->isEditing());
-    XUser::press("ctrl+a");
-    XUser::type("The beam was lowered");
-    XUser::press("Escape");
+    user->typeInto(centreOf(note), "The beam was lowered");
     QTRY_COMPARE(value("causalFactor_text_1"), QString("The beam was lowered"));
-    show(0);
+    QCOMPARE(textsOfTwins(note), QStringList("The beam was lowered"));
+
+    // From a factor's own sheet, in letters that no key of this display has.
+    user->openTab("Causal Factor 1");
+    Sticky *twin = window->getNoteWithGUID(twinsOf(note).first());
+    QApplication::clipboard()->setText(Foreign);
+    user->beginEditing(centreOf(twin));
+    XUser::press("ctrl+v");
+    XUser::press("Escape");
+    QTRY_COMPARE(value("causalFactor_text_1"), Foreign);
+    QCOMPARE(note->getText(), Foreign);
+
+    user->openTab("Investigation Form");
     XUser::takeShot("form-3-note");
 }
 
@@ -195,8 +208,10 @@ void TestFillForm::factorsTradeNumbers()
     };
     const QStringList first = readCard(1), third = readCard(3);
     QVERIFY(first != third);
+    QCOMPARE(first.filter(QRegularExpression("^$")), QStringList());
+    QCOMPARE(third.filter(QRegularExpression("^$")), QStringList());
 
-    show(1);
+    user->openTab("ECS Chart");
     Sticky *note = factor(1);
     const QRectF place(note->scenePos(), note->getRect().size());
     // The number's dialog is answered by one timer, the question after it by another.
@@ -214,13 +229,35 @@ void TestFillForm::factorsTradeNumbers()
         }
         return dialog != nullptr;
     });
-    XUser::doubleClick(at(place.topRight() + QPointF(-3, 3)));
+    user->view()->centerOn(place.center());
+    XUser::doubleClick(user->at(place.topRight() + QPointF(-3, 3)));
     QTRY_VERIFY(question.wasAsked());
     QVERIFY(number.wasAsked());
     QTRY_COMPARE(note->getCausalFactorNumber(), 3);
     QCOMPARE(readCard(3), first);
     QCOMPARE(readCard(1), third);
     XUser::takeShot("form-4-traded");
+}
+
+void TestFillForm::leavingTheTabLosesNothing()
+{
+    user->openTab("Investigation Form");
+    user->typeIntoField("causalFactor_text_2", "Left in mid");
+    user->openTab("ECS Chart");
+    QCOMPARE(factor(2)->getText(), QString("Left in mid"));
+    QCOMPARE(value("causalFactor_text_2"), QString("Left in mid"));
+}
+
+void TestFillForm::savingInMidWordLosesNothing()
+{
+    user->openTab("Investigation Form");
+    user->typeIntoField("lossOfControl", "Saved in mid");
+    XUser::press("ctrl+s");
+    QTRY_VERIFY(!window->isWindowModified());
+    XUser::type(" word");
+    QTRY_COMPARE(noteWithRole("Loss_Of_Control")->getText(), QString("Saved in mid word"));
+    QVERIFY(window->isWindowModified());
+    QCOMPARE(storedValue("lossOfControl"), QString("Saved in mid"));
 }
 
 void TestFillForm::everyByteIsSavedAndRead()
@@ -230,9 +267,9 @@ void TestFillForm::everyByteIsSavedAndRead()
                                             "\u7d50\u679c \u05e9\u05dc\u05d5\u05dd \U0001F525 ");
     const QString text = (words.repeated(20) + "\n").repeated(100);
     QVERIFY(text.toUtf8().size() > 100000);
-    show(0);
+    user->openTab("Investigation Form");
     QApplication::clipboard()->setText(text);
-    XUser::click(fieldAt("evidence"));
+    XUser::click(user->fieldAt("evidence"));
     XUser::press("ctrl+a");
     XUser::press("ctrl+v");
     QTRY_VERIFY_WITH_TIMEOUT(value("evidence") == text, 20000);
@@ -240,13 +277,23 @@ void TestFillForm::everyByteIsSavedAndRead()
     XUser::press("ctrl+s");
     QTRY_VERIFY_WITH_TIMEOUT(!window->isWindowModified(), 20000);
     const FormValues saved = form->getAllFieldValues();
-    window->openProject(folder.filePath("sample.epf"), false);
+    window->openProject(path(), false);
     QTRY_COMPARE(form->getAllFieldValues().size(), saved.size());
     QTRY_VERIFY(value("evidence") == text);
     const FormValues read = form->getAllFieldValues();
     for (auto field = saved.cbegin(); field != saved.cend(); ++field)
         QVERIFY2(read.value(field.key()).value == field->value, qPrintable(field.key()));
     XUser::takeShot("form-5-reopened");
+}
+
+void TestFillForm::closingInMidWordLosesNothing()
+{
+    user->typeIntoField("causalFactor_text_2", "Closed in mid");
+    XUser::answerNextDialog({"key", "Return"}); // Save
+    XUser::press("alt+F4");
+    QTRY_VERIFY(!window->isVisible());
+    QCOMPARE(storedValue("causalFactor_text_2"), QString("Closed in mid"));
+    QCOMPARE(factor(2)->getText(), QString("Closed in mid"));
 }
 
 EXAMINER_TEST_MAIN(TestFillForm)
