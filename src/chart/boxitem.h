@@ -24,7 +24,9 @@ public:
     void handleResizeEvent(QGraphicsSceneMouseEvent *event);
 
 signals:
+    /// A note's move or resize by the mouse begins; a barrier sends neither this nor moved.
     void moveStarted();
+    /// The note has another position or size, by whatever means.
     void moved(BoxItem *item);
     /// With scene position and size as they were at the press.
     void moveFinished(BoxItem *item, const QRectF &oldGeometry);

@@ -12,6 +12,7 @@
 /// The record through which an item is born, saved, copied and pasted.
 struct CanvasItemInfo {
     CanvasItemInfo() { clear(); }
+    /// Back to the defaults of an empty note of role "Event".
     void clear();
 
     int type; ///< a tool id or NoteItemType; anything else makes no item

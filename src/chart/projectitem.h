@@ -49,6 +49,7 @@ public:
     virtual void setSize(QSizeF size) = 0;
 
 public slots:
+    /// `doItFast` while the size changes under the mouse.
     virtual void relayout(bool doItFast);
     void relayout() { relayout(false); }
 

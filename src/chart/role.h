@@ -41,9 +41,12 @@ public:
 
     /// The type of a display name; "Event" when no row has it.
     static QString typeFromName(const QString &displayName);
+    /// Words in any case: "dashed" or "solid", "rectangle", "oval" (a rounded rectangle),
+    /// "plate" (a diamond) or "ellipse". Another word is a solid pen, a rectangle.
     static RoleInfo makeRoleInfo(const QString &type, const QString &name,
                                  const QString &brushColor, const QString &penColor,
                                  const QString &lineStyle, const QString &shape);
+    /// Paints icons, so the application must stand.
     static void loadAllRoles();
 
 private:

@@ -47,9 +47,13 @@ public:
     int getCausalFactorNumber() const;
     bool isEditing() const { return editing; }
 
+    // What is new goes on to the siblings, except for the mark and the shadow.
     void setText(const QString &text);
+    /// The note follows the standard font from now on.
     void setDefaultFont(const QFont &font);
+    /// The note keeps this font of its own.
     void setCustomFont(const QFont &font);
+    /// An invalid color shows black.
     void setTextColor(const QColor &color);
     void setTextAlignment(Qt::Alignment alignment);
     void setNotRelevant(bool notRelevant);
@@ -58,8 +62,11 @@ public:
 
     /// Takes the role without asking; the sheet's rules come before.
     void setRoleType(const QString &role);
+    /// Ties a Loss or a Loss Of Control to its form field; other roles have none.
     void addRoleSiblings(const QString &role);
+    /// Forgets the note when it is deleted. Null and a repeat change nothing.
     void addSibling(Sticky *note);
+    /// A GUID or a form field id; nothing tells of its end.
     void addSibling(const QString &id);
     void removeSibling(const QString &id);
     /// Hands the text to every sibling note and form field.
@@ -70,10 +77,13 @@ public:
     void notifySceneAddition();
     void notifySceneRemoval();
 
+    /// (0,0) for NoSide and AutoSide.
     QPointF getEdgeMidPoint(Side side) const;
     /// A band of 10 along each edge; AutoSide further in.
     Side getClosestEdge(const QPointF &p) const;
+    /// The side whose middle is closest to the point.
     Side resolveAutoSide(const QPointF &p) const;
+    /// Where a line that comes from the point meets the side.
     QPointF getConnectionPoint(Side side, const QPointF &p) const;
     /// Marks the edge closest to the point and returns it.
     Side updateLineConnection(const QPointF &p);
@@ -93,11 +103,14 @@ public slots:
     void onSiblingDeleted(Sticky *deletedSticky);
 
 signals:
+    /// It left its sheet or is being destroyed.
     void deleted(Sticky *note);
+    /// Sent while the old role is still in force: to be received queued, like the next.
     void causalFactorAdded(Sticky *note);
     void causalFactorRemoved(Sticky *note);
     void requestCausalFactorNumberChange(Sticky *note);
     void editingStarted(Sticky *note);
+    /// Editing has ended, also without a change.
     void textEdited(Sticky *source, QString from, QString to);
 
 protected:

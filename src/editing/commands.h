@@ -106,6 +106,7 @@ private:
     Qt::Alignment newAlignment;
 };
 
+/// Undone, it also gives back the size, text and alignment that the role changed.
 class RoleChangeCommand : public QUndoCommand
 {
 public:

@@ -66,8 +66,11 @@ public:
     QList<ProjectItem *> getSelectedProjectItems() const;
 
     void setPrintEnabled(bool enabled) { printEnabled = enabled; }
+    /// At least one page and at most MaximumPages each way.
     void setPagesGrid(int rows, int columns);
+    /// Scene units; lays the pages out anew.
     void setPageSize(QSize size);
+    /// Off, the sheet is as it goes on paper: without grid, frames, footers, header and box.
     void setRenderBackground(bool render, bool showFooters, bool showHeader);
     /// As new, except for the default font. Deletes every item that the sheet
     /// ever made, also those that only its undo steps still knew.
@@ -83,12 +86,14 @@ public:
     bool checkRoleChangePermission(const QString &role, const QList<Sticky *> &notes);
     /// Why these notes may not take the role, in the user's words; empty if they may.
     QString getRoleRefusal(const QString &role, const QList<Sticky *> &notes) const;
+    /// Asks first when a sheet goes with a note.
     void deleteSelectedItems();
     void setSelectedNotesAlignment(Qt::Alignment alignment);
     void setSelectedNotesProperty(const QByteArray &property, const QVariant &value);
     void setSelectedLinesProperty(const QByteArray &property, const QVariant &value);
     void setSelectedLinesArrowStyle(Line::ArrowType style);
     void setSelectedLinesStyle(Qt::PenStyle style);
+    /// The new font of all notes without one of their own.
     void setItemsFont(const QFont &font);
     void selectAll();
     void finishEditing();
@@ -111,6 +116,7 @@ public:
 
 public slots:
     ProjectItem *createCanvasItem(CanvasItemInfo &info, bool undo = true);
+    /// As many pages as the items need.
     void checkCanvasSize();
     void updatePageNumberItems();
     void onItemMoveStarted();
