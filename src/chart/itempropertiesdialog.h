@@ -5,6 +5,7 @@
 #include <QColor>
 #include <QDialog>
 #include <QIcon>
+#include <QPointer>
 #include <memory>
 
 class ProjectScene;
@@ -53,8 +54,8 @@ private:
 
     std::unique_ptr<Ui_ItemProperties> ui;
     ProjectScene *scene;
-    Sticky *note;
-    Line *line;
+    QPointer<Sticky> note; // a project that the platform opens meanwhile takes both away
+    QPointer<Line> line;
     QColor lineColor; // this and the next two are invalid until picked
     QColor textColor;
     QColor noteColor;

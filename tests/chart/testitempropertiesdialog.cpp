@@ -25,6 +25,7 @@ private slots:
     void tabsFollowTheSelection();
     void rolesStandInTableOrder();
     void okWithoutChangesPushesNothing();
+    void okAfterTheItemsAreGone();
     void eachChangeOfANoteIsOneStep();
     void changesGoToTheWholeSelection();
     void lineOpensSolidAndThin();
@@ -155,6 +156,14 @@ void TestItemPropertiesDialog::okWithoutChangesPushesNothing()
     open(note, nullptr);
     QVERIFY(find<QRadioButton>("vCenterRadio")->isChecked());
     QVERIFY(find<QRadioButton>("hCenterRadio")->isChecked());
+    dialog->accept();
+    QCOMPARE(dialog->result(), int(QDialog::Accepted));
+    QCOMPARE(getStepTexts(), QStringList());
+}
+
+void TestItemPropertiesDialog::okAfterTheItemsAreGone()
+{
+    sheet->scene.clear();
     dialog->accept();
     QCOMPARE(dialog->result(), int(QDialog::Accepted));
     QCOMPARE(getStepTexts(), QStringList());
