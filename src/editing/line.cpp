@@ -213,6 +213,8 @@ QVariant Line::itemChange(GraphicsItemChange change, const QVariant &value)
         highlightEdges(selected);
         buildPath();
         emit selectionChanged();
+    } else if (change == ItemSceneHasChanged && selected) {
+        highlightEdges(scene()); // an undone line leaves no marks behind
     }
     return ProjectItem::itemChange(change, value);
 }

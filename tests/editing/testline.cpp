@@ -360,6 +360,13 @@ void TestLine::selectionMarksTheEdges()
     QVERIFY(!isMarked(left));
     QVERIFY(!isMarked(right));
     QCOMPARE(changed.size(), 2);
+
+    line->setSelected(true);
+    sheet->removeItem(line);
+    QVERIFY(!isMarked(left));
+    QVERIFY(!isMarked(right));
+    sheet->addItem(line);
+    QVERIFY(isMarked(left));
 }
 
 void TestLine::handles_data()
