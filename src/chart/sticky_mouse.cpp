@@ -110,6 +110,7 @@ void Sticky::finishResize()
     setPos(ChartSheet::getNearestGridPoint(scenePos()));
     const QPointF extent = mapFromScene(ChartSheet::getNearestGridPoint(corner));
     rect.setSize(QSizeF(extent.x(), extent.y()));
+    emit moved(this); // lines have followed the mouse, perhaps for no change in the end
     relayout(false);
     emit moveFinished(this, geometryAtPress);
     update();

@@ -42,6 +42,7 @@ private slots:
     void moveIsOneStep();
     void clickIsNoStep();
     void resizeIsAStep();
+    void linesFollowAResizeThatSnapsBack();
     void barrierMoves();
 
     void imageChosen();
@@ -554,6 +555,23 @@ void TestCreation::resizeIsAStep()
     sheet.scene.getUndoStack()->undo();
     QCOMPARE(note->getGeometry(), QRectF(100, 200, 120, 80));
     QCOMPARE(other->getGeometry(), QRectF(400, 200, 120, 80));
+}
+
+void TestCreation::linesFollowAResizeThatSnapsBack()
+{
+    Sheet sheet;
+    QVERIFY(sheet.show());
+    Sticky *note = sheet.addNote(QRectF(100, 200, 120, 80));
+    Line *line = sheet.addLine(QPointF(220, 240), QPointF(400, 240));
+    line->connectStartPoint(note, Sticky::RightSide);
+    note->setSelected(true);
+    sheet.press(QPointF(222, 282));
+    sheet.move(QPointF(228, 288));
+    QVERIFY(line->getRecord().startPoint != QPointF(220, 240));
+    sheet.release(QPointF(228, 288));
+
+    QCOMPARE(note->getGeometry(), QRectF(100, 200, 120, 80));
+    QCOMPARE(line->getRecord().startPoint, QPointF(220, 240));
 }
 
 void TestCreation::barrierMoves()
