@@ -190,8 +190,10 @@ private:
     QList<ProjectItem *> collectItems() const;
     FormValues collectFormValues() const;
     void tellOfForeignChange();
+    bool keepSnapshot();
     /// Keeps what the user wasn't asked about or could not save. Takes what checkSave gave.
-    void giveUpProject(int answer);
+    /// False when that failed: then an auto-save may be all that is left of the work.
+    bool giveUpProject(int answer);
     bool hasChangedStack() const;
 
     Sheet createSheet(Sticky *note, int number);

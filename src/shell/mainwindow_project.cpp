@@ -71,9 +71,10 @@ void MainWindow::newProject()
     const int answer = checkSave();
     if (answer == 2)
         return;
-    giveUpProject(answer);
+    const bool kept = giveUpProject(answer);
     clearInterface();
-    projectFile->discardAutoSaveFile();
+    if (kept)
+        projectFile->discardAutoSaveFile();
     projectFile->resetOpenFilename();
     setUntitledTitle();
 }
@@ -90,10 +91,10 @@ void MainWindow::openProject(QString openName, bool addToRecentFiles)
     openFilename = openName.isEmpty() ? askOpenName() : openName;
     if (openFilename.isEmpty())
         return;
-    giveUpProject(answer);
+    const bool kept = giveUpProject(answer);
     loadFullInterface();
     clearInterface();
-    if (!openName.endsWith(".autosave"))
+    if (kept && !openName.endsWith(".autosave"))
         projectFile->discardAutoSaveFile();
     readProject(addToRecentFiles);
     openWaitingProject();
@@ -260,16 +261,20 @@ void MainWindow::onHandlerFailed(const QString &message)
 
 void MainWindow::onSnapshotRequested()
 {
-    projectFile->keepSnapshot(collectItems(), collectFormValues());
+    keepSnapshot();
 }
 
-void MainWindow::giveUpProject(int answer)
+bool MainWindow::keepSnapshot()
+{
+    return projectFile->keepSnapshot(collectItems(), collectFormValues());
+}
+
+bool MainWindow::giveUpProject(int answer)
 {
     if (!interfaceLoaded)
-        return;
+        return true;
     const bool savedInVain = answer == 0 && projectFile->isDirty();
-    if (savedInVain || unaskedChanges)
-        onSnapshotRequested();
+    return !(savedInVain || unaskedChanges) || keepSnapshot();
 }
 
 FormValues MainWindow::collectFormValues() const
@@ -311,8 +316,8 @@ void MainWindow::closeEvent(QCloseEvent *event)
     const int answer = checkSave();
     if (answer == 2)
         return;
-    giveUpProject(answer);
-    if (projectFile)
+    const bool kept = giveUpProject(answer);
+    if (projectFile && kept)
         projectFile->discardAutoSaveFile();
     event->accept();
 }

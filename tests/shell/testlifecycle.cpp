@@ -43,6 +43,7 @@ private slots:
     void autoSaveOfACrashIsKept();
     void closingAsks();
     void closingKeepsWhatCouldNotBeSaved();
+    void closingLeavesTheAutoSaveThatAloneHoldsTheWork();
     void closingKeepsWhatNobodyAskedAbout();
     void undoneWorkIsNotKept();
     void longEditingIsKept();
@@ -520,6 +521,23 @@ void TestLifecycle::closingKeepsWhatCouldNotBeSaved()
     QVERIFY(tw->window.close());
     QVERIFY(save.wasAsked() && cancelled.wasAsked());
     QCOMPARE(keptCopies().size(), 1);
+    tw->window.show();
+}
+
+void TestLifecycle::closingLeavesTheAutoSaveThatAloneHoldsTheWork()
+{
+    QFile inTheWay(dataFile("kept"));
+    QVERIFY(QDir(dataFile("kept")).removeRecursively() && inTheWay.open(QIODevice::WriteOnly));
+    tw->makeDirty();
+    tw->window.onAutoSaveRequested();
+    BoxAnswer save(QMessageBox::Save);
+    DialogAnswer cancelled([](QWidget *widget) {
+        return qobject_cast<QFileDialog *>(widget) && cancellation()(widget);
+    });
+    QVERIFY(tw->window.close());
+    QVERIFY(save.wasAsked() && cancelled.wasAsked());
+    QVERIFY(QFile::remove(dataFile("untitled.autosave")));
+    QVERIFY(inTheWay.remove());
     tw->window.show();
 }
 
