@@ -286,7 +286,7 @@ private:
     RegistrationCheck registrationCheck;
 
     bool formTouched = false;    // since the last save or opening
-    bool unaskedChanges = false; // the dirty mark fell although something stayed unsaved
+    bool unaskedChanges = false; // something is unsaved that the dirty mark does not tell
     bool storing = false;        // from the first progress event to the end of a save
     QString waitingOpenName;     // asked for while the file was busy
 };

@@ -75,6 +75,7 @@ void MainWindow::onCausalFactorRemoved(Sticky *note)
 
 void MainWindow::onCausalFactorChanged(Sticky *note)
 {
+    unaskedChanges = true; // a new number is no undo step, so nobody would ask about it
     GraphWidget *view = sheets.value(note).first;
     if (view)
         tabWidget->setTabText(tabWidget->indexOf(view),
