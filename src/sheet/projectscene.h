@@ -191,6 +191,7 @@ private:
     bool askToReduce(const QPixmap &image);
     void moveHighlight(int tool, const QPointF &scenePos);
 
+    QGraphicsItem *getItemUnder(const QGraphicsSceneContextMenuEvent *event) const;
     void startLine(int tool, const QPointF &scenePos);
     void finishLine(Sticky *noteUnderPointer);
     void moveSelectedBoxes(const QPointF &step);

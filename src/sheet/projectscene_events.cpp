@@ -8,6 +8,7 @@
 #include <QGraphicsSceneContextMenuEvent>
 #include <QGraphicsSceneDragDropEvent>
 #include <QGraphicsSceneMouseEvent>
+#include <QGraphicsView>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
@@ -173,9 +174,18 @@ void ProjectScene::keyPressEvent(QKeyEvent *event)
     event->accept();
 }
 
+QGraphicsItem *ProjectScene::getItemUnder(const QGraphicsSceneContextMenuEvent *event) const
+{
+    const QWidget *viewport = event->widget();
+    auto *view = viewport ? qobject_cast<QGraphicsView *>(viewport->parentWidget()) : nullptr;
+    // A line's outline holds no point, but a pixel meets it.
+    return view ? view->itemAt(viewport->mapFromGlobal(event->screenPos()))
+                : itemAt(event->scenePos(), QTransform());
+}
+
 void ProjectScene::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
 {
-    const QGraphicsItem *item = itemAt(event->scenePos(), QTransform());
+    const QGraphicsItem *item = getItemUnder(event);
     if (item && item != highlightItem) {
         event->ignore();
         QGraphicsScene::contextMenuEvent(event);

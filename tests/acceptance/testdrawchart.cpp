@@ -20,6 +20,7 @@ private slots:
     void notesAreResizedAndMoved();
     void rolesAreChosen();
     void linesAreDrawn();
+    void aMenuOpensOnALine();
     void aBarrierIsPlaced();
     void everyStepIsUndoneAndRedone();
     void theFileHoldsTheSame();
@@ -39,7 +40,7 @@ void TestDrawChart::initTestCase()
     copySupportFiles();
     window = new MainWindow(nullptr);
     window->newProject();
-    QVERIFY(QTest::qWaitForWindowActive(window));
+    QVERIFY(QTest::qWaitForWindowActive(window, 20000));
     QTest::qWait(500); // the window manager maximizes
     scene = window->getMainScene();
     user = std::make_unique<WindowUser>(window);
@@ -126,6 +127,18 @@ void TestDrawChart::linesAreDrawn()
         }
     }
     XUser::takeShot("draw-5-lines");
+}
+
+void TestDrawChart::aMenuOpensOnALine()
+{
+    const int before = scene->getProjectItems().size();
+    XUser::click(user->at({1300, 700}));
+    QTRY_VERIFY(scene->selectedItems().isEmpty());
+    XUser::answerNextMenu("Delete item(s)", "draw-5a-menu");
+    XUser::click(user->at({800, 440}), 3);
+    QTRY_COMPARE(scene->getProjectItems().size(), before - 1);
+    XUser::press("ctrl+z");
+    QTRY_COMPARE(scene->getProjectItems().size(), before);
 }
 
 void TestDrawChart::aBarrierIsPlaced()

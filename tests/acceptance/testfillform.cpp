@@ -57,7 +57,7 @@ void TestFillForm::initTestCase()
     window = std::make_unique<MainWindow>(nullptr);
     user = std::make_unique<WindowUser>(window.get());
     window->openProject(path(), false);
-    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    QVERIFY(QTest::qWaitForWindowActive(window.get(), 20000));
     QTest::qWait(500); // the window manager maximizes
     form = user->form();
     QTRY_VERIFY(!form->getAllFields(true).toList().isEmpty());

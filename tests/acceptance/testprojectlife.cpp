@@ -87,7 +87,7 @@ struct Program {
         QObject::connect(screen, &IntroScreen::openProjectClicked, &window,
                          &MainWindow::openProject, Qt::QueuedConnection);
         screen->showMaximized();
-        QVERIFY(QTest::qWaitForWindowActive(screen));
+        QVERIFY(QTest::qWaitForWindowActive(screen, 20000));
     }
 
     ~Program() { delete screen; }
@@ -101,7 +101,7 @@ struct Program {
     void waitForWindow()
     {
         QTRY_VERIFY(!screen);
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(QTest::qWaitForWindowActive(&window, 20000));
         QTRY_VERIFY(window.isMaximized());
     }
 
