@@ -25,6 +25,7 @@ namespace
 {
 
 const QSize PreviewSize(480, 320);
+const QMarginsF PaperMargins(18, 15, 15, 15); // millimetres
 
 QUrl getPageAddress(QHelpEngine *helpEngine)
 {
@@ -177,7 +178,9 @@ void FormView::onPrintRequested()
 {
     if (!mainFrame)
         return;
-    QPrintPreviewDialog dialog(this);
+    QPrinter printer;
+    printer.setPageMargins(PaperMargins, QPageLayout::Millimeter);
+    QPrintPreviewDialog dialog(&printer, this);
     connect(&dialog, &QPrintPreviewDialog::paintRequested, mainFrame, &QWebFrame::print);
     dialog.exec();
 }
