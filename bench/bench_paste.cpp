@@ -2,7 +2,7 @@
 #include "benchsheet.h"
 
 #include "chart/sticky.h"
-#include "editing/clipboard.h"
+#include "sheet/clipboard.h"
 
 #include <QApplication>
 #include <QUndoStack>

@@ -1,8 +1,8 @@
 #include "benchmark.h"
 #include "benchsheet.h"
 
-#include "sheet/pageinfo.h"
-#include "shell/sheetprinter.h"
+#include "output/sheetprinter.h"
+#include "support/pageinfo.h"
 
 #include <QApplication>
 #include <QPainter>

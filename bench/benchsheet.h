@@ -1,8 +1,8 @@
 #pragma once
 
 #include "chart/canvasiteminfo.h"
+#include "chart/sheethost.h"
 #include "sheet/projectscene.h"
-#include "sheet/sheethost.h"
 
 #include <QGraphicsRectItem>
 #include <QGraphicsScene>

@@ -5,8 +5,8 @@
 #include "chart/crosslines.h"
 #include "chart/notetext.h"
 #include "chart/resizegrip.h"
+#include "chart/sheethost.h"
 #include "chart/workingdropshadow.h"
-#include "sheet/sheethost.h"
 #include "support/fonts.h"
 
 #include <QGraphicsPixmapItem>

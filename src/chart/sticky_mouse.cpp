@@ -3,8 +3,8 @@
 #include "chart/imagepreviewdialog.h"
 #include "chart/notetext.h"
 #include "chart/resizegrip.h"
+#include "chart/sheethost.h"
 #include "chart/sticky.h"
-#include "sheet/sheethost.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QGraphicsPixmapItem>

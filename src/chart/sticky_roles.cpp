@@ -1,8 +1,8 @@
 #include "chart/chartsheet.h"
 #include "chart/circlednumberitem.h"
 #include "chart/notetext.h"
+#include "chart/sheethost.h"
 #include "chart/sticky.h"
-#include "sheet/sheethost.h"
 
 #include <QDebug>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "chart/line.h"
 #include "chart/sticky.h"
-#include "editing/line.h"
 
 #include <QGraphicsScene>
 #include <QUndoCommand>

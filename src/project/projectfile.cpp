@@ -1,8 +1,8 @@
 #include "project/projectfile.h"
 
 #include "chart/chartsheet.h"
+#include "chart/sheethost.h"
 #include "project/saveprogressdialog.h"
-#include "sheet/sheethost.h"
 
 #include <QDebug>
 #include <QFile>

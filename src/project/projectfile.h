@@ -1,8 +1,8 @@
 #pragma once
 
 #include "chart/canvasiteminfo.h"
-#include "form/formvalue.h"
 #include "project/keptcopies.h"
+#include "support/formvalue.h"
 
 #include <QHash>
 #include <QMutex>

@@ -1,11 +1,11 @@
 #include "project/projectfile.h"
 
 #include "chart/chartsheet.h"
-#include "editing/line.h"
+#include "chart/line.h"
+#include "chart/sheethost.h"
 #include "project/projectreader.h"
 #include "project/saveprogressdialog.h"
 #include "project/sqliteguard.h"
-#include "sheet/sheethost.h"
 
 #include <QCoreApplication>
 #include <QDebug>

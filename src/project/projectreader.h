@@ -1,7 +1,7 @@
 #pragma once
 
 #include "chart/canvasiteminfo.h"
-#include "form/formvalue.h"
+#include "support/formvalue.h"
 
 #include <QHash>
 #include <QSqlDatabase>

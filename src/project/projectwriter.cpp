@@ -1,12 +1,12 @@
 #include "project/projectwriter.h"
 
 #include "chart/chartsheet.h"
+#include "chart/line.h"
 #include "chart/toolid.h"
-#include "editing/line.h"
 #include "project/projectfile.h"
 #include "project/rowvalues.h"
-#include "sheet/pageinfo.h"
 #include "support/fonts.h"
+#include "support/pageinfo.h"
 
 #include <QSet>
 #include <QSettings>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "form/formvalue.h"
 #include "project/rowindex.h"
 #include "project/statement.h"
+#include "support/formvalue.h"
 
 #include <functional>
 

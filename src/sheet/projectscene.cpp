@@ -3,10 +3,10 @@
 #include "chart/sticky.h"
 #include "chart/toolid.h"
 #include "form/formview.h"
-#include "output/headeritem.h"
 #include "project/projectfile.h"
-#include "sheet/pageinfo.h"
+#include "sheet/headeritem.h"
 #include "support/fonts.h"
+#include "support/pageinfo.h"
 
 #include <QGraphicsRectItem>
 #include <QGraphicsView>

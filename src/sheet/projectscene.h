@@ -1,7 +1,7 @@
 #pragma once
 
 #include "chart/chartsheet.h"
-#include "editing/line.h"
+#include "chart/line.h"
 
 #include <QFont>
 #include <QGraphicsScene>

@@ -1,8 +1,8 @@
 #include "sheet/projectscene.h"
 
+#include "chart/sheethost.h"
 #include "chart/svgpicture.h"
 #include "editing/commands.h"
-#include "sheet/sheethost.h"
 #include "support/images.h"
 
 #include <QFileDialog>

@@ -1,7 +1,7 @@
 #include "sheet/projectscene.h"
 
+#include "chart/sheethost.h"
 #include "editing/commands.h"
-#include "sheet/sheethost.h"
 
 #include <QDataStream>
 #include <QGraphicsRectItem>

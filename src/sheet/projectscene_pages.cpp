@@ -1,9 +1,9 @@
-#include "output/footeritem.h"
-#include "output/headeritem.h"
+#include "chart/sheethost.h"
 #include "project/projectfile.h"
-#include "sheet/pageinfo.h"
+#include "sheet/footeritem.h"
+#include "sheet/headeritem.h"
 #include "sheet/projectscene.h"
-#include "sheet/sheethost.h"
+#include "support/pageinfo.h"
 
 #include <QPainter>
 #include <QSettings>

@@ -1,8 +1,8 @@
 #include "sheet/projectscene.h"
 
+#include "chart/sheethost.h"
 #include "editing/commands.h"
 #include "form/formview.h"
-#include "sheet/sheethost.h"
 
 #include <QInputDialog>
 #include <QKeyEvent>

@@ -1,8 +1,8 @@
 #include "shell/accessiblesheet.h"
 
+#include "chart/sheethost.h"
 #include "chart/sticky.h"
 #include "sheet/projectscene.h"
-#include "sheet/sheethost.h"
 #include "shell/graphwidget.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
+#include "output/projectexporter.h"
 #include "shell/application.h"
-#include "shell/projectexporter.h"
 
 #include <QCommandLineParser>
 #include <QDir>

@@ -2,7 +2,7 @@
 #include "shell/application.h"
 #include "shell/introscreen.h"
 #include "shell/mainwindow.h"
-#include "shell/supportfiles.h"
+#include "support/supportfiles.h"
 
 #include <QFile>
 

@@ -1,9 +1,8 @@
 #include "shell/mainwindow.h"
 
-#include "editing/clipboard.h"
 #include "form/formview.h"
 #include "project/projectfile.h"
-#include "sheet/pageinfo.h"
+#include "sheet/clipboard.h"
 #include "shell/aboutdialog.h"
 #include "shell/graphwidget.h"
 #include "shell/introscreen.h"
@@ -11,6 +10,7 @@
 #include "shell/toolstoolbar.h"
 #include "shell/zoomwidget.h"
 #include "support/helpbrowser.h"
+#include "support/pageinfo.h"
 
 #include <QDebug>
 #include <QEvent>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "form/formvalue.h"
+#include "chart/sheethost.h"
 #include "sheet/projectscene.h"
-#include "sheet/sheethost.h"
 #include "shell/exportdialog.h"
 #include "shell/registrationcheck.h"
+#include "support/formvalue.h"
 
 #include <QHash>
 #include <QIcon>

@@ -1,5 +1,5 @@
 #include "chart/sticky.h"
-#include "editing/clipboard.h"
+#include "sheet/clipboard.h"
 #include "shell/mainwindow.h"
 #include "shell/pmiconloader.h"
 

@@ -1,13 +1,13 @@
 #include "form/formview.h"
-#include "form/wordxmlexport.h"
-#include "output/pagesetupdialog.h"
-#include "sheet/pageinfo.h"
+#include "output/sheetprinter.h"
+#include "output/wordxmlexport.h"
 #include "shell/graphwidget.h"
 #include "shell/mainwindow.h"
+#include "shell/pagesetupdialog.h"
 #include "shell/programsettings.h"
 #include "shell/settings.h"
-#include "shell/sheetprinter.h"
 #include "support/fonts.h"
+#include "support/pageinfo.h"
 
 #include <QCoreApplication>
 #include <QFileDialog>

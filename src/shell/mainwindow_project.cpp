@@ -1,9 +1,9 @@
 #include "form/formview.h"
 #include "project/projectfile.h"
 #include "project/saveprogressdialog.h"
-#include "sheet/pageinfo.h"
 #include "shell/graphwidget.h"
 #include "shell/mainwindow.h"
+#include "support/pageinfo.h"
 
 #include <QAction>
 #include <QCloseEvent>

@@ -1,12 +1,12 @@
-#include "editing/line.h"
+#include "chart/line.h"
 #include "form/formview.h"
-#include "output/infoitem.h"
 #include "project/projectfile.h"
-#include "sheet/pageinfo.h"
+#include "sheet/infoitem.h"
 #include "shell/graphwidget.h"
 #include "shell/mainwindow.h"
 #include "shell/projecttabwidget.h"
 #include "shell/zoomwidget.h"
+#include "support/pageinfo.h"
 
 #include <QDebug>
 #include <QUndoGroup>

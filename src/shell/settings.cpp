@@ -1,7 +1,7 @@
 #include "shell/settings.h"
 
-#include "sheet/pageinfo.h"
 #include "support/fonts.h"
+#include "support/pageinfo.h"
 #include "ui_settings.h"
 
 #include <QSettings>

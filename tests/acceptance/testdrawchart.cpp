@@ -1,6 +1,6 @@
 #include "acceptance/windowuser.h"
-#include "shell/supportfiles.h"
 #include "shell/zoomwidget.h"
+#include "support/supportfiles.h"
 #include "testmain.h"
 
 #include <QScrollBar>

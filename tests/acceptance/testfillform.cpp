@@ -1,6 +1,6 @@
 #include "acceptance/windowuser.h"
 #include "dialogs.h"
-#include "shell/supportfiles.h"
+#include "support/supportfiles.h"
 #include "testmain.h"
 
 #include <QClipboard>

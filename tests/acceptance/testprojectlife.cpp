@@ -1,7 +1,7 @@
 #include "acceptance/windowuser.h"
 #include "project/projectfile.h"
 #include "shell/introscreen.h"
-#include "shell/supportfiles.h"
+#include "support/supportfiles.h"
 #include "testmain.h"
 
 #include <QDataStream>

@@ -2,8 +2,8 @@
 
 #include "chart/boxitem.h"
 #include "chart/chartsheet.h"
+#include "chart/sheethost.h"
 #include "chart/sticky.h"
-#include "sheet/sheethost.h"
 
 #include <QApplication>
 #include <QGraphicsScene>

@@ -1,5 +1,5 @@
-#include "chart/itempropertiesdialog.h"
 #include "sheet/sheettesting.h"
+#include "shell/itempropertiesdialog.h"
 
 #include <QCheckBox>
 #include <QColorDialog>

@@ -1,4 +1,4 @@
-#include "editing/clipboard.h"
+#include "sheet/clipboard.h"
 
 #include "sheet/sheettesting.h"
 

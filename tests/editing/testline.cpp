@@ -1,4 +1,4 @@
-#include "editing/line.h"
+#include "chart/line.h"
 
 #include "chart/fakesheet.h"
 #include "chart/toolid.h"

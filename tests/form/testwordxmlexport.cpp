@@ -1,4 +1,4 @@
-#include "form/wordxmlexport.h"
+#include "output/wordxmlexport.h"
 #include "testmain.h"
 
 #include <QDesktopServices>

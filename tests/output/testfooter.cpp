@@ -1,5 +1,5 @@
 #include "chart/role.h"
-#include "output/footeritem.h"
+#include "sheet/footeritem.h"
 
 #include "testmain.h"
 

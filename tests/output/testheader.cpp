@@ -1,4 +1,4 @@
-#include "output/headeritem.h"
+#include "sheet/headeritem.h"
 
 #include "testmain.h"
 

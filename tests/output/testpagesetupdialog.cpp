@@ -1,5 +1,5 @@
-#include "output/pagesetupdialog.h"
 #include "sheet/sheettesting.h"
+#include "shell/pagesetupdialog.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>

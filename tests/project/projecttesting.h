@@ -1,12 +1,12 @@
 #pragma once
 
 #include "chart/chartsheet.h"
+#include "chart/line.h"
+#include "chart/sheethost.h"
 #include "chart/sticky.h"
 #include "chart/svgpicture.h"
 #include "chart/toolid.h"
-#include "editing/line.h"
 #include "project/projectfile.h"
-#include "sheet/sheethost.h"
 
 #include <QGraphicsScene>
 #include <QSqlDatabase>

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "chart/line.h"
+#include "chart/sheethost.h"
 #include "chart/sticky.h"
 #include "dialogs.h"
-#include "editing/line.h"
 #include "sheet/projectscene.h"
-#include "sheet/sheethost.h"
 #include "testmain.h"
 
 #include <QGraphicsView>

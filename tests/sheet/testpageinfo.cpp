@@ -1,4 +1,4 @@
-#include "sheet/pageinfo.h"
+#include "support/pageinfo.h"
 
 #include "testmain.h"
 

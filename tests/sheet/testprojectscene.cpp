@@ -1,7 +1,7 @@
-#include "output/footeritem.h"
-#include "output/headeritem.h"
-#include "output/infoitem.h"
 #include "project/projectfile.h"
+#include "sheet/footeritem.h"
+#include "sheet/headeritem.h"
+#include "sheet/infoitem.h"
 #include "sheettesting.h"
 
 #include <QGraphicsProxyWidget>

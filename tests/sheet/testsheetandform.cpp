@@ -1,5 +1,5 @@
 #include "form/formtesting.h"
-#include "output/headeritem.h"
+#include "sheet/headeritem.h"
 #include "sheettesting.h"
 
 #include <QWebPage>

@@ -1,5 +1,5 @@
 #include "shell/application.h"
-#include "shell/supportfiles.h"
+#include "support/supportfiles.h"
 #include "testmain.h"
 
 #include <QSignalSpy>

@@ -1,4 +1,4 @@
-#include "output/infoitem.h"
+#include "sheet/infoitem.h"
 #include "shell/graphwidget.h"
 #include "windowtesting.h"
 

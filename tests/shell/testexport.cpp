@@ -1,6 +1,6 @@
 #include "dialogs.h"
-#include "sheet/pageinfo.h"
 #include "shell/exportdialog.h"
+#include "support/pageinfo.h"
 #include "windowtesting.h"
 
 #include <QCheckBox>

@@ -1,6 +1,6 @@
-#include "sheet/pageinfo.h"
+#include "output/sheetprinter.h"
 #include "sheet/sheettesting.h"
-#include "shell/sheetprinter.h"
+#include "support/pageinfo.h"
 
 #include <QPainter>
 #include <QPrinter>

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "chart/line.h"
 #include "chart/sticky.h"
 #include "chart/svgpicture.h"
 #include "editing/commands.h"
-#include "editing/line.h"
 #include "form/formview.h"
 #include "project/projectfile.h"
 #include "shell/graphwidget.h"
 #include "shell/mainwindow.h"
 #include "shell/projecttabwidget.h"
-#include "shell/supportfiles.h"
+#include "support/supportfiles.h"
 #include "testmain.h"
 
 #include <QAction>

@@ -1,4 +1,4 @@
-#include "support/pngwriter.h"
+#include "output/pngwriter.h"
 #include "testmain.h"
 
 class TestPngWriter : public QObject

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "form/formvalue.h"
+#include "support/formvalue.h"
 
 #include <QDomDocument>
 #include <QObject>

@@ -1,4 +1,4 @@
-#include "chart/itempropertiesdialog.h"
+#include "shell/itempropertiesdialog.h"
 
 #include "chart/sticky.h"
 #include "sheet/projectscene.h"

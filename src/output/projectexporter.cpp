@@ -1,13 +1,13 @@
-#include "shell/projectexporter.h"
+#include "output/projectexporter.h"
 
 #include "chart/sticky.h"
 #include "form/formview.h"
-#include "form/wordxmlexport.h"
+#include "output/sheetprinter.h"
+#include "output/wordxmlexport.h"
 #include "project/projectfile.h"
-#include "sheet/pageinfo.h"
 #include "sheet/projectscene.h"
-#include "shell/sheetprinter.h"
-#include "shell/supportfiles.h"
+#include "support/pageinfo.h"
+#include "support/supportfiles.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,4 +1,4 @@
-#include "support/pngwriter.h"
+#include "output/pngwriter.h"
 
 #include <csetjmp>
 #include <png.h>

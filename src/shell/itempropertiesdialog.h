@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editing/line.h"
+#include "chart/line.h"
 
 #include <QColor>
 #include <QDialog>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "form/formvalue.h"
-#include "sheet/sheethost.h"
+#include "chart/sheethost.h"
+#include "support/formvalue.h"
 
 #include <QHash>
 #include <QObject>

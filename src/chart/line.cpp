@@ -1,8 +1,8 @@
-#include "editing/line.h"
+#include "chart/line.h"
 
 #include "chart/chartsheet.h"
-#include "editing/routing.h"
-#include "sheet/sheethost.h"
+#include "chart/routing.h"
+#include "chart/sheethost.h"
 
 #include <QCursor>
 #include <QDebug>

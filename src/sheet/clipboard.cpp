@@ -1,7 +1,7 @@
-#include "editing/clipboard.h"
+#include "sheet/clipboard.h"
 
+#include "chart/line.h"
 #include "chart/toolid.h"
-#include "editing/line.h"
 #include "sheet/projectscene.h"
 
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "output/footeritem.h"
+#include "sheet/footeritem.h"
 
 #include "chart/role.h"
 

@@ -1,4 +1,4 @@
-#include "editing/routing.h"
+#include "chart/routing.h"
 
 #include <QLoggingCategory>
 

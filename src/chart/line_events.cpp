@@ -1,7 +1,7 @@
 #include "chart/chartsheet.h"
-#include "editing/line.h"
-#include "editing/routing.h"
-#include "sheet/sheethost.h"
+#include "chart/line.h"
+#include "chart/routing.h"
+#include "chart/sheethost.h"
 
 #include <QGraphicsSceneContextMenuEvent>
 #include <QGraphicsSceneMouseEvent>

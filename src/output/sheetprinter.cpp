@@ -1,8 +1,8 @@
-#include "shell/sheetprinter.h"
+#include "output/sheetprinter.h"
 
-#include "sheet/pageinfo.h"
+#include "output/pngwriter.h"
 #include "sheet/projectscene.h"
-#include "support/pngwriter.h"
+#include "support/pageinfo.h"
 
 #include <QPainter>
 #include <QPrinter>

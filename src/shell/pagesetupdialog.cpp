@@ -1,8 +1,8 @@
-#include "output/pagesetupdialog.h"
+#include "shell/pagesetupdialog.h"
 
+#include "chart/sheethost.h"
 #include "chart/sticky.h"
 #include "sheet/projectscene.h"
-#include "sheet/sheethost.h"
 #include "ui_pagesetupdialog.h"
 
 PageSetupDialog::PageSetupDialog(SheetHost *host)

@@ -1,4 +1,4 @@
-#include "shell/supportfiles.h"
+#include "support/supportfiles.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
