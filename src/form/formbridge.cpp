@@ -1,51 +1,51 @@
 #include "form/formbridge.h"
 
-#include "form/formview.h"
-
 #include <QTimer>
 
 #include <exception>
 
-FormBridge::FormBridge(FormView *view) : QObject(view), view(view) {}
+FormBridge::FormBridge(FormBridgeTarget *target, QObject *parent) : QObject(parent), target(target)
+{
+}
 
 QString FormBridge::getSharedString() const
 {
-    return view->getSharedString();
+    return target->getSharedString();
 }
 
 void FormBridge::setSharedString(const QString &text)
 {
-    view->setSharedString(text);
+    target->setSharedString(text);
 }
 
 void FormBridge::onFieldChanged(const QString &id)
 {
-    guard([this, id] { view->onFieldChanged(id); });
+    guard([this, id] { target->onFieldChanged(id); });
 }
 
 void FormBridge::addOnChangeHandlers()
 {
-    guard([this] { view->addOnChangeHandlers(); });
+    guard([this] { target->addOnChangeHandlers(); });
 }
 
 void FormBridge::onPrintRequested()
 {
-    guard([this] { view->onPrintRequested(); });
+    guard([this] { target->onPrintRequested(); });
 }
 
 void FormBridge::removeCausalFactor(int cfNumber)
 {
-    guard([this, cfNumber] { view->removeCausalFactor(cfNumber); });
+    guard([this, cfNumber] { target->removeCausalFactor(cfNumber); });
 }
 
 void FormBridge::onExportFormClicked()
 {
-    guard([this] { view->onExportFormClicked(); });
+    guard([this] { target->onExportFormClicked(); });
 }
 
 void FormBridge::onChooseImageClicked()
 {
-    guard([this] { view->onChooseImageClicked(); });
+    guard([this] { target->onChooseImageClicked(); });
 }
 
 void FormBridge::guard(const std::function<void()> &action)

@@ -4,7 +4,21 @@
 
 #include <functional>
 
-class FormView;
+/// What the bridge passes the page's calls on to.
+class FormBridgeTarget
+{
+public:
+    virtual ~FormBridgeTarget() = default;
+
+    virtual QString getSharedString() const = 0;
+    virtual void setSharedString(const QString &text) = 0;
+    virtual void onFieldChanged(const QString &id) = 0;
+    virtual void addOnChangeHandlers() = 0;
+    virtual void onPrintRequested() = 0;
+    virtual void removeCausalFactor(int cfNumber) = 0;
+    virtual void onExportFormClicked() = 0;
+    virtual void onChooseImageClicked() = 0;
+};
 
 /// What the form's page sees as window.formView: the documented slots and the shared string,
 /// and nothing else of the widget.
@@ -14,7 +28,7 @@ class FormBridge : public QObject
     Q_PROPERTY(QString sharedString READ getSharedString WRITE setSharedString)
 
 public:
-    explicit FormBridge(FormView *view);
+    FormBridge(FormBridgeTarget *target, QObject *parent);
 
     QString getSharedString() const;
     void setSharedString(const QString &text);
@@ -34,5 +48,5 @@ private:
     /// loop, where the application catches it.
     void guard(const std::function<void()> &action);
 
-    FormView *view; // the parent
+    FormBridgeTarget *target; // not owned; lives as long as the parent
 };

@@ -1,6 +1,5 @@
 #include "form/formview.h"
 
-#include "form/formbridge.h"
 #include "form/formview_page.h"
 #include "support/helptextbrowser.h"
 
@@ -55,7 +54,7 @@ QString getDataUrl(const QImage &image)
 } // namespace
 
 FormView::FormView(QUndoGroup *group, QWidget *parent)
-    : QWidget(parent), bridge(new FormBridge(this)), undoStack(new QUndoStack(group))
+    : QWidget(parent), bridge(new FormBridge(this, this)), undoStack(new QUndoStack(group))
 {
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

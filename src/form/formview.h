@@ -1,12 +1,12 @@
 #pragma once
 
+#include "form/formbridge.h"
 #include "support/formvalue.h"
 
 #include <QMutex>
 #include <QWebElement>
 #include <QWidget>
 
-class FormBridge;
 class HelpTextBrowser;
 class QHelpEngine;
 class QUndoGroup;
@@ -16,7 +16,7 @@ class QWebFrame;
 /// The investigation form: a local page whose elements are the only model. Until the page
 /// stands (before the first load, during a reload), the values last handed over stand for it,
 /// so that nothing is lost on a save.
-class FormView : public QWidget
+class FormView : public QWidget, public FormBridgeTarget
 {
     Q_OBJECT
     Q_PROPERTY(QString sharedString READ getSharedString WRITE setSharedString)
@@ -27,7 +27,7 @@ public:
 
     /// The stack that is active while the form is shown; it never receives a command.
     QUndoStack *getUndoStack() const { return undoStack; }
-    QString getSharedString() const { return sharedString; }
+    QString getSharedString() const override { return sharedString; }
 
     /// Every field in the order radio, text, file, hidden (if asked), textarea, select.
     QWebElementCollection getAllFields(bool includeHidden) const;
@@ -37,7 +37,7 @@ public:
     QString getFieldValue(QWebElement &element) const;
     QString getFieldValue(const QString &id) const;
 
-    void setSharedString(const QString &text) { sharedString = text; }
+    void setSharedString(const QString &text) override { sharedString = text; }
     /// False if the element is null. An empty value never overwrites a text.
     bool setFieldValue(QWebElement &element, const QString &value);
     bool setFieldValue(const QString &id, const QString &value);
@@ -67,13 +67,13 @@ signals:
 
 public slots:
     void onFormDataLoaded(const QHash<QString, FormValue> &values);
-    void onFieldChanged(const QString &id);
+    void onFieldChanged(const QString &id) override;
     /// Wires every field and the two buttons that have no handler of their own.
-    void addOnChangeHandlers();
-    void onPrintRequested();
-    void removeCausalFactor(int cfNumber);
-    void onExportFormClicked();
-    void onChooseImageClicked();
+    void addOnChangeHandlers() override;
+    void onPrintRequested() override;
+    void removeCausalFactor(int cfNumber) override;
+    void onExportFormClicked() override;
+    void onChooseImageClicked() override;
 
 private slots:
     void onPageLoaded(bool ok);

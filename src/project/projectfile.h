@@ -2,6 +2,7 @@
 
 #include "chart/canvasiteminfo.h"
 #include "project/keptcopies.h"
+#include "project/rowvalues.h"
 #include "support/formvalue.h"
 
 #include <QHash>
@@ -25,7 +26,7 @@ class ProjectFile : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int Version = 1; ///< of the file format
+    static constexpr int Version = ProjectVersion;
 
     /// `host` finds sheets and is where progress dialogs stand; it outlives this object.
     explicit ProjectFile(SheetHost *host);
@@ -85,11 +86,16 @@ public:
     QString getItemProperty(QSqlQuery &query, const QString &guid, const QString &name);
     bool setFormValue(QSqlQuery &query, const QString &id, const FormValue &value);
 
-    static QString boolToString(bool value);
-    /// True for exactly "true".
-    static bool stringToBool(const QString &text);
-    static QString alignmentToString(Qt::Alignment alignment);
-    static Qt::Alignment stringToAlignment(const QString &text);
+    static QString boolToString(bool value) { return ::boolToString(value); }
+    static bool stringToBool(const QString &text) { return ::stringToBool(text); }
+    static QString alignmentToString(Qt::Alignment alignment)
+    {
+        return ::alignmentToString(alignment);
+    }
+    static Qt::Alignment stringToAlignment(const QString &text)
+    {
+        return ::stringToAlignment(text);
+    }
 
 public slots:
     /// Restarts the auto-save clock when true, stops it when false.

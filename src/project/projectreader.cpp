@@ -1,7 +1,7 @@
 #include "project/projectreader.h"
 
 #include "chart/toolid.h"
-#include "project/projectfile.h"
+#include "project/rowvalues.h"
 #include "support/fonts.h"
 #include "support/images.h"
 
@@ -175,7 +175,7 @@ void ProjectReader::acceptProjectProperty(const QString &name, const QString &va
         settings.setValue(name, value);
         settings.sync();
     } else if (name == "showPageNumbers" || name == "showLegend" || name == "showHeader") {
-        settings.setValue(name, ProjectFile::stringToBool(value));
+        settings.setValue(name, stringToBool(value));
     } else if (name == "dbVersion") {
         version = number;
     }
@@ -273,7 +273,7 @@ void ProjectReader::acceptItemProperty(const Property &property, CanvasItemInfo 
     const QString &name = property.name;
     const QString &value = property.value;
     if (name == "textAlignment") {
-        info.textAlignment = ProjectFile::stringToAlignment(value);
+        info.textAlignment = stringToAlignment(value);
     } else if (name == "borderLineWidth") {
         info.borderLineWidth = qBound(0, value.toInt(), MaximumBorderLineWidth);
     } else if (name == "arrowStyle") {

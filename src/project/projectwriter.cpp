@@ -3,7 +3,6 @@
 #include "chart/chartsheet.h"
 #include "chart/line.h"
 #include "chart/toolid.h"
-#include "project/projectfile.h"
 #include "project/rowvalues.h"
 #include "support/fonts.h"
 #include "support/pageinfo.h"
@@ -92,7 +91,7 @@ void ProjectWriter::writeProjectProperties()
         require(setProperty("project", name, value), failure);
     };
     const auto getFlag = [&settings](const char *key) {
-        return ProjectFile::boolToString(settings.value(key, true).toBool());
+        return boolToString(settings.value(key, true).toBool());
     };
     write("margins", PageInfo().getMarginsString(), "Couldn't write margins project property");
     write("paperSize", QString::number(settings.value("pageSize", 29).toInt()),
@@ -103,7 +102,7 @@ void ProjectWriter::writeProjectProperties()
           "Couldn't write page numbers project property");
     write("showLegend", getFlag("showLegend"), "Couldn't write legend project property");
     write("showHeader", getFlag("showHeader"), "Couldn't write header project property");
-    write("dbVersion", QString::number(ProjectFile::Version),
+    write("dbVersion", QString::number(ProjectVersion),
           "Couldn't write DB version project property");
 }
 
@@ -171,7 +170,7 @@ void ProjectWriter::writeNoteProperties(const CanvasItemInfo &info)
           "Couldn't write causal factor number property entry");
     write(!info.siblings.isEmpty(), "sibling", info.siblings.join(','),
           "Couldn't write sibling UID property entry");
-    write(true, "textAlignment", ProjectFile::alignmentToString(info.textAlignment),
+    write(true, "textAlignment", alignmentToString(info.textAlignment),
           "Couldn't write text alignment property entry");
     write(info.notRelevant, "notRelevant", "true", "Couldn't write relevancy property entry");
     write(info.borderLineWidth > 0, "borderLineWidth", QString::number(info.borderLineWidth),

@@ -1,7 +1,6 @@
 #include "project/rowvalues.h"
 
 #include "chart/canvasiteminfo.h"
-#include "project/projectfile.h"
 #include "support/fonts.h"
 
 #include <QBuffer>
@@ -51,17 +50,17 @@ QString fontOf(const CanvasItemInfo &info)
     return info.customFont ? encodeFont(info.font) : QString("");
 }
 
-QString ProjectFile::boolToString(bool value)
+QString boolToString(bool value)
 {
     return value ? "true" : "false";
 }
 
-bool ProjectFile::stringToBool(const QString &text)
+bool stringToBool(const QString &text)
 {
     return text == "true";
 }
 
-QString ProjectFile::alignmentToString(Qt::Alignment alignment)
+QString alignmentToString(Qt::Alignment alignment)
 {
     QStringList words;
     if (alignment & Qt::AlignHCenter)
@@ -77,7 +76,7 @@ QString ProjectFile::alignmentToString(Qt::Alignment alignment)
     return words.join(' ');
 }
 
-Qt::Alignment ProjectFile::stringToAlignment(const QString &text)
+Qt::Alignment stringToAlignment(const QString &text)
 {
     static const QHash<QString, Qt::AlignmentFlag> flags = {
         {"AlignHCenter", Qt::AlignHCenter}, {"AlignJustify", Qt::AlignJustify},

@@ -1,7 +1,7 @@
 #include "acceptance/windowuser.h"
 #include "shell/zoomwidget.h"
 #include "support/supportfiles.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QScrollBar>
 #include <QUndoStack>

@@ -1,7 +1,7 @@
 #include "acceptance/windowuser.h"
-#include "dialogs.h"
 #include "support/supportfiles.h"
-#include "testmain.h"
+#include "testing/dialogs.h"
+#include "testing/testmain.h"
 
 #include <QClipboard>
 #include <QRegularExpression>

@@ -2,7 +2,7 @@
 #include "project/projectfile.h"
 #include "shell/introscreen.h"
 #include "support/supportfiles.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QDataStream>
 #include <QTableWidget>

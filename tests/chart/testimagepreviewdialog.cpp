@@ -1,6 +1,6 @@
 #include "chart/imagepreviewdialog.h"
-#include "dialogs.h"
-#include "testmain.h"
+#include "testing/dialogs.h"
+#include "testing/testmain.h"
 
 #include <QClipboard>
 #include <QImageReader>

@@ -1,5 +1,5 @@
-#include "sheet/sheettesting.h"
 #include "shell/itempropertiesdialog.h"
+#include "testing/sheet.h"
 
 #include <QCheckBox>
 #include <QColorDialog>

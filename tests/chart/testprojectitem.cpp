@@ -1,6 +1,6 @@
 #include "chart/resizegrip.h"
 #include "fakesheet.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QSignalSpy>
 

@@ -1,5 +1,5 @@
 #include "chart/role.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 class TestRole : public QObject
 {

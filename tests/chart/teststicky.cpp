@@ -4,7 +4,7 @@
 #include "chart/workingdropshadow.h"
 #include "fakesheet.h"
 #include "support/fonts.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QGraphicsPixmapItem>
 #include <QSettings>

@@ -1,8 +1,8 @@
 #include "chart/circlednumberitem.h"
 #include "chart/notetext.h"
-#include "dialogs.h"
 #include "fakesheet.h"
-#include "testmain.h"
+#include "testing/dialogs.h"
+#include "testing/testmain.h"
 
 #include <QGraphicsEffect>
 #include <QGraphicsPixmapItem>

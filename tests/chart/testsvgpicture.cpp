@@ -1,6 +1,6 @@
 #include "chart/svgpicture.h"
 #include "fakesheet.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QSignalSpy>
 

@@ -1,6 +1,6 @@
 #include "sheet/clipboard.h"
 
-#include "sheet/sheettesting.h"
+#include "testing/sheet.h"
 
 #include <QClipboard>
 #include <QScrollBar>

@@ -1,9 +1,9 @@
 #include "editing/commands.h"
 
-#include "chart/fakesheet.h"
 #include "chart/svgpicture.h"
 #include "chart/toolid.h"
-#include "testmain.h"
+#include "testing/fakes.h"
+#include "testing/testmain.h"
 
 #include <QSignalSpy>
 #include <QUndoStack>

@@ -1,9 +1,9 @@
 #include "chart/line.h"
 
-#include "chart/fakesheet.h"
 #include "chart/toolid.h"
-#include "dialogs.h"
-#include "testmain.h"
+#include "testing/dialogs.h"
+#include "testing/fakes.h"
+#include "testing/testmain.h"
 
 #include <QGraphicsSceneContextMenuEvent>
 #include <QSignalSpy>

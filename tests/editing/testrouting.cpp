@@ -1,6 +1,6 @@
 #include "chart/routing.h"
 
-#include "testmain.h"
+#include "testing/testmain.h"
 
 Q_DECLARE_METATYPE(Sticky::Side)
 

@@ -1,7 +1,7 @@
 #include "chart/canvasiteminfo.h"
-#include "chart/fakesheet.h"
 #include "formtesting.h"
 #include "project/projectfile.h"
+#include "testing/fakes.h"
 
 #include <QHelpEngine>
 #include <QHelpLink>

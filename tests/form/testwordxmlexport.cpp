@@ -1,5 +1,5 @@
 #include "output/wordxmlexport.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QDesktopServices>
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
 #include "chart/role.h"
 #include "sheet/footeritem.h"
 
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QGraphicsGridLayout>
 #include <QGraphicsProxyWidget>

@@ -1,6 +1,6 @@
 #include "sheet/headeritem.h"
 
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QGraphicsScene>
 #include <QGraphicsView>

@@ -1,6 +1,6 @@
 #include "sheet/infoitem.h"
 
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QGraphicsTextItem>
 

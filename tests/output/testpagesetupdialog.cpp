@@ -1,5 +1,5 @@
-#include "sheet/sheettesting.h"
 #include "shell/pagesetupdialog.h"
+#include "testing/sheet.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>

@@ -1,7 +1,7 @@
 #include "project/projectfile.h"
 #include "project/saveprogressdialog.h"
 #include "projecttesting.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QSignalSpy>
 

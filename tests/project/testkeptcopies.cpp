@@ -1,6 +1,6 @@
 #include "project/keptcopies.h"
 #include "projecttesting.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 /// What lies among the kept copies after files were replaced.
 class TestKeptCopies : public QObject

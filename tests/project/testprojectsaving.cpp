@@ -1,6 +1,6 @@
 #include "project/projectfile.h"
 #include "projecttesting.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QSignalSpy>
 

@@ -1,6 +1,6 @@
 #include "support/pageinfo.h"
 
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QPageSize>
 

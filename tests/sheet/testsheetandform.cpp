@@ -1,6 +1,6 @@
-#include "form/formtesting.h"
 #include "sheet/headeritem.h"
 #include "sheettesting.h"
+#include "testing/form.h"
 
 #include <QWebPage>
 

@@ -1,6 +1,6 @@
-#include "sheet/sheettesting.h"
 #include "shell/accessiblesheet.h"
 #include "shell/graphwidget.h"
+#include "testing/sheet.h"
 
 #include <QElapsedTimer>
 

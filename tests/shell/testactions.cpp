@@ -1,6 +1,6 @@
-#include "dialogs.h"
 #include "shell/pmiconloader.h"
 #include "shell/toolstoolbar.h"
+#include "testing/dialogs.h"
 #include "windowtesting.h"
 
 #include <QColorDialog>

@@ -1,6 +1,6 @@
 #include "shell/application.h"
 #include "support/supportfiles.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QSignalSpy>
 

@@ -1,6 +1,6 @@
-#include "dialogs.h"
 #include "shell/exportdialog.h"
 #include "support/pageinfo.h"
+#include "testing/dialogs.h"
 #include "windowtesting.h"
 
 #include <QCheckBox>

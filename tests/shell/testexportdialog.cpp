@@ -1,5 +1,5 @@
 #include "shell/exportdialog.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QComboBox>
 #include <QLabel>

@@ -1,4 +1,4 @@
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QDirIterator>
 #include <QImageReader>

@@ -1,5 +1,5 @@
-#include "sheet/sheettesting.h"
 #include "shell/graphwidget.h"
+#include "testing/sheet.h"
 
 #include <QRubberBand>
 #include <QScrollBar>

@@ -1,5 +1,5 @@
 #include "shell/introscreen.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QAction>
 #include <QGroupBox>

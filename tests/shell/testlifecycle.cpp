@@ -1,4 +1,4 @@
-#include "dialogs.h"
+#include "testing/dialogs.h"
 #include "windowtesting.h"
 
 #include <QFileOpenEvent>

@@ -1,6 +1,6 @@
 #include "output/sheetprinter.h"
-#include "sheet/sheettesting.h"
 #include "support/pageinfo.h"
+#include "testing/sheet.h"
 
 #include <QPainter>
 #include <QPrinter>

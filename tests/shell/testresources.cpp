@@ -1,4 +1,4 @@
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QFile>
 #include <QIcon>

@@ -1,9 +1,9 @@
-#include "dialogs.h"
 #include "shell/aboutdialog.h"
 #include "shell/programsettings.h"
 #include "shell/settings.h"
 #include "support/fonts.h"
-#include "testmain.h"
+#include "testing/dialogs.h"
+#include "testing/testmain.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,7 +1,7 @@
 #include "chart/toolid.h"
 #include "shell/toolbutton.h"
 #include "shell/toolstoolbar.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QMainWindow>
 #include <QMenu>

@@ -1,6 +1,6 @@
 #include "shell/projecttabwidget.h"
 #include "shell/zoomwidget.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QAction>
 #include <QLabel>

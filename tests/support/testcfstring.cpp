@@ -1,5 +1,5 @@
 #include "support/qtcfstring.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 namespace
 {

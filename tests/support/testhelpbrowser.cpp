@@ -2,7 +2,7 @@
 #include "support/helpnetworkaccessmanager.h"
 #include "support/helpnetworkreply.h"
 #include "support/helptextbrowser.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QContextMenuEvent>
 #include <QDockWidget>

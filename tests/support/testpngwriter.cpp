@@ -1,5 +1,5 @@
 #include "output/pngwriter.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 class TestPngWriter : public QObject
 {

@@ -1,7 +1,7 @@
 #include "support/enchantspeller.h"
 #include "support/qaspell.h"
 #include "support/spellinghighlighter.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QElapsedTimer>
 #include <QTextBlock>

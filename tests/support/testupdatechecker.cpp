@@ -1,6 +1,6 @@
 #include "support/updatechecker.h"
 #include "support/updatecheckerdialog.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QAction>
 #include <QDesktopServices>

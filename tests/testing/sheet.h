@@ -3,9 +3,9 @@
 #include "chart/line.h"
 #include "chart/sheethost.h"
 #include "chart/sticky.h"
-#include "dialogs.h"
 #include "sheet/projectscene.h"
-#include "testmain.h"
+#include "testing/dialogs.h"
+#include "testing/testmain.h"
 
 #include <QGraphicsView>
 #include <QMenu>

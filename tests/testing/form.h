@@ -1,7 +1,7 @@
 #pragma once
 
 #include "form/formview.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QSignalSpy>
 #include <QUndoGroup>

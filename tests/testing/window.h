@@ -10,7 +10,7 @@
 #include "shell/mainwindow.h"
 #include "shell/projecttabwidget.h"
 #include "support/supportfiles.h"
-#include "testmain.h"
+#include "testing/testmain.h"
 
 #include <QAction>
 #include <QSettings>
