@@ -2,8 +2,8 @@
 #include "chart/crosslines.h"
 #include "chart/notetext.h"
 #include "chart/workingdropshadow.h"
-#include "fakesheet.h"
 #include "support/fonts.h"
+#include "testing/fakes.h"
 #include "testing/testmain.h"
 
 #include <QGraphicsPixmapItem>

@@ -1,7 +1,7 @@
 #include "chart/circlednumberitem.h"
 #include "chart/notetext.h"
-#include "fakesheet.h"
 #include "testing/dialogs.h"
+#include "testing/fakes.h"
 #include "testing/testmain.h"
 
 #include <QGraphicsEffect>

@@ -1,5 +1,5 @@
 #include "chart/svgpicture.h"
-#include "fakesheet.h"
+#include "testing/fakes.h"
 #include "testing/testmain.h"
 
 #include <QSignalSpy>

@@ -1,4 +1,4 @@
-#include "formtesting.h"
+#include "testing/form.h"
 
 #include <QLineEdit>
 #include <QPrinter>

@@ -1,7 +1,7 @@
 #include "chart/canvasiteminfo.h"
-#include "formtesting.h"
 #include "project/projectfile.h"
 #include "testing/fakes.h"
+#include "testing/form.h"
 
 #include <QHelpEngine>
 #include <QHelpLink>

@@ -1,6 +1,6 @@
 #include "project/projectfile.h"
 #include "project/saveprogressdialog.h"
-#include "projecttesting.h"
+#include "testing/project.h"
 #include "testing/testmain.h"
 
 #include <QSignalSpy>

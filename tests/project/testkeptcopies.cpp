@@ -1,5 +1,5 @@
 #include "project/keptcopies.h"
-#include "projecttesting.h"
+#include "testing/project.h"
 #include "testing/testmain.h"
 
 /// What lies among the kept copies after files were replaced.

@@ -1,5 +1,5 @@
 #include "project/projectfile.h"
-#include "projecttesting.h"
+#include "testing/project.h"
 #include "testing/testmain.h"
 
 namespace

@@ -1,4 +1,4 @@
-#include "sheettesting.h"
+#include "testing/sheet.h"
 
 #include <QGraphicsSceneDragDropEvent>
 #include <QMimeData>

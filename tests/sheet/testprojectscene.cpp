@@ -2,7 +2,7 @@
 #include "sheet/footeritem.h"
 #include "sheet/headeritem.h"
 #include "sheet/infoitem.h"
-#include "sheettesting.h"
+#include "testing/sheet.h"
 
 #include <QGraphicsProxyWidget>
 #include <QLabel>

@@ -1,5 +1,5 @@
 #include "form/formview.h"
-#include "sheettesting.h"
+#include "testing/sheet.h"
 
 #include <QKeyEvent>
 

@@ -1,6 +1,6 @@
 #include "sheet/headeritem.h"
-#include "sheettesting.h"
 #include "testing/form.h"
+#include "testing/sheet.h"
 
 #include <QWebPage>
 

@@ -1,7 +1,7 @@
 #include "shell/pmiconloader.h"
 #include "shell/toolstoolbar.h"
 #include "testing/dialogs.h"
-#include "windowtesting.h"
+#include "testing/window.h"
 
 #include <QColorDialog>
 #include <QComboBox>

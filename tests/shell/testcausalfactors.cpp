@@ -1,6 +1,6 @@
 #include "sheet/infoitem.h"
 #include "shell/graphwidget.h"
-#include "windowtesting.h"
+#include "testing/window.h"
 
 #include <QUndoGroup>
 

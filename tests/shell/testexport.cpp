@@ -1,7 +1,7 @@
 #include "shell/exportdialog.h"
 #include "support/pageinfo.h"
 #include "testing/dialogs.h"
-#include "windowtesting.h"
+#include "testing/window.h"
 
 #include <QCheckBox>
 #include <QComboBox>

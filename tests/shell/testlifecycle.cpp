@@ -1,5 +1,5 @@
 #include "testing/dialogs.h"
-#include "windowtesting.h"
+#include "testing/window.h"
 
 #include <QFileOpenEvent>
 #include <QSqlDatabase>

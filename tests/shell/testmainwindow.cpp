@@ -2,7 +2,7 @@
 #include "shell/toolstoolbar.h"
 #include "shell/zoomwidget.h"
 #include "support/helpbrowser.h"
-#include "windowtesting.h"
+#include "testing/window.h"
 
 #include <QUndoGroup>
 
