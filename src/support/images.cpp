@@ -9,8 +9,21 @@ namespace
 
 constexpr qint64 MaximumPixels = 64 * 1000 * 1000;
 
+/// By its content. Drawings name other files and are refused: reading one would show or wait for
+/// whatever it names.
+bool isRaster(QImageReader &reader)
+{
+    static const QList<QByteArray> formats = {"bmp", "gif", "ico", "jpeg", "jpg",  "pbm", "pgm",
+                                              "png", "ppm", "tif", "tiff", "webp", "xbm", "xpm"};
+    return formats.contains(reader.format());
+}
+
 QImage readWithin(QImageReader &reader)
 {
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true); // photos upright
+    if (!isRaster(reader))
+        return QImage();
     const QSize size = reader.size();
     if (size.isValid() && qint64(size.width()) * size.height() > MaximumPixels)
         return QImage();
@@ -28,7 +41,6 @@ QImage readImageFile(const QString &path)
     if (!QFileInfo(path).isFile())
         return QImage();
     QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
     return readWithin(reader);
 }
 

@@ -2,8 +2,8 @@
 
 #include <QImage>
 
-/// The picture in the file; null when it is none, is no regular file, or is
-/// above 64 megapixels by its header.
+/// The picture in the file, upright; null when it is none or a drawing, is no regular file, or
+/// is above 64 megapixels by its header.
 QImage readImageFile(const QString &path);
 
 /// The picture in the bytes, format by detection; null as above.
