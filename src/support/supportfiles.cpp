@@ -42,12 +42,17 @@ void copyIfNeeded(QString source, QString destination)
     QFile::rename(unfinished, destination);
 }
 
+bool makePrivateFolder(const QString &path)
+{
+    return QDir().mkpath(path) &&
+           QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
 void copySupportFiles()
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-    QDir directory("");
-    directory.mkpath(folder);
-    directory.mkpath(folder + "/templates/");
+    makePrivateFolder(folder);
+    makePrivateFolder(folder + "/templates");
     const QString own = QCoreApplication::applicationDirPath();
     const QStringList names = {"/formdata.qhc", "/formdata.qch", "/helpcollection2.qhc",
                                "/examinerhelp2.qch", "/templates/quickstart2.epf"};

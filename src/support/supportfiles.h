@@ -6,5 +6,9 @@
 /// time. Reports nothing: who reads the file meets its absence.
 void copyIfNeeded(QString source, QString destination);
 
-/// Makes the user's data folder and brings the support files there from beside the executable.
+/// Makes a folder with those above it and bars all others from it; false when that fails.
+bool makePrivateFolder(const QString &path);
+
+/// Makes the user's data folder, for the user alone, and brings the support files there from beside
+/// the executable.
 void copySupportFiles();
