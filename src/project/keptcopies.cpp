@@ -1,32 +1,21 @@
 #include "project/keptcopies.h"
 
+#include "project/databasefile.h"
+#include "support/supportfiles.h"
+
 #include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSaveFile>
+
+#include <cstdio>
 
 namespace
 {
 
 constexpr int DatabaseHeaderSize = 100; // bytes
 constexpr int LongestName = 60;         // characters, of what stands behind the time
-const char Journal[] = "-journal";      // what a database needs beside it after a crash
-
-bool copyFile(const QString &source, const QString &target)
-{
-    QFile from(source);
-    QSaveFile to(target);
-    if (!from.open(QIODevice::ReadOnly) || !to.open(QIODevice::WriteOnly))
-        return false;
-    while (!from.atEnd()) {
-        const QByteArray block = from.read(1 << 20);
-        if (block.isEmpty() || to.write(block) != block.size())
-            return false;
-    }
-    return from.error() == QFile::NoError && to.commit();
-}
 
 /// A name that opens as a project and is never taken for an auto-save.
 QString makeFileName(QString name)
@@ -66,32 +55,64 @@ bool KeptCopies::keepCopy(const QString &path)
     const QFileInfo file(path);
     if (!file.isFile() || file.size() == 0 || isOwn(path))
         return true;
-    QDir().mkpath(folder);
     const QString target = makeTarget(file.fileName());
-    // The journal comes first: without it the copy of an interrupted save is a torn file.
-    const bool whole = !QFile::exists(path + Journal) || copyFile(path + Journal, target + Journal);
-    const bool kept = whole && copyFile(path, target);
-    if (!kept) {
+    const bool kept = !target.isNull() && copyDatabase(path, target);
+    if (!kept)
         qDebug() << "Failed to keep a copy of" << path;
-        QFile::remove(target + Journal);
-    }
     prune();
     return kept;
 }
 
+bool KeptCopies::takeAway(const QString &path)
+{
+    const QFileInfo file(path);
+    if (file.isSymLink() || isOwn(path) || file.size() == 0)
+        return removeDatabase(path);
+    const QString target = makeTarget(file.fileName());
+    bool taken = !target.isNull() && moveDatabase(path, target);
+    if (taken)
+        makePrivate(target);
+    else // from another file system, perhaps
+        taken = keepCopy(path) && removeDatabase(path);
+    prune();
+    return taken;
+}
+
+bool KeptCopies::replace(const QString &path, const QString &finishedPath)
+{
+    if (!keepForReplacing(path))
+        return false;
+    // The former file's journal would be played into the new one.
+    removeJournals(path);
+    return std::rename(QFile::encodeName(finishedPath).constData(),
+                       QFile::encodeName(path).constData()) == 0;
+}
+
+bool KeptCopies::keepForReplacing(const QString &path)
+{
+    const QFileInfo file(path);
+    if (file.isSymLink() || !file.isFile() || file.size() == 0 || isOwn(path))
+        return true;
+    const QString target = makeTarget(file.fileName());
+    const bool linked = !target.isNull() && linkDatabase(path, target);
+    if (linked)
+        makePrivate(target);
+    prune();
+    return linked || keepCopy(path);
+}
+
 QString KeptCopies::getTemporaryPath()
 {
-    if (!QDir().mkpath(folder))
+    if (!makePrivateFolder(folder))
         return QString();
     const QString path = folder + "/unfinished";
-    QFile::remove(path + Journal);
-    QFile::remove(path);
-    return path;
+    return removeDatabase(path) && makePrivateFile(path) ? path : QString();
 }
 
 bool KeptCopies::adopt(const QString &temporaryPath, const QString &projectName)
 {
-    const bool moved = QFile::rename(temporaryPath, makeTarget(projectName));
+    const QString target = makeTarget(projectName);
+    const bool moved = !target.isNull() && QFile::rename(temporaryPath, target);
     if (!moved)
         qDebug() << "Failed to keep a snapshot of" << projectName;
     prune();
@@ -100,6 +121,8 @@ bool KeptCopies::adopt(const QString &temporaryPath, const QString &projectName)
 
 QString KeptCopies::makeTarget(const QString &name) const
 {
+    if (!makePrivateFolder(folder))
+        return QString();
     QDateTime time = QDateTime::currentDateTimeUtc();
     QString target;
     do {
@@ -114,8 +137,6 @@ void KeptCopies::prune()
     static const QRegularExpression ours("^\\d{8}-\\d{6}-\\d{3} .*\\.epf$",
                                          QRegularExpression::DotMatchesEverythingOption);
     const QStringList names = QDir(folder).entryList(QDir::Files, QDir::Name).filter(ours);
-    for (int i = 0; i < names.size() - MaximumCount; ++i) {
-        QFile::remove(folder + '/' + names.at(i));
-        QFile::remove(folder + '/' + names.at(i) + Journal);
-    }
+    for (int i = 0; i < names.size() - MaximumCount; ++i)
+        removeDatabase(folder + '/' + names.at(i));
 }

@@ -13,7 +13,7 @@ class KeptCopies
 public:
     static constexpr int MaximumCount = 20;
 
-    /// `folder` is made with the first copy.
+    /// `folder` is made with the first copy, for the user alone.
     explicit KeptCopies(const QString &folder);
 
     /// Whether the file still is as this process left it.
@@ -24,13 +24,21 @@ public:
     /// Copies a file that this process did not write last. A file that is not there, that is
     /// empty or that is no regular one has nothing to keep. False when a copy was due and failed.
     bool keepCopy(const QString &path);
-    /// Where to build a file that adopt() takes; null when the folder can't be made.
+    /// Takes a file away: one that this process wrote last is removed, any other moved in among
+    /// the copies, which takes no room. Of a link the link goes. False when it still stands there.
+    bool takeAway(const QString &path);
+    /// Puts a finished file in the place of another, which is kept at first. False, with both as
+    /// they were, when that fails.
+    bool replace(const QString &path, const QString &finishedPath);
+    /// Where to build a file that adopt() takes, empty at first; null when it can't be made.
     QString getTemporaryPath();
     /// Moves a finished file in under the name of a project; false when that fails.
     bool adopt(const QString &temporaryPath, const QString &projectName);
 
 private:
+    /// Null when the folder can't be made.
     QString makeTarget(const QString &name) const;
+    bool keepForReplacing(const QString &path);
     void prune();
 
     QString folder;                      // without a "/" at its end

@@ -50,7 +50,8 @@ QString ProjectFile::getOpenProjectName() const
 
 bool ProjectFile::requiresFilenamePrompt() const
 {
-    return openFilename == "untitled" || openFilename.isEmpty() || isAutoSaveName(openFilename);
+    return isCopy || openFilename == "untitled" || openFilename.isEmpty() ||
+           isAutoSaveName(openFilename);
 }
 
 bool ProjectFile::isAutoSaveName(const QString &filename)
@@ -83,6 +84,7 @@ void ProjectFile::abandonSave()
 void ProjectFile::resetOpenFilename()
 {
     openFilename = "untitled";
+    isCopy = false;
     openStamp.clear();
     setDirty(false);
     emit projectNameChanged();
@@ -93,10 +95,8 @@ void ProjectFile::discardAutoSaveFile()
     const QString name = getAutoSaveNameForOpenFile();
     const bool exists = QFile::exists(name);
     qDebug() << "Discard auto save file.  Exists? " << exists;
-    if (!exists)
-        return;
-    keepCopy(name);
-    qDebug() << "Trying to discard auto save file:" << QFile::remove(name);
+    if (exists)
+        qDebug() << "Trying to discard auto save file:" << keptCopies.takeAway(name);
 }
 
 void ProjectFile::setLastError(const QString &message)
@@ -105,9 +105,9 @@ void ProjectFile::setLastError(const QString &message)
     lastError = message;
 }
 
-void ProjectFile::keepCopy(const QString &path)
+bool ProjectFile::keepCopy(const QString &path)
 {
-    keptCopies.keepCopy(path);
+    return keptCopies.keepCopy(path);
 }
 
 void ProjectFile::setDirty(bool d)

@@ -49,7 +49,7 @@ public:
     /// False for a file that is gone.
     bool hasChangedOnDisk() const;
 
-    /// Reads all of the file before it emits anything. The name is taken even when it fails.
+    /// Reads all of the file before it emits anything. After a failure the project is untitled.
     /// A restored auto-save asks for a new one through requestAutoSave(), from the event loop.
     bool openFile(const QString &filename);
     /// Reconciles the rows of the file with the items. An error at the commit
@@ -57,7 +57,11 @@ public:
     /// calls abandonSave().
     bool saveFile(const QString &filename, const QList<ProjectItem *> &items,
                   const QHash<QString, FormValue> &formValues);
-    /// After an exception out of saveFile: rolls back and closes the database. The project
+    /// The same into a new file, which takes the place of what stands there when it is whole and
+    /// the former is kept; until then nothing is removed. For a name chosen by the user.
+    bool saveNewFile(const QString &filename, const QList<ProjectItem *> &items,
+                     const QHash<QString, FormValue> &formValues);
+    /// After an exception out of a save: rolls back and closes the database. The project
     /// stays open and dirty. Harmless at any other time.
     void abandonSave();
     void resetOpenFilename();
@@ -67,10 +71,9 @@ public:
     /// Milliseconds of unbroken editing until requestSnapshot(); 10 minutes at first.
     void setSnapshotInterval(int interval) { snapshotTimer.setInterval(interval); }
 
-    /// To be called before a file is removed or replaced, such as one chosen in Save As:
-    /// puts a copy into the kept copies unless this process wrote the file last. A copy
-    /// that fails stops nothing.
-    void keepCopy(const QString &path);
+    /// Puts a copy of a file into the kept copies unless this process wrote the file last. False
+    /// when that fails: then the file must not be removed.
+    bool keepCopy(const QString &path);
     /// Writes the whole project into a new file among the kept copies. Name, dirty mark and
     /// auto-save stay as they are. For work that would else be lost: given up after a failed
     /// save, closed with changes on some sheet, or asked for by requestSnapshot(). False when
@@ -79,7 +82,8 @@ public:
                       const QHash<QString, FormValue> &formValues);
 
     bool createTables(QSqlDatabase &db);
-    void upgradeFileDatabase(QSqlDatabase &db, int version);
+    /// Only version 0 is older. False when a row can't be written; the caller then rolls back.
+    bool upgradeFileDatabase(QSqlDatabase &db, int version);
     bool setItemProperty(QSqlQuery &query, const QString &guid, const QString &name,
                          const QString &value);
     /// Null when there is no such row.
@@ -110,6 +114,9 @@ signals:
     void itemSaved();
     void dirtyChanged(bool dirty);
     void requestAutoSave();
+    /// An older file that can't be written was opened from a copy in its newer form: the user
+    /// has to save it under another name, which requiresFilenamePrompt() tells too.
+    void openedAsCopy();
     /// The project is dirty, and for 10 minutes neither a save nor an auto-save came about:
     /// time for keepSnapshot().
     void requestSnapshot();
@@ -130,18 +137,32 @@ private:
         ProjectFile *file;
     };
 
+    using Write = bool (ProjectFile::*)(const QString &target, const QList<ProjectItem *> &items,
+                                        const QHash<QString, FormValue> &formValues);
+
     static bool isAutoSaveName(const QString &filename);
     bool refuseWhenBusy();
-    QString mirrorNote(QSqlQuery &query, const QString &role, const QString &fieldId);
-    void mirrorCausalFactors(QSqlQuery &query, const QString &lossOfControl);
+    bool isSafeFile(const QString &filename);
+    bool readFile(const QString &filename);
+    /// `guid` becomes that of the note, empty without one.
+    bool mirrorNote(QSqlQuery &query, const QString &role, const QString &fieldId, QString &guid);
+    bool mirrorCausalFactors(QSqlQuery &query, const QString &lossOfControl);
     bool openDatabase(QSqlDatabase &db, const QString &filename);
     bool readVersion(QSqlDatabase &db, int &version);
-    void upgradeOpenedFile(QSqlDatabase &db, const QString &filename, int version);
+    bool upgradeOpenedFile(QSqlDatabase &db, const QString &filename, int version,
+                           const QString &copy);
+    bool upgradeInTransaction(QSqlDatabase &db);
     bool refuse(QSqlDatabase &db, const QString &message);
     bool readContent(QSqlDatabase &db, ProjectContent &content, SaveProgressDialog &progress);
     void deliver(ProjectContent &content, SaveProgressDialog &progress);
     void connectLines(const ProjectContent &content, SaveProgressDialog &progress);
     void finishOpening(const QString &filename, bool fromAutoSave);
+    bool save(const QString &filename, const QList<ProjectItem *> &items,
+              const QHash<QString, FormValue> &formValues, Write write);
+    bool writeInto(const QString &target, const QList<ProjectItem *> &items,
+                   const QHash<QString, FormValue> &formValues);
+    bool writeInPlaceOf(const QString &target, const QList<ProjectItem *> &items,
+                        const QHash<QString, FormValue> &formValues);
     bool openForWriting(QSqlDatabase &db, const QString &filename);
     /// `deletedItems` tells whether the file held items that are gone.
     bool writeProject(QSqlDatabase &db, const QList<ProjectItem *> &items,
@@ -162,6 +183,7 @@ private:
     QMutex saveMutex;
     QString autoSavePath; // ends in "/"
     bool busy = false;
+    bool isCopy = false;        // of a file that can't be written
     bool autoSaveWaits = false; // its time came while a file was opened or saved
     QTimer snapshotTimer;
     KeptCopies keptCopies;

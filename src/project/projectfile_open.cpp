@@ -3,6 +3,7 @@
 #include "chart/chartsheet.h"
 #include "chart/line.h"
 #include "chart/sheethost.h"
+#include "project/databasefile.h"
 #include "project/projectreader.h"
 #include "project/saveprogressdialog.h"
 #include "project/sqliteguard.h"
@@ -13,6 +14,7 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QTemporaryDir>
 #include <QtEndian>
 
 namespace
@@ -26,6 +28,7 @@ constexpr qint64 StepsForSmallFile = 10 * 1000 * 1000;
 constexpr qint64 StepsForUpgrade = 500 * 1000 * 1000;
 
 constexpr int DatabaseHeaderSize = 100; // bytes
+const char DamagedText[] = "This file is damaged.";
 const char NoItems[] = "Failed to get item count from file.";
 
 /// The database takes a scrap of a file for an empty one, and fills up a page that is cut
@@ -33,8 +36,7 @@ const char NoItems[] = "Failed to get item count from file.";
 bool isCutShort(const QString &filename)
 {
     QFile file(filename);
-    if (QFile::exists(filename + "-journal") || QFile::exists(filename + "-wal") ||
-        !file.open(QIODevice::ReadOnly) || file.size() == 0)
+    if (hasJournal(filename) || !file.open(QIODevice::ReadOnly) || file.size() == 0)
         return false;
     const QByteArray header = file.read(DatabaseHeaderSize);
     if (header.size() < DatabaseHeaderSize || !header.startsWith("SQLite format 3"))
@@ -61,17 +63,28 @@ bool ProjectFile::openFile(const QString &filename)
     if (refuseWhenBusy())
         return false;
     const BusyGuard guard(this);
+    const bool opened = readFile(filename);
+    if (!opened)
+        resetOpenFilename(); // what is refused must not be saved over
+    return opened;
+}
+
+bool ProjectFile::readFile(const QString &filename)
+{
     const bool fromAutoSave = isAutoSaveName(filename);
     openFilename = fromAutoSave ? QFileInfo(filename).fileName() : filename;
     openStamp.clear();
+    isCopy = false;
 
     QSqlDatabase db = QSqlDatabase::database(QSqlDatabase::defaultConnection, false);
+    const QTemporaryDir folderForCopy;
     int version = 0;
     int itemCount = 0;
     if (!openDatabase(db, filename) || !readVersion(db, version))
         return false;
-    if (version != Version)
-        upgradeOpenedFile(db, filename, version);
+    if (version != Version &&
+        !upgradeOpenedFile(db, filename, version, folderForCopy.filePath("copy.epf")))
+        return false;
     if (ProjectReader(db).readItemCount(itemCount) != ProjectReader::Done)
         return refuse(db, NoItems);
     SaveProgressDialog progress("Opening file...", itemCount, host->getDialogParent());
@@ -80,7 +93,7 @@ bool ProjectFile::openFile(const QString &filename)
     ProjectContent content;
     if (!readContent(db, content, progress))
         return false;
-    if (version == 0 && db.commit())
+    if (version == 0 && db.commit() && !isCopy)
         keptCopies.noteWritten(filename);
     db.close();
 
@@ -91,11 +104,8 @@ bool ProjectFile::openFile(const QString &filename)
 
 bool ProjectFile::openDatabase(QSqlDatabase &db, const QString &filename)
 {
-    const QFileInfo file(filename);
-    if (file.exists() && !file.isFile()) {
-        setLastError("This is not a file.");
+    if (!isSafeFile(filename))
         return false;
-    }
     if (isCutShort(filename)) {
         setLastError(NoItems);
         return false;
@@ -105,9 +115,23 @@ bool ProjectFile::openDatabase(QSqlDatabase &db, const QString &filename)
         setLastError(db.lastError().text());
         return false;
     }
-    readingBudget = StepsForSmallFile + StepsPerByte * file.size();
+    readingBudget = StepsForSmallFile + StepsPerByte * QFileInfo(filename).size();
     guardDatabase(db, &readingBudget);
     return true;
+}
+
+/// What may be opened without harm to other files.
+bool ProjectFile::isSafeFile(const QString &filename)
+{
+    const QFileInfo file(filename);
+    const bool isOwnFile = file.isFile() && !(isAutoSaveName(filename) && file.isSymLink());
+    if ((file.exists() || file.isSymLink()) && !isOwnFile)
+        setLastError("This is not a file.");
+    else if (!hasSafeJournals(filename))
+        setLastError("The journal beside this file leads to other files.");
+    else
+        return true;
+    return false;
 }
 
 /// Reads the project's own properties and refuses what this program can't read.
@@ -117,8 +141,11 @@ bool ProjectFile::readVersion(QSqlDatabase &db, int &version)
     const ProjectReader::Result tables = reader.checkTables();
     if (tables == ProjectReader::Damaged)
         return refuse(db, "The tables of this file are not those of a project.");
-    if (tables == ProjectReader::Missing ||
-        reader.readProjectProperties(version) == ProjectReader::Damaged)
+    if (tables == ProjectReader::Missing)
+        return refuse(db, NoItems);
+    if (!isSound(db))
+        return refuse(db, DamagedText);
+    if (reader.readProjectProperties(version) == ProjectReader::Damaged)
         return refuse(db, NoItems);
     if (version > Version)
         return refuse(db, "This file was created with a newer version of this software.\n"
@@ -126,21 +153,39 @@ bool ProjectFile::readVersion(QSqlDatabase &db, int &version)
     return true;
 }
 
-/// Brings it up to date within a transaction that ends when all of the file has been read:
-/// a file that is refused after all stays as it was.
-void ProjectFile::upgradeOpenedFile(QSqlDatabase &db, const QString &filename, int version)
+/// Brings it up to date. A file that can't be written stays as it is and is read from a copy in
+/// its newer form. False when the copy can't be read.
+bool ProjectFile::upgradeOpenedFile(QSqlDatabase &db, const QString &filename, int version,
+                                    const QString &copy)
 {
     qDebug() << "Older version of file, upgrading...";
     if (version != 0)
-        return;
+        return true;
     keepCopy(filename);
+    if (upgradeInTransaction(db) || !copyDatabase(filename, copy))
+        return true;
+    db.close();
+    isCopy = true;
+    if (!openDatabase(db, copy))
+        return false;
+    upgradeInTransaction(db);
+    return true;
+}
+
+/// The transaction ends when all of the file has been read: a file that is refused after all
+/// stays as it was. Of a failed upgrade nothing stays, so that it is tried again next time.
+bool ProjectFile::upgradeInTransaction(QSqlDatabase &db)
+{
     // Else each statement would wait by itself for a file that can't be written.
     if (!QSqlQuery(db).exec("BEGIN IMMEDIATE"))
-        return;
+        return false;
     const qint64 forReading = readingBudget;
     readingBudget = StepsForUpgrade;
-    upgradeFileDatabase(db, version);
+    const bool upgraded = upgradeFileDatabase(db, 0);
     readingBudget = forReading;
+    if (!upgraded)
+        QSqlQuery(db).exec("ROLLBACK");
+    return upgraded;
 }
 
 bool ProjectFile::refuse(QSqlDatabase &db, const QString &message)
@@ -208,8 +253,7 @@ void ProjectFile::finishOpening(const QString &filename, bool fromAutoSave)
 {
     if (fromAutoSave) {
         setDirty(true);
-        keepCopy(filename);
-        qDebug() << "Trying to delete auto save file:" << QFile::remove(filename);
+        qDebug() << "Trying to delete auto save file:" << keptCopies.takeAway(filename);
         // The work must not live in memory alone.
         QMetaObject::invokeMethod(this, &ProjectFile::requestAutoSave, Qt::QueuedConnection);
     } else {
@@ -217,4 +261,6 @@ void ProjectFile::finishOpening(const QString &filename, bool fromAutoSave)
         setDirty(false);
     }
     emit projectNameChanged();
+    if (isCopy)
+        emit openedAsCopy();
 }

@@ -103,47 +103,51 @@ bool ProjectFile::setFormValue(QSqlQuery &query, const QString &id, const FormVa
     return query.numRowsAffected() > 0 || run("INSERT INTO formdata VALUES(:id, :value, :image)");
 }
 
-void ProjectFile::upgradeFileDatabase(QSqlDatabase &db, int version)
+bool ProjectFile::upgradeFileDatabase(QSqlDatabase &db, int version)
 {
     if (version != 0)
-        return;
-    createTables(db);
+        return true;
     QSqlQuery query(db);
-    const QString lossOfControl = mirrorNote(query, "Loss_Of_Control", "lossOfControl");
-    mirrorNote(query, "Loss", "loss");
-    mirrorCausalFactors(query, lossOfControl);
-    setItemProperty(query, "project", "dbVersion", QString::number(Version));
+    QString lossOfControl;
+    QString loss;
+    return createTables(db) &&
+           mirrorNote(query, "Loss_Of_Control", "lossOfControl", lossOfControl) &&
+           mirrorNote(query, "Loss", "loss", loss) && mirrorCausalFactors(query, lossOfControl) &&
+           setItemProperty(query, "project", "dbVersion", QString::number(Version));
 }
 
-QString ProjectFile::mirrorNote(QSqlQuery &query, const QString &role, const QString &fieldId)
+bool ProjectFile::mirrorNote(QSqlQuery &query, const QString &role, const QString &fieldId,
+                             QString &guid)
 {
     const NoteRow note = readMainNotes(query, role).value(0);
+    guid = note.guid;
     if (note.guid.isEmpty())
-        return note.guid;
+        return true;
     QStringList siblings = getItemProperty(query, note.guid, "sibling").split(',');
     if (!siblings.contains(fieldId))
         siblings.append(fieldId);
-    setItemProperty(query, note.guid, "sibling", siblings.join(','));
-    setFormValue(query, fieldId, {note.text, QImage()});
-    return note.guid;
+    return setItemProperty(query, note.guid, "sibling", siblings.join(',')) &&
+           setFormValue(query, fieldId, {note.text, QImage()});
 }
 
-void ProjectFile::mirrorCausalFactors(QSqlQuery &query, const QString &lossOfControl)
+bool ProjectFile::mirrorCausalFactors(QSqlQuery &query, const QString &lossOfControl)
 {
     const QVector<NoteRow> notes = readMainNotes(query, "Causal_Factor");
     QStringList numbers;
     for (const NoteRow &note : notes)
         numbers.append(
             QString::number(getItemProperty(query, note.guid, "causalFactorNumber").toInt()));
-    for (int i = 0; i < notes.size(); ++i) {
+    bool done = true;
+    for (int i = 0; done && i < notes.size(); ++i) {
         const NoteRow &note = notes.at(i);
         const QString textId = "causalFactor_text_" + numbers.at(i);
         QStringList siblings = getItemProperty(query, note.guid, "sibling").split(',');
         if (!siblings.contains(QString()))
             siblings.append(textId);
         // The list goes to the loss of control, where older files have always had it.
-        setItemProperty(query, lossOfControl, "sibling", siblings.join(','));
-        setFormValue(query, textId, {note.text, QImage()});
-        setFormValue(query, "causalFactor_guid_" + numbers.at(i), {note.guid, QImage()});
+        done = setItemProperty(query, lossOfControl, "sibling", siblings.join(',')) &&
+               setFormValue(query, textId, {note.text, QImage()}) &&
+               setFormValue(query, "causalFactor_guid_" + numbers.at(i), {note.guid, QImage()});
     }
+    return done;
 }

@@ -1,12 +1,15 @@
 #include "project/projectfile.h"
 
+#include "project/databasefile.h"
 #include "project/projectwriter.h"
+#include "project/sqliteguard.h"
 
 #include <QDebug>
 #include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QTemporaryDir>
 
 namespace
 {
@@ -18,6 +21,18 @@ const char SnapshotConnection[] = "snapshot";
 bool ProjectFile::saveFile(const QString &filename, const QList<ProjectItem *> &items,
                            const QHash<QString, FormValue> &formValues)
 {
+    return save(filename, items, formValues, &ProjectFile::writeInto);
+}
+
+bool ProjectFile::saveNewFile(const QString &filename, const QList<ProjectItem *> &items,
+                              const QHash<QString, FormValue> &formValues)
+{
+    return save(filename, items, formValues, &ProjectFile::writeInPlaceOf);
+}
+
+bool ProjectFile::save(const QString &filename, const QList<ProjectItem *> &items,
+                       const QHash<QString, FormValue> &formValues, Write write)
+{
     if (refuseWhenBusy())
         return false;
     const QMutexLocker lock(&saveMutex);
@@ -25,17 +40,8 @@ bool ProjectFile::saveFile(const QString &filename, const QList<ProjectItem *> &
     const bool isAutoSave = isAutoSaveName(filename);
     const QString autoSaveName = getAutoSaveNameForOpenFile();
     const QString target = isAutoSave ? autoSaveName : filename;
-
-    QSqlDatabase db = QSqlDatabase::database(QSqlDatabase::defaultConnection, false);
-    if (!openForWriting(db, target) || !createTables(db))
+    if (!(this->*write)(target, items, formValues))
         return false;
-    bool deletedItems = false;
-    if (!writeProject(
-            db, items, formValues, [this] { emit itemSaved(); }, deletedItems))
-        return false;
-    if (deletedItems && !isAutoSave)
-        shrink(db);
-    db.close();
     keptCopies.noteWritten(target);
 
     if (isAutoSave)
@@ -45,13 +51,56 @@ bool ProjectFile::saveFile(const QString &filename, const QList<ProjectItem *> &
     return true;
 }
 
-bool ProjectFile::openForWriting(QSqlDatabase &db, const QString &filename)
+bool ProjectFile::writeInto(const QString &target, const QList<ProjectItem *> &items,
+                            const QHash<QString, FormValue> &formValues)
 {
-    const QFileInfo file(filename);
-    if (file.exists() && !file.isFile()) {
-        setLastError("This is not a file.");
+    QSqlDatabase db = QSqlDatabase::database(QSqlDatabase::defaultConnection, false);
+    if (!openForWriting(db, target) || !createTables(db))
+        return false;
+    bool deletedItems = false;
+    if (!writeProject(
+            db, items, formValues, [this] { emit itemSaved(); }, deletedItems))
+        return false;
+    if (deletedItems && !isAutoSaveName(target))
+        shrink(db);
+    db.close();
+    return true;
+}
+
+/// The former file goes when the new one is whole and the former is kept.
+bool ProjectFile::writeInPlaceOf(const QString &target, const QList<ProjectItem *> &items,
+                                 const QHash<QString, FormValue> &formValues)
+{
+    if (!isSafeFile(target))
+        return false;
+    const QTemporaryDir folder(QFileInfo(target).absolutePath() + "/.examiner-XXXXXX");
+    const QString unfinished = folder.filePath("project.epf");
+    if (!folder.isValid()) {
+        setLastError(folder.errorString());
         return false;
     }
+    if (!writeInto(unfinished, items, formValues))
+        return false;
+    if (QFile::exists(target))
+        QFile::setPermissions(unfinished,
+                              QFile::permissions(target) | QFile::ReadOwner | QFile::WriteOwner);
+    if (keptCopies.replace(target, unfinished))
+        return true;
+    setLastError("The former file of this name can't be kept, so it was not replaced.");
+    return false;
+}
+
+bool ProjectFile::openForWriting(QSqlDatabase &db, const QString &filename)
+{
+    if (isAutoSaveName(filename)) {
+        if (!keptCopies.isOwn(filename) && !keptCopies.takeAway(filename)) {
+            setLastError("A former file of this name can't be kept.");
+            return false;
+        }
+        makePrivateFile(filename);
+    }
+    if (!isSafeFile(filename))
+        return false;
     keepCopy(filename);
     db.setDatabaseName(filename);
     if (!db.open())
@@ -68,6 +117,8 @@ bool ProjectFile::writeProject(QSqlDatabase &db, const QList<ProjectItem *> &ite
         ProjectWriter writer(db, onItem);
         writer.write(items, formValues);
         deletedItems = writer.hasDeletedItems();
+        if (!isSound(db))
+            throw SaveError{"The file would be damaged."};
     } catch (const SaveError &error) {
         db.rollback();
         setLastError(error.text);
@@ -90,11 +141,11 @@ void ProjectFile::finishSaving(const QString &filename, const QString &autoSaveN
 {
     if (!autoSaveName.isEmpty() && QFile::exists(autoSaveName)) {
         qDebug() << "Deleting the auto save file" << autoSaveName;
-        keepCopy(autoSaveName);
-        if (!QFile::remove(autoSaveName))
+        if (!keptCopies.takeAway(autoSaveName))
             qDebug() << "Failed to delete the auto save file";
     }
     openFilename = filename;
+    isCopy = false;
     openStamp = getFileStamp(filename);
     setDirty(false);
     emit projectNameChanged();

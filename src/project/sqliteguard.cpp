@@ -45,3 +45,9 @@ void guardDatabase(const QSqlDatabase &db, qint64 *stepsLeft)
         sqlite3_progress_handler(handle, StepsBetweenLooks, takeSteps, stepsLeft);
     }
 }
+
+bool isSound(const QSqlDatabase &db)
+{
+    QSqlQuery query(db);
+    return query.exec("PRAGMA quick_check(1)") && query.next() && query.value(0).toString() == "ok";
+}

@@ -9,3 +9,6 @@ class QSqlDatabase;
 /// takes one from `stepsLeft`; below 0 each statement fails. The number outlives the
 /// connection.
 void guardDatabase(const QSqlDatabase &db, qint64 *stepsLeft);
+
+/// Whether all of the file can be read, as far as the database can tell within its steps.
+bool isSound(const QSqlDatabase &db);
