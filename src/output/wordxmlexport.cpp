@@ -1,6 +1,8 @@
 #include "output/wordxmlexport.h"
 
+#include "output/reportlayout.h"
 #include "support/images.h"
+#include "support/pageinfo.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -16,6 +18,9 @@
 #include <QUrl>
 #include <QVector>
 
+using ReportLayout::findElements;
+using ReportLayout::getKey;
+
 namespace
 {
 const int PROGRESS_STEPS = 7;
@@ -24,32 +29,6 @@ const int MAX_ROWS = 999;
 const int MAX_PIECE = 1000;
 
 using Tags = QVector<QDomElement>;
-
-void collect(const QDomNode &node, const QString &name, Tags &tags)
-{
-    for (QDomElement child = node.firstChildElement(); !child.isNull();
-         child = child.nextSiblingElement()) {
-        if (child.tagName() == name)
-            tags.append(child);
-        collect(child, name, tags);
-    }
-}
-
-/// The elements under the node, in the document's order. The list of the
-/// toolkit is made anew at each look after a change.
-Tags findElements(const QDomNode &node, const QString &name)
-{
-    Tags tags;
-    collect(node, name, tags);
-    return tags;
-}
-
-/// The form field that a tag stands for; empty if it is no such tag.
-QString getKey(const QDomElement &tag)
-{
-    const QStringList words = tag.firstChild().nodeValue().split(' ', Qt::SkipEmptyParts);
-    return words.size() >= 2 && words.first() == "MACROBUTTON" ? words.at(1) : QString();
-}
 
 struct RowId {
     QString prefix;
@@ -76,6 +55,25 @@ QHash<QString, int> countRows(const FormValues &values)
             count = qMax(count, number);
     }
     return counts;
+}
+
+/// What the template can show of a row beside its fields: its number, and how many there are.
+void addRowNumbers(FormValues &values)
+{
+    QHash<QString, QSet<int>> rows;
+    values["causalFactor_count"]; // a report without any tells so
+    for (auto it = values.cbegin(); it != values.cend(); ++it) {
+        const RowId id = splitRowId(it.key());
+        const int number = id.number.toInt();
+        if (number > 0 && number <= MAX_ROWS)
+            rows[id.prefix].insert(number);
+    }
+    for (auto row = rows.cbegin(); row != rows.cend(); ++row) {
+        values[row.key() + "_count"].value = QString::number(row->size());
+        for (int number : *row)
+            values[QString("%1_number_%2").arg(row.key()).arg(number)].value =
+                QString::number(number);
+    }
 }
 
 /// What the report shows for a value: a radio button has its answer in its id.
@@ -229,9 +227,14 @@ bool WordXMLExport::writeReport(const QString &path, FormValues values, const Pr
     tell(3, "Writing fields...");
     values["REPORTDATESTAMP"].value =
         QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
+    addRowNumbers(values);
     createDynamicElements(document, values);
     tell(4, QString());
+    ReportLayout::setPaper(document, PageInfo().pageSize);
+    ReportLayout::dropUnfilled(document, values);
+    ReportLayout::turnParagraphs(document, values);
     replaceFields(document, values);
+    ReportLayout::closeUp(document);
     tell(5, "Writing document...");
     return writeDocument(path, document);
 }
@@ -288,6 +291,7 @@ void WordXMLExport::replaceDynamicRowNumbers(QDomNode &node, int number)
         if (!text.isNull())
             text.setNodeValue(text.nodeValue().replace("_NUM", QString("_%1").arg(number)));
     }
+    ReportLayout::numberConditions(node, number);
 }
 
 void WordXMLExport::replaceFields(QDomDocument &document, const FormValues &values)
