@@ -31,6 +31,7 @@ GraphWidget::GraphWidget(ProjectScene *scene, QWidget *parent)
     setFrameStyle(QFrame::NoFrame);
     setPaperPalette();
     connect(&scrollTimer, &QTimer::timeout, this, &GraphWidget::onScrollTimeout);
+    connect(scene, &QGraphicsScene::sceneRectChanged, this, &GraphWidget::onSceneRectChanged);
 }
 
 // The paper stays white under a dark theme, so what items draw with the view's own
@@ -51,9 +52,37 @@ QRectF GraphWidget::getCurrentPageBounds() const
 void GraphWidget::setZoomScale(int percent)
 {
     zoom = percent;
+    letGo();
     resetTransform();
     if (zoom != 100)
         scale(zoom / 100.0, zoom / 100.0);
+}
+
+// A sheet smaller than the view stands in its middle, and none scrolls past its edges: one
+// that grows or shrinks under a drag would slip away from the pointer.
+void GraphWidget::holdView()
+{
+    holding = true;
+    const QRectF shown = viewportTransform().inverted().mapRect(QRectF(viewport()->rect()));
+    setSceneRect(projectScene->sceneRect() | shown);
+}
+
+void GraphWidget::onSceneRectChanged(const QRectF &rect)
+{
+    if (!holding) {
+        letGo();
+        return;
+    }
+    const QPoint origin = mapFromScene(0, 0);
+    setSceneRect(sceneRect() | rect);
+    scrollOriginTo(origin);
+}
+
+void GraphWidget::scrollOriginTo(const QPoint &pos)
+{
+    const QPoint moved = mapFromScene(0, 0) - pos;
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() + moved.x());
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + moved.y());
 }
 
 void GraphWidget::onScrollTimeout()
@@ -94,15 +123,19 @@ void GraphWidget::leaveEvent(QEvent *event)
 
 void GraphWidget::mousePressEvent(QMouseEvent *event)
 {
+    endDrag(); // a menu or a dialog keeps a release to itself
     if (dragMode() == QGraphicsView::ScrollHandDrag) {
         QGraphicsView::mousePressEvent(event);
         return;
     }
     scrollTimer.start(ScrollInterval);
+    if (event->button() == Qt::LeftButton)
+        holdView();
     QGraphicsView::mousePressEvent(event);
 
     const QPointF scenePos = mapToScene(event->pos());
-    if (itemAt(event->pos()) || !projectScene->selectedItems().isEmpty())
+    if (event->button() != Qt::LeftButton || itemAt(event->pos()) ||
+        !projectScene->selectedItems().isEmpty())
         return;
     bandOrigin = QPoint(qRound(scenePos.x()), qRound(scenePos.y()));
     bandPending = true;
@@ -120,12 +153,35 @@ void GraphWidget::mouseMoveEvent(QMouseEvent *event)
 
 void GraphWidget::mouseReleaseEvent(QMouseEvent *event)
 {
+    endDrag();
+    QGraphicsView::mouseReleaseEvent(event);
+}
+
+void GraphWidget::endDrag()
+{
     rubberBand->hide();
     bandPending = false;
+    holding = false;
     scrollDirections = 0;
     scrollSpeed = 0;
     scrollTimer.stop();
-    QGraphicsView::mouseReleaseEvent(event);
+}
+
+void GraphWidget::dropEvent(QDropEvent *event)
+{
+    holdView();
+    QGraphicsView::dropEvent(event);
+    holding = false;
+}
+
+void GraphWidget::resizeEvent(QResizeEvent *event)
+{
+    const QPoint origin = mapFromScene(0, 0);
+    if (!holding)
+        letGo();
+    QGraphicsView::resizeEvent(event);
+    if (holding) // a scroll bar came or went
+        scrollOriginTo(origin);
 }
 
 void GraphWidget::wheelEvent(QWheelEvent *event)

@@ -37,12 +37,22 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private slots:
+    void onSceneRectChanged(const QRectF &rect);
 
 private:
     enum ScrollDirection { ScrollLeft = 1, ScrollRight = 2, ScrollUp = 4, ScrollDown = 8 };
 
     void setPaperPalette();
+    /// The sheet may change its size from now on without moving on the screen.
+    void holdView();
+    void letGo() { setSceneRect(QRectF()); }
+    void scrollOriginTo(const QPoint &pos);
+    void endDrag();
     /// In scene units.
     QPointF getViewCentre() const;
     void updateEdgeScrolling(const QPoint &pos);
@@ -55,6 +65,7 @@ private:
     QPoint bandOrigin; // scene coordinates, so that it stays put while the view scrolls
     QPoint bandEnd;    // view coordinates
     bool bandPending = false;
+    bool holding = false;       // under a drag
     ProjectScene *projectScene; // not owned
     int zoom = 100;
 };

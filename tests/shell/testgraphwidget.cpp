@@ -14,13 +14,13 @@ struct ShownSheet {
         view.centerOn(800, 500);
     }
 
-    void mouse(QEvent::Type type, const QPoint &pos)
+    void mouse(QEvent::Type type, const QPoint &pos, Qt::MouseButton button = Qt::LeftButton)
     {
         const bool moving = type == QEvent::MouseMove;
         const bool released = type == QEvent::MouseButtonRelease;
         QMouseEvent event(type, pos, view.viewport()->mapToGlobal(pos),
-                          moving ? Qt::NoButton : Qt::LeftButton,
-                          released ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+                          moving ? Qt::NoButton : button, released ? Qt::NoButton : button,
+                          Qt::NoModifier);
         QApplication::sendEvent(view.viewport(), &event);
     }
 
@@ -51,6 +51,8 @@ private slots:
     void rubberBand();
     void bandStaysOnTheChart();
     void pressOnANoteShowsNoBand();
+    void bandsBeginWithTheLeftButton();
+    void sheetStaysUnderThePointer();
     void zoomStaysUnderThePointer();
     void turnsBeyondTheLimitsMoveNothing();
     void wheelThatDoesNotZoom();
@@ -139,6 +141,42 @@ void TestGraphWidget::pressOnANoteShowsNoBand()
     shown.mouse(QEvent::MouseMove, QPoint(230, 230));
     QVERIFY(!shown.view.findChild<QRubberBand *>()->isVisible());
     shown.mouse(QEvent::MouseButtonRelease, QPoint(230, 230));
+}
+
+/// A context menu keeps the release to itself.
+void TestGraphWidget::bandsBeginWithTheLeftButton()
+{
+    ShownSheet shown;
+    const auto *band = shown.view.findChild<QRubberBand *>();
+    shown.sheet.addNote(QRectF(740, 440, 120, 120));
+    for (Qt::MouseButton button : {Qt::RightButton, Qt::LeftButton}) {
+        shown.mouse(QEvent::MouseButtonPress, QPoint(50, 50), button);
+        shown.mouse(QEvent::MouseButtonPress, QPoint(200, 200));
+        shown.mouse(QEvent::MouseMove, QPoint(230, 230));
+        QVERIFY(!band->isVisible());
+    }
+}
+
+void TestGraphWidget::sheetStaysUnderThePointer()
+{
+    ShownSheet shown;
+    shown.view.resize(1600, 1000);
+    shown.view.setZoomScale(50);
+    shown.sheet.addNote(QRectF(1400, 400, 120, 80));
+    QCoreApplication::processEvents();
+    const QPoint pos = shown.view.mapFromScene(QPointF(1440, 440));
+    for (int pages : {2, 1}) { // it grows and shrinks again
+        const QPoint end = pos + QPoint(pages == 2 ? 80 : 0, 0);
+        if (pages == 2)
+            shown.mouse(QEvent::MouseButtonPress, pos);
+        const QPointF before = shown.view.mapToScene(end);
+        shown.mouse(QEvent::MouseMove, end);
+        QTRY_COMPARE(shown.sheet.scene.getNumHorizontalPages(), pages);
+        QCOMPARE(shown.view.mapToScene(end), before);
+    }
+    shown.mouse(QEvent::MouseButtonRelease, pos);
+    shown.view.setZoomScale(50); // lets go
+    QCOMPARE(shown.view.mapFromScene(QPointF(1440, 440)), pos);
 }
 
 void TestGraphWidget::zoomStaysUnderThePointer()
