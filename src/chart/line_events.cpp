@@ -17,7 +17,7 @@ constexpr int ArrowGrabDistance = 18; // Manhattan length
 
 void Line::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
 {
-    setSelected(true);
+    selectForMenu();
     sheet->getHost()->getLineContextMenu()->exec(event->screenPos());
     event->accept();
 }

@@ -2,6 +2,8 @@
 
 #include "chart/chartsheet.h"
 
+#include <QGraphicsScene>
+
 const QByteArray ProjectItem::PROPERTY_BACKGROUND_COLOR = "customBackgroundColor";
 const QByteArray ProjectItem::PROPERTY_LINE_WIDTH = "borderLineWidth";
 
@@ -36,6 +38,15 @@ ProjectItem::~ProjectItem()
 QString ProjectItem::getPropertyLabel(const QByteArray &property) const
 {
     return propertyLabels.value(property);
+}
+
+void ProjectItem::selectForMenu()
+{
+    if (isSelected())
+        return;
+    if (scene())
+        scene()->clearSelection();
+    setSelected(true);
 }
 
 void ProjectItem::setBorderLineWidth(int width)

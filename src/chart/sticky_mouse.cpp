@@ -197,7 +197,7 @@ void Sticky::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
 {
     if (moving || resizeHandleInUse != 0)
         return;
-    setSelected(true);
+    selectForMenu();
     if (QMenu *menu = sheet->getHost()->getNoteContextMenu())
         menu->exec(event->screenPos());
 }
