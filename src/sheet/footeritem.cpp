@@ -16,6 +16,19 @@ QFont getFooterFont()
     return QFont("Arial", 8, QFont::Normal);
 }
 
+/// Its widget's icons keep their shapes in a zoomed view.
+class SmoothProxy : public QGraphicsProxyWidget
+{
+public:
+    using QGraphicsProxyWidget::QGraphicsProxyWidget;
+
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override
+    {
+        painter->setRenderHint(QPainter::SmoothPixmapTransform);
+        QGraphicsProxyWidget::paint(painter, option, widget);
+    }
+};
+
 } // namespace
 
 FooterItem::FooterItem(int row, int column)
@@ -76,7 +89,7 @@ QGraphicsProxyWidget *FooterItem::embed(QWidget *widget)
     widget->setPalette(QPalette(Qt::black, Qt::white, Qt::white, Qt::black, Qt::gray, Qt::black,
                                 Qt::white, Qt::white, Qt::white));
     widget->setFocusPolicy(Qt::NoFocus);
-    auto *proxy = new QGraphicsProxyWidget(this);
+    auto *proxy = new SmoothProxy(this);
     proxy->setWidget(widget);
     proxy->setAcceptedMouseButtons(Qt::NoButton);
     proxy->setAcceptHoverEvents(false);

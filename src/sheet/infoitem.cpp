@@ -11,6 +11,7 @@ InfoItem::InfoItem() : QGraphicsRectItem(0, 0, 190, 160)
 
     auto *picture = new QGraphicsPixmapItem(QPixmap(":/images/why.png"), this);
     picture->setPos(45, 10);
+    picture->setTransformationMode(Qt::SmoothTransformation); // in a zoomed view
     addText("Observed\nSubstandard\nBehaviour or\nCondition", QPointF(10, 89));
     addText("Facts that\nexplain why\nthe effect is\npresent", QPointF(110, 89));
 }

@@ -87,6 +87,7 @@ void ProjectScene::setPagesGrid(int rows, int columns)
     const int width = qBound(1, columns, MaximumPages) * pageSize.width();
     setSceneRect(0, 0, width + SheetMargin, height + SheetMargin);
     updatePageNumberItems();
+    update(); // the frames of pages that were and of those that come
 }
 
 void ProjectScene::setPageSize(QSize size)
@@ -100,13 +101,14 @@ void ProjectScene::setPageSize(QSize size)
 void ProjectScene::setRenderBackground(bool render, bool showFooters, bool showHeader)
 {
     renderBackground = render;
+    const bool hasHeader = QSettings().value("showHeader", true).toBool();
     for (QGraphicsItem *item : items()) {
         if (item->type() == ProjectItem::InfoType)
             item->setVisible(render);
         else if (item->type() == ProjectItem::FooterType)
             item->setVisible(render && showFooters);
         else if (item == headerItem)
-            item->setVisible(render && showHeader);
+            item->setVisible(render && showHeader && hasHeader);
     }
 }
 
