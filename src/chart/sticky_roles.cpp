@@ -15,7 +15,9 @@ void Sticky::setRoleType(const QString &role)
     circle->setBrush(QBrush(Qt::white));
     circle->setNumberingMode(CircledNumberItem::NoNumber);
     decorateCircle(newRole.getCircleDecoratorType());
-    if (circle->getNumberingMode() != CircledNumberItem::NoNumber)
+    // A twin on a factor's own sheet has the factor's number, which that sheet can't know.
+    if (circle->getNumberingMode() != CircledNumberItem::NoNumber &&
+        sheet->getOwnerGUID().isEmpty())
         setCausalFactorNumber(sheet->getFirstUnusedCFNumber());
 
     if (newRole.isParentItem() && !wasParent)

@@ -39,6 +39,7 @@ ProjectScene::ProjectScene(SheetHost *host, QUndoGroup *group, ProjectFile *proj
     if (parentNote)
         ownerGUID = parentNote->getGUID();
     setBackgroundBrush(Qt::white);
+    connect(undoStack, &QUndoStack::indexChanged, this, &ProjectScene::onStepTaken);
     if (projectFile)
         connect(undoStack, &QUndoStack::cleanChanged, projectFile, &ProjectFile::setClean);
     if (formView)

@@ -71,6 +71,7 @@ public:
     /// Scene units; lays the pages out anew.
     void setPageSize(QSize size);
     /// Off, the sheet is as it goes on paper: without grid, frames, footers, header and box.
+    /// A header that the settings hide stays hidden.
     void setRenderBackground(bool render, bool showFooters, bool showHeader);
     /// As new, except for the default font. Deletes every item that the sheet
     /// ever made, also those that only its undo steps still knew.
@@ -150,6 +151,7 @@ protected:
 private slots:
     void onNoteBecameCausalFactor(Sticky *note);
     void onNoteWasCausalFactor(Sticky *note);
+    void onStepTaken(int index);
 
 private:
     /// What footers show; with another look they are made anew.
@@ -197,6 +199,7 @@ private:
     void moveSelectedBoxes(const QPointF &step);
     bool askToDropSheet(const QString &title, const QString &text);
     void takeFormTexts(const QList<Sticky *> &notes);
+    void fillFormField(Sticky *note);
     Sticky *getCausalFactor(int number) const;
     void moveCausalFactor(Sticky *note, int number);
     void swapCausalFactors(Sticky *note, Sticky *other);
@@ -212,7 +215,9 @@ private:
     QGraphicsRectItem *highlightItem = nullptr; // shows where something will land
     QSize pageSize;
     QFont defaultFont;
-    QPointer<QUndoStack> undoStack; // child of the group, which may go first
+    QPointer<QUndoStack> undoStack;         // child of the group, which may go first
+    int stepIndex = 0;                      // of the stack, as it was last told
+    const QUndoCommand *nextStep = nullptr; // what a redo would have taken then; not owned
     bool renderBackground = true;
     QList<QList<FooterItem *>> footerItems; // a row of pages each
     FooterLook footerLook;                  // of those that stand

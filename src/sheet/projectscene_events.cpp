@@ -230,8 +230,16 @@ void ProjectScene::finishLine(Sticky *noteUnderPointer)
 
 void ProjectScene::moveSelectedBoxes(const QPointF &step)
 {
-    const QList<BoxItem *> boxes = getSelectedBoxes();
-    for (BoxItem *box : boxes)
-        box->setPos(box->pos() + step);
+    QList<BoxItem *> boxes;
+    for (BoxItem *box : getSelectedBoxes()) {
+        const QPointF place = box->pos() + step;
+        if (place.x() < 0 || place.y() < 0)
+            continue; // stops at the sheet's edge
+        box->setPos(place);
+        boxes.append(box);
+    }
+    if (boxes.isEmpty())
+        return;
     undoStack->push(new GeometryChangeCommand(boxes, step, QSizeF(0, 0)));
+    checkCanvasSize();
 }

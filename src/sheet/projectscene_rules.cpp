@@ -32,6 +32,13 @@ bool hasParentItem(const QList<Sticky *> &notes)
                        [](const Sticky *note) { return note->isParentItem(); });
 }
 
+QList<Sticky *> getNotesOfOtherRole(const QString &role, QList<Sticky *> notes)
+{
+    const auto hasRole = [&role](const Sticky *note) { return note->getRoleType() == role; };
+    notes.erase(std::remove_if(notes.begin(), notes.end(), hasRole), notes.end());
+    return notes;
+}
+
 QString getTextFieldId(int causalFactorNumber)
 {
     return QString("causalFactor_text_%1").arg(causalFactorNumber);
@@ -41,9 +48,13 @@ QString getTextFieldId(int causalFactorNumber)
 
 bool ProjectScene::setSelectedNotesRole(const QString &role)
 {
-    if (!checkRoleChangePermission(role, getSelectedNotes()))
+    const QList<Sticky *> selected = getSelectedNotes();
+    if (!selected.isEmpty() && getNotesOfOtherRole(role, selected).isEmpty())
+        return true;
+    if (!checkRoleChangePermission(role, selected))
         return false;
-    const QList<Sticky *> notes = getSelectedNotes();
+    // The question runs the event loop.
+    const QList<Sticky *> notes = getNotesOfOtherRole(role, getSelectedNotes());
     if (notes.isEmpty())
         return true;
     undoStack->push(new RoleChangeCommand(notes, role));
@@ -104,7 +115,7 @@ bool ProjectScene::askToDropSheet(const QString &title, const QString &text)
 }
 
 // The form wins over the note: one that has just become the Loss takes the text
-// that stands in the form's field.
+// that stands in the form's field. An empty field takes the note's.
 void ProjectScene::takeFormTexts(const QList<Sticky *> &notes)
 {
     if (!formView)
@@ -116,6 +127,34 @@ void ProjectScene::takeFormTexts(const QList<Sticky *> &notes)
             if (!value.isEmpty() && value != note->getText())
                 undoStack->push(new TextChangeCommand(note, note->getText(), value));
         }
+        fillFormField(note);
+    }
+}
+
+// Left empty, the field would replace the note's text with the first letter typed there.
+void ProjectScene::fillFormField(Sticky *note)
+{
+    for (const QString id : {"loss", "lossOfControl"}) {
+        if (note->getSiblings().contains(id) && formView->getFieldValue(id).isEmpty())
+            formView->setFieldValue(id, note->getText());
+    }
+}
+
+void ProjectScene::onStepTaken(int index)
+{
+    const bool pushed = index == stepIndex + 1 && undoStack->command(stepIndex) != nextStep;
+    stepIndex = index;
+    nextStep = undoStack->command(index);
+    if (pushed || undoStack->count() == 0)
+        return;
+    // What comes back with a step may lie beyond the pages, or be the Loss again.
+    checkCanvasSize();
+    // Lines' ends follow their notes a turn later.
+    QMetaObject::invokeMethod(this, &ProjectScene::checkCanvasSize, Qt::QueuedConnection);
+    const auto [loss, lossOfControl] = getLossAndLoCNotes();
+    for (Sticky *note : {loss, lossOfControl}) {
+        if (note && formView)
+            fillFormField(note);
     }
 }
 
