@@ -8,121 +8,99 @@ class TestSheetAndForm : public QObject
 {
     Q_OBJECT
 
-private slots:
-    void initTestCase();
-    void init();
-
-    void lossTakesTheFormsText();
-    void emptyFieldLeavesTheText();
-    void headerRepeatsTheForm();
-    void typedFieldReachesTheNote();
-    void numberMovesInTheForm();
-    void numbersSwapInTheForm();
-
-private:
     std::unique_ptr<Form> form;
     std::unique_ptr<Sheet> sheet;
-};
 
-static const QSize Page(1606, 1030);
-
-void TestSheetAndForm::initTestCase()
-{
-    copyFormCollection();
-}
-
-void TestSheetAndForm::init()
-{
-    QSettings().clear();
-    sheet.reset();
-    form = std::make_unique<Form>();
-    QVERIFY(form->waitUntilLoaded());
-    sheet = std::make_unique<Sheet>(Page, nullptr, &form->view);
-}
-
-void TestSheetAndForm::lossTakesTheFormsText()
-{
-    form->view.setFieldValue("loss", "Two days of production");
-    Sticky *note = sheet->addNote(QRectF(20, 200, 120, 80), "Event", "Fire");
-    note->setSelected(true);
-    QVERIFY(sheet->scene.setSelectedNotesRole("Loss"));
-
-    QCOMPARE(note->getText(), QString("Two days of production"));
-    QCOMPARE(sheet->getSteps(), 2);
-    QCOMPARE(sheet->scene.getUndoStack()->undoText(), QString("change text"));
-    sheet->scene.getUndoStack()->undo();
-    QCOMPARE(note->getText(), QString("Fire"));
-    QCOMPARE(form->view.getFieldValue("loss"), QString("Fire"));
-}
-
-void TestSheetAndForm::emptyFieldLeavesTheText()
-{
-    Sticky *note = sheet->addNote(QRectF(20, 200, 120, 80), "Event", "Fire");
-    note->setSelected(true);
-    QVERIFY(sheet->scene.setSelectedNotesRole("Loss_Of_Control"));
-
-    QCOMPARE(note->getText(), QString("Fire"));
-    QCOMPARE(sheet->getSteps(), 1);
-}
-
-void TestSheetAndForm::headerRepeatsTheForm()
-{
-    HeaderItem *header = nullptr;
-    for (QGraphicsItem *item : sheet->scene.items()) {
-        if (auto *found = qobject_cast<HeaderItem *>(item->toGraphicsObject()))
-            header = found;
+    void setLossField(const char *text)
+    {
+        form->find("#loss").evaluateJavaScript(QString("this.value = '%1'").arg(text));
     }
-    QVERIFY(header);
-    const auto getTitle = [header] {
-        const QWebElement title = header->page()->mainFrame()->findFirstElement("#incidentTitle");
-        return title.toPlainText();
-    };
 
-    emit form->view.formValueLoaded("incidentTitle", "Bridge <3>");
-    QCOMPARE(getTitle(), QString("Bridge <3>"));
-    emit form->view.formValueChanged("incidentTitle", "");
-    QCOMPARE(getTitle(), QString());
-    QSignalSpy asked(&sheet->scene, &ProjectScene::headerEditRequested);
-    emit header->editRequested();
-    QCOMPARE(asked.count(), 1);
-}
+private slots:
+    void initTestCase() { copyFormCollection(); }
 
-void TestSheetAndForm::typedFieldReachesTheNote()
-{
-    Sticky *note = sheet->addNote(QRectF(20, 200, 120, 80));
-    note->setSelected(true);
-    sheet->scene.setSelectedNotesRole("Loss");
-    emit form->view.formValueChanged("loss", "A lost day");
+    void init()
+    {
+        QSettings().clear();
+        sheet.reset();
+        form = std::make_unique<Form>();
+        QVERIFY(form->waitUntilLoaded());
+        sheet = std::make_unique<Sheet>(QSize(1606, 1030), nullptr, &form->view);
+    }
 
-    QCOMPARE(note->getText(), QString("A lost day"));
-}
+    void lossAndItsField()
+    {
+        const struct {
+            const char *name;
+            const char *field;
+            const char *text;
+            const char *both; // of them after the change of role
+        } rows[] = {
+            {"the form's text wins", "Two days", "Fire", "Two days"},
+            {"an empty field takes the note's", "", "Fire", "Fire"},
+            {"an empty note takes the field's", "Two days", "", "Two days"},
+        };
+        for (const auto &row : rows) {
+            const Row in(row.name);
+            setLossField(row.field);
+            Sticky *note = sheet->addNote(QRectF(20, 200, 120, 80), "Event", row.text);
+            note->setSelected(true);
+            QVERIFY(sheet->scene.setSelectedNotesRole("Loss"));
+            QCOMPARE(note->getText(), QString(row.both));
+            QCOMPARE(form->view.getFieldValue("loss"), QString(row.both));
+            emit form->view.formValueChanged("loss", "Typed");
+            QCOMPARE(note->getText(), QString("Typed"));
 
-void TestSheetAndForm::numberMovesInTheForm()
-{
-    Sticky *note = sheet->addFactor(1);
-    form->view.addCausalFactor(note->getGUID(), 1, "Valve stuck");
-    DialogAnswer number(numberChoice(4));
-    sheet->scene.onRequestCausalFactorNumberChange(note);
+            // What a redo ties again is of one mind too.
+            sheet->getStack()->setIndex(0);
+            note->setText("Flood");
+            setLossField("");
+            sheet->getStack()->redo();
+            QCOMPARE(form->view.getFieldValue("loss"), QString("Flood"));
+            sheet->scene.clear();
+        }
+    }
 
-    QCOMPARE(form->view.getFieldValue("causalFactor_text_4"), QString("Valve stuck"));
-    QVERIFY(note->getSiblings().contains("causalFactor_text_4"));
-}
+    void headerRepeatsTheForm()
+    {
+        HeaderItem *header = nullptr;
+        for (QGraphicsItem *item : sheet->scene.items()) {
+            if (auto *found = qobject_cast<HeaderItem *>(item->toGraphicsObject()))
+                header = found;
+        }
+        QVERIFY(header);
+        const auto getTitle = [header] {
+            return header->page()->mainFrame()->findFirstElement("#incidentTitle").toPlainText();
+        };
+        emit form->view.formValueLoaded("incidentTitle", "Bridge <3>");
+        QCOMPARE(getTitle(), QString("Bridge <3>"));
+        emit form->view.formValueChanged("incidentTitle", "");
+        QCOMPARE(getTitle(), QString());
+        QSignalSpy asked(&sheet->scene, &ProjectScene::headerEditRequested);
+        emit header->editRequested();
+        QCOMPARE(asked.count(), 1);
+    }
 
-void TestSheetAndForm::numbersSwapInTheForm()
-{
-    Sticky *first = sheet->addFactor(1);
-    Sticky *second = sheet->addFactor(2);
-    form->view.addCausalFactor(first->getGUID(), 1, "Valve stuck");
-    form->view.addCausalFactor(second->getGUID(), 2, "No check list");
-    DialogAnswer number(numberChoice(2));
-    BoxAnswer box(QMessageBox::Ok);
-    sheet->scene.onRequestCausalFactorNumberChange(first);
-
-    QCOMPARE(form->view.getFieldValue("causalFactor_text_1"), QString("No check list"));
-    QCOMPARE(form->view.getFieldValue("causalFactor_text_2"), QString("Valve stuck"));
-    QCOMPARE(first->getCausalFactorNumber(), 2);
-    QCOMPARE(second->getCausalFactorNumber(), 1);
-}
+    void numbersInTheForm()
+    {
+        Sticky *first = sheet->addFactor(1);
+        Sticky *second = sheet->addFactor(2);
+        form->view.addCausalFactor(first->getGUID(), 1, "Valve stuck");
+        form->view.addCausalFactor(second->getGUID(), 2, "No check list");
+        for (int number : {2, 4}) { // taken and free
+            DialogAnswer choice(numberChoice(number));
+            BoxAnswer box(QMessageBox::Ok);
+            sheet->scene.onRequestCausalFactorNumberChange(first);
+            const QString field = QString("causalFactor_text_%1").arg(number);
+            QCOMPARE(form->view.getFieldValue(field), QString("Valve stuck"));
+            QVERIFY(first->getSiblings().contains(field));
+            QCOMPARE(form->view.getFieldValue("causalFactor_text_1"), QString("No check list"));
+        }
+        sheet->scene.onFormValueChanged("causalFactor_text_1", "A lost list");
+        QCOMPARE(second->getText(), QString("A lost list"));
+        QCOMPARE(first->getText(), QString());
+    }
+};
 
 EXAMINER_TEST_MAIN(TestSheetAndForm)
 #include "testsheetandform.moc"

@@ -1,30 +1,22 @@
 #pragma once
 
-#include "chart/line.h"
-#include "chart/sheethost.h"
-#include "chart/sticky.h"
 #include "sheet/projectscene.h"
 #include "testing/dialogs.h"
+#include "testing/fakes.h"
+#include "testing/records.h"
+#include "testing/rows.h"
 #include "testing/testmain.h"
 
 #include <QGraphicsView>
-#include <QMenu>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QSignalSpy>
 #include <QUndoGroup>
 
-/// A program around sheets, with values that a test sets.
-class FakeProgram : public SheetHost
+/// A program around real sheets, the main sheet first.
+class FakeProgram : public FakeHost
 {
 public:
-    int selectedTool() const override { return tool; }
-    bool isGridEnabled() const override { return gridEnabled; }
-    QMenu *getSceneContextMenu() override { return &menu; }
-    QMenu *getNoteContextMenu() override { return &menu; }
-    QMenu *getLineContextMenu() override { return &menu; }
-    void onCausalFactorChanged(Sticky *note) override { changedFactors.append(note); }
-    QWidget *getDialogParent() override { return nullptr; }
-
     Sticky *getNoteWithGUID(const QString &guid) const override
     {
         for (ProjectScene *scene : scenes) {
@@ -43,11 +35,7 @@ public:
         return scenes.value(0);
     }
 
-    int tool = SelectTool;
-    bool gridEnabled = true;
-    QMenu menu;
     QList<ProjectScene *> scenes;
-    QList<Sticky *> changedFactors;
 };
 
 /// The main sheet of a project without file and form, in a view of its own.
@@ -64,29 +52,22 @@ struct Sheet {
         view.resize(800, 600);
     }
 
+    /// Loaded, so without an undo step; null for an unknown type.
+    ProjectItem *add(CanvasItemInfo info) { return scene.loadCanvasItem(info); }
+
     Sticky *addNote(const QRectF &geometry, const QString &role = "Event",
                     const QString &text = QString())
     {
-        CanvasItemInfo info;
-        info.type = NoteItemType;
-        info.role = Role(role);
-        info.startPoint = geometry.topLeft();
-        info.endPoint = geometry.bottomRight();
-        info.size = geometry.size();
-        info.text = text;
-        return qobject_cast<Sticky *>(scene.loadCanvasItem(info));
+        return qobject_cast<Sticky *>(add(noteInfo(QString(), geometry, text, role)));
     }
 
     Sticky *addFactor(int number)
     {
-        CanvasItemInfo info;
-        info.type = NoteItemType;
-        info.role = Role("Causal_Factor");
-        info.startPoint = QPointF(140 * number, 0);
-        info.size = QSizeF(120, 80);
+        const QRectF place(140 * number, 0, 120, 80);
+        CanvasItemInfo info = noteInfo(QString(), place, QString(), "Causal_Factor");
         info.causalFactorNumber = number;
         info.siblings = QStringList(QString("causalFactor_text_%1").arg(number));
-        return qobject_cast<Sticky *>(scene.loadCanvasItem(info));
+        return qobject_cast<Sticky *>(add(info));
     }
 
     Line *addLine(const QPointF &from, const QPointF &to)
@@ -95,7 +76,7 @@ struct Sheet {
         info.type = ArrowTool;
         info.startPoint = from;
         info.endPoint = to;
-        return qobject_cast<Line *>(scene.loadCanvasItem(info));
+        return qobject_cast<Line *>(add(info));
     }
 
     ProjectItem *addBarrier(const QPointF &at)
@@ -103,7 +84,7 @@ struct Sheet {
         CanvasItemInfo info;
         info.type = NewBarrierTool;
         info.startPoint = at;
-        return scene.loadCanvasItem(info);
+        return add(info);
     }
 
     bool show()
@@ -124,10 +105,10 @@ struct Sheet {
     {
         send(QEvent::MouseButtonRelease, p, button, Qt::NoButton);
     }
-    void click(const QPointF &p)
+    void click(const QPointF &p, Qt::MouseButton button = Qt::LeftButton)
     {
-        press(p);
-        release(p);
+        press(p, button);
+        release(p, button);
     }
     void drag(const QPointF &from, const QPointF &to)
     {
@@ -143,7 +124,16 @@ struct Sheet {
         release(p);
     }
 
-    int getSteps() const { return scene.getUndoStack()->count(); }
+    /// Whether the sheet took the key.
+    bool pressKey(int key)
+    {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(&scene, &event);
+        return event.isAccepted();
+    }
+
+    QUndoStack *getStack() const { return scene.getUndoStack(); }
+    int getSteps() const { return getStack()->count(); }
 
     FakeProgram program;
     QUndoGroup group;
