@@ -16,8 +16,6 @@
 #include <QPrinter>
 #include <QTemporaryDir>
 
-#include <algorithm>
-
 namespace
 {
 
@@ -36,88 +34,33 @@ bool isWholePDF(const QString &path)
 
 ProjectExporter::ProjectExporter() : projectFile(std::make_unique<ProjectFile>(this))
 {
-    connect(projectFile.get(), &ProjectFile::loadedItem, this, &ProjectExporter::onItemLoaded);
     connect(projectFile.get(), &ProjectFile::loadedFormData, this,
             [this](const FormValues &values) { formValues = values; });
 }
 
 ProjectExporter::~ProjectExporter()
 {
-    factorScenes.clear();
+    delete book;
 }
 
 bool ProjectExporter::open(const QString &path)
 {
-    mainScene = createScene(nullptr);
+    book = new SheetBook(this, &undoGroup, projectFile.get(), nullptr);
     if (!projectFile->openFile(path))
         return fail(projectFile->getLastError());
-    mainScene->setPageSize(PageInfo().getPrintableArea().size());
+    book->getMainSheet()->setPageSize(PageInfo().getPrintableArea().size());
     QCoreApplication::processEvents(); // notes lay themselves out once more
     return true;
 }
 
-std::unique_ptr<ProjectScene> ProjectExporter::createScene(Sticky *parentNote)
-{
-    const QSize pageSize = PageInfo().getPrintableArea().size();
-    return std::make_unique<ProjectScene>(this, &undoGroup, projectFile.get(), nullptr, pageSize,
-                                          parentNote);
-}
-
-void ProjectExporter::onItemLoaded(CanvasItemInfo &info)
-{
-    if (!info.parent.isEmpty()) {
-        static_cast<ProjectScene *>(getSceneForParent(info.parent))->loadCanvasItem(info);
-        return;
-    }
-    auto *note = qobject_cast<Sticky *>(mainScene->loadCanvasItem(info));
-    if (note && note->isParentItem())
-        factorScenes.push_back(createScene(note));
-}
-
-Sticky *ProjectExporter::getNoteWithGUID(const QString &guid) const
-{
-    if (auto *note = qobject_cast<Sticky *>(mainScene->getItemWithGUID(guid)))
-        return note;
-    for (const auto &scene : factorScenes) {
-        if (auto *note = qobject_cast<Sticky *>(scene->getItemWithGUID(guid)))
-            return note;
-    }
-    return nullptr;
-}
-
-ChartSheet *ProjectExporter::getSceneForParent(const QString &guid) const
-{
-    for (const auto &scene : factorScenes) {
-        if (!guid.isEmpty() && scene->getOwnerGUID() == guid)
-            return scene.get();
-    }
-    return mainScene.get();
-}
-
-QList<ProjectScene *> ProjectExporter::getFactorScenes() const
-{
-    QList<ProjectScene *> scenes;
-    for (const auto &scene : factorScenes)
-        scenes.append(scene.get());
-    std::stable_sort(scenes.begin(), scenes.end(), [](ProjectScene *a, ProjectScene *b) {
-        return a->getParentNote()->getCausalFactorNumber() <
-               b->getParentNote()->getCausalFactorNumber();
-    });
-    return scenes;
-}
-
-ProjectScene *ProjectExporter::findFactor(int number) const
-{
-    for (const auto &scene : factorScenes) {
-        if (scene->getParentNote()->getCausalFactorNumber() == number)
-            return scene.get();
-    }
-    return nullptr;
-}
-
 bool ProjectExporter::hasFactor(int number) const
 {
-    return findFactor(number);
+    return book->getSheetOf(number);
+}
+
+ProjectScene *ProjectExporter::getSheet(int factor) const
+{
+    return factor == NoFactor ? book->getMainSheet() : book->getSheetOf(factor);
 }
 
 bool ProjectExporter::writePDF(const QString &target, int factor)
@@ -127,16 +70,15 @@ bool ProjectExporter::writePDF(const QString &target, int factor)
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(path);
         SheetPrinter::setUpPage(printer);
-        const bool painted = factor == NoFactor
-                                 ? SheetPrinter::paint(printer, mainScene.get(), getFactorScenes())
-                                 : SheetPrinter::paint(printer, findFactor(factor), {});
-        return painted && isWholePDF(path);
+        const QList<ProjectScene *> others =
+            factor == NoFactor ? book->getFactorSheets() : QList<ProjectScene *>();
+        return SheetPrinter::paint(printer, getSheet(factor), others) && isWholePDF(path);
     });
 }
 
 bool ProjectExporter::writePNG(const QString &target, int factor)
 {
-    ProjectScene *scene = factor == NoFactor ? mainScene.get() : findFactor(factor);
+    ProjectScene *scene = getSheet(factor);
     const QRectF bound(0, 0, qRound(scene->width()), qRound(scene->height()));
     return replaceFile(target, [scene, &bound](const QString &path) {
         return SheetPrinter::writePNG(scene, bound, path);

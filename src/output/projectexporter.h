@@ -1,19 +1,17 @@
 #pragma once
 
 #include "chart/sheethost.h"
+#include "sheet/projectscene.h"
+#include "sheet/sheetbook.h"
 #include "support/formvalue.h"
 
-#include <QHash>
 #include <QObject>
 #include <QUndoGroup>
 
 #include <functional>
 #include <memory>
-#include <vector>
 
 class ProjectFile;
-class ProjectScene;
-struct CanvasItemInfo;
 
 /// A project without a window, for writing it to other formats. Each step that fails gives
 /// false and leaves its reason in getError().
@@ -46,24 +44,27 @@ public:
     QMenu *getSceneContextMenu() override { return nullptr; }
     QMenu *getNoteContextMenu() override { return nullptr; }
     QMenu *getLineContextMenu() override { return nullptr; }
-    Sticky *getNoteWithGUID(const QString &guid) const override;
-    ChartSheet *getSceneForParent(const QString &guid) const override;
+    Sticky *getNoteWithGUID(const QString &guid) const override
+    {
+        return book->getNoteWithGUID(guid);
+    }
+    ProjectScene *getSceneForParent(const QString &guid) const override
+    {
+        return book->getSheetForOwner(guid);
+    }
     void onCausalFactorChanged(Sticky *) override {}
     QWidget *getDialogParent() override { return nullptr; }
 
 private:
-    void onItemLoaded(CanvasItemInfo &info);
-    std::unique_ptr<ProjectScene> createScene(Sticky *parentNote);
-    ProjectScene *findFactor(int number) const;
-    QList<ProjectScene *> getFactorScenes() const;
+    /// The main sheet for NoFactor.
+    ProjectScene *getSheet(int factor) const;
     bool fail(const QString &reason);
     /// Lets `write` make a file beside the target that takes its place when it is whole.
     bool replaceFile(const QString &target, const std::function<bool(const QString &)> &write);
 
     QUndoGroup undoGroup;
     std::unique_ptr<ProjectFile> projectFile;
-    std::unique_ptr<ProjectScene> mainScene;
-    std::vector<std::unique_ptr<ProjectScene>> factorScenes;
+    SheetBook *book = nullptr; // made when a file is opened, and deleted first
     FormValues formValues;
     QString error;
 };

@@ -22,8 +22,6 @@
 #include <QUndoGroup>
 #include <QUndoStack>
 
-#include <algorithm>
-
 MainWindow::MainWindow(IntroScreen *introScreen) : introScreen(introScreen)
 {
     setWindowTitle("TRAC/Ex Examiner");
@@ -37,6 +35,7 @@ MainWindow::~MainWindow()
 {
     // Sheets reach for the form, the file and this window until their last item is gone.
     qDeleteAll(findChildren<GraphWidget *>());
+    delete book;
 }
 
 void MainWindow::loadFullInterface()
@@ -49,8 +48,6 @@ void MainWindow::loadFullInterface()
     Role::loadAllRoles();
     createProjectObjects();
     createMainSheet();
-    connectMainScene();
-    connectProjectFile();
     tabWidget->addTab(formView, "Investigation Form");
     tabWidget->addTab(mainView, "ECS Chart");
     createStatusBar();
@@ -81,34 +78,26 @@ void MainWindow::createProjectObjects()
 
 void MainWindow::createMainSheet()
 {
-    const QRect printable = PageInfo().getPrintableArea();
-    mainScene = new ProjectScene(this, undoGroup, projectFile, formView, printable.size());
-    qDebug() << "Printable area" << printable;
-    undoGroup->setActiveStack(mainScene->getUndoStack());
-    currentScene = mainScene;
+    book = new SheetBook(this, undoGroup, projectFile, formView);
+    connect(book, &SheetBook::sheetCame, this, &MainWindow::onSheetCame);
+    connect(book, &SheetBook::sheetGoes, this, &MainWindow::onSheetGoes);
+    currentScene = getMainScene();
+    undoGroup->setActiveStack(currentScene->getUndoStack());
     escapeShortcut = new QShortcut(Qt::Key_Escape, this);
     connect(escapeShortcut, &QShortcut::activated, this, &MainWindow::onEscapePressed);
     clipBoard = new ClipBoard(&currentScene, this);
     connect(formView, &FormView::formChanged, this, &MainWindow::onFormChanged);
-    mainView = new GraphWidget(mainScene, nullptr);
-    mainScene->setParent(mainView);
-    connect(mainView, &GraphWidget::doZoom, zoomWidget, &ZoomWidget::stepZoom);
-}
-
-void MainWindow::connectMainScene()
-{
-    connect(mainScene, &ProjectScene::headerEditRequested, this, &MainWindow::focusFormTab);
-    connect(mainScene, &ProjectScene::causalFactorAdded, this, &MainWindow::onCausalFactorAdded);
-    connect(mainScene, &ProjectScene::causalFactorRemoved, this,
-            &MainWindow::onCausalFactorRemoved);
-    connect(mainScene, &ProjectScene::textEditingChanged, this, &MainWindow::onTextEditingChanged);
-    connect(mainScene, &ProjectScene::selectionChanged, this, &MainWindow::onSelectionChanged);
-}
-
-void MainWindow::connectProjectFile()
-{
-    connect(projectFile, &ProjectFile::loadedItem, this, &MainWindow::onCanvasItemLoaded);
     connect(projectFile, &ProjectFile::loadedFormData, formView, &FormView::onFormDataLoaded);
+    mainView = new GraphWidget(currentScene, nullptr);
+    connectSheet(currentScene, mainView);
+    connect(currentScene, &ProjectScene::headerEditRequested, this, &MainWindow::focusFormTab);
+}
+
+void MainWindow::connectSheet(ProjectScene *sheet, GraphWidget *view)
+{
+    connect(view, &GraphWidget::doZoom, zoomWidget, &ZoomWidget::stepZoom);
+    connect(sheet, &ProjectScene::selectionChanged, this, &MainWindow::onSelectionChanged);
+    connect(sheet, &ProjectScene::textEditingChanged, this, &MainWindow::onTextEditingChanged);
 }
 
 void MainWindow::createStatusBar()
@@ -121,18 +110,9 @@ void MainWindow::createStatusBar()
 
 void MainWindow::clearInterface()
 {
-    const QList<Sheet> formerSheets = sheets.values();
-    for (const Sheet &sheet : formerSheets) {
-        sheet.second->clear();
-        tabWidget->removeTab(tabWidget->indexOf(sheet.first));
-        // The sheet lives on unseen: what comes must not cost it any work.
-        disconnect(projectFile, nullptr, sheet.second, nullptr);
-        disconnect(formView, nullptr, sheet.second, nullptr);
-    }
-    sheets.clear();
     // With the form in front no tab change follows that would bring it back.
-    currentScene = mainScene;
-    mainScene->clear();
+    currentScene = getMainScene();
+    book->clear();
     formView->clearForm();
     formTouched = false;
     unaskedChanges = false;
@@ -146,46 +126,6 @@ void MainWindow::setUntitledTitle()
 void MainWindow::setTitleFor(const QString &path)
 {
     setWindowTitle(path + "[*] - TRAC/Ex Examiner");
-}
-
-QList<ProjectScene *> MainWindow::getFactorScenes() const
-{
-    QList<ProjectScene *> scenes;
-    for (const Sheet &sheet : sheets)
-        scenes.append(sheet.second);
-    std::sort(scenes.begin(), scenes.end(), [](ProjectScene *a, ProjectScene *b) {
-        return a->getParentNote()->getCausalFactorNumber() <
-               b->getParentNote()->getCausalFactorNumber();
-    });
-    return scenes;
-}
-
-QList<GraphWidget *> MainWindow::getAllViews() const
-{
-    QList<GraphWidget *> views = {mainView};
-    for (const Sheet &sheet : sheets)
-        views.append(sheet.first);
-    return views;
-}
-
-ProjectScene *MainWindow::getSceneForParent(const QString &guid) const
-{
-    if (guid.isEmpty())
-        return mainScene;
-    for (const Sheet &sheet : sheets)
-        if (sheet.second->getParentNote()->getGUID() == guid)
-            return sheet.second;
-    return mainScene;
-}
-
-Sticky *MainWindow::getNoteWithGUID(const QString &guid) const
-{
-    if (auto *note = qobject_cast<Sticky *>(mainScene->getItemWithGUID(guid)))
-        return note;
-    for (const Sheet &sheet : sheets)
-        if (auto *note = qobject_cast<Sticky *>(sheet.second->getItemWithGUID(guid)))
-            return note;
-    return nullptr;
 }
 
 void MainWindow::onCurrentTabChanged(int tabIndex)

@@ -2,6 +2,7 @@
 
 #include "chart/sheethost.h"
 #include "sheet/projectscene.h"
+#include "sheet/sheetbook.h"
 #include "shell/exportdialog.h"
 #include "shell/registrationcheck.h"
 #include "support/formvalue.h"
@@ -43,12 +44,17 @@ public:
     explicit MainWindow(IntroScreen *introScreen);
     ~MainWindow() override;
 
-    ProjectScene *getMainScene() const { return mainScene; }
+    ProjectScene *getMainScene() const { return book->getMainSheet(); }
+    QList<ProjectScene *> getFactorScenes() const { return book->getFactorSheets(); }
     ProjectScene *getCurrentScene() const { return currentScene; }
-    /// The scenes of the causal factors, by number.
-    QList<ProjectScene *> getFactorScenes() const;
-    ProjectScene *getSceneForParent(const QString &guid) const override;
-    Sticky *getNoteWithGUID(const QString &guid) const override;
+    ProjectScene *getSceneForParent(const QString &guid) const override
+    {
+        return book->getSheetForOwner(guid);
+    }
+    Sticky *getNoteWithGUID(const QString &guid) const override
+    {
+        return book->getNoteWithGUID(guid);
+    }
     int selectedTool() const override;
     bool isGridEnabled() const override;
     QMenu *getSceneContextMenu() override;
@@ -95,9 +101,9 @@ public slots:
     void showProgramSettings();
     void showPageSetupDialog();
 
-    void onCanvasItemLoaded(CanvasItemInfo &info);
-    void onCausalFactorAdded(Sticky *note);
-    void onCausalFactorRemoved(Sticky *note);
+    void onCanvasItemLoaded(CanvasItemInfo &info) { book->onItemLoaded(info); }
+    void onCausalFactorAdded(Sticky *note) { book->onCausalFactorAdded(note); }
+    void onCausalFactorRemoved(Sticky *note) { book->onCausalFactorRemoved(note); }
     void onCausalFactorChanged(Sticky *note) override;
 
     void onSelectionChanged(const QList<QGraphicsItem *> &items);
@@ -135,14 +141,12 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    using Sheet = QPair<GraphWidget *, ProjectScene *>;
-
     void createProjectObjects();
     void createMainSheet();
-    void connectMainScene();
-    void connectProjectFile();
+    void connectSheet(ProjectScene *sheet, GraphWidget *view);
+    void onSheetCame(ProjectScene *sheet);
+    void onSheetGoes(ProjectScene *sheet);
     void createStatusBar();
-    QList<GraphWidget *> getAllViews() const;
     void setUntitledTitle();
     void setTitleFor(const QString &path);
 
@@ -187,7 +191,6 @@ private:
     void removeFormerFile(const QString &name);
     void storeProject(const QString &name, bool autoSave);
     bool writeProject(const QString &name, const QList<ProjectItem *> &items);
-    QList<ProjectItem *> collectItems() const;
     FormValues collectFormValues() const;
     void tellOfForeignChange();
     bool keepSnapshot();
@@ -195,12 +198,6 @@ private:
     /// False when that failed: then an auto-save may be all that is left of the work.
     bool giveUpProject(int answer);
     bool hasChangedStack() const;
-
-    Sheet createSheet(Sticky *note, int number);
-    Sticky *seedClone(ProjectScene *scene, Sticky *note, const QPointF &position);
-    void seedSheet(ProjectScene *scene, Sticky *note);
-    void seedConnector(ProjectScene *scene, Sticky *from, Sticky::Side fromSide, Sticky *to,
-                       Sticky::Side toSide);
 
     QString askExportName(ExportDialog::ExportFormat format, const QString &extension);
     QRectF getExportBound(ExportDialog::ExportArea area) const;
@@ -268,14 +265,13 @@ private:
 
     QString openFilename; // of the latest attempt to open
     ProjectFile *projectFile = nullptr;
+    SheetBook *book = nullptr; // deleted first of all but the views
     GraphWidget *mainView = nullptr;
-    ProjectScene *mainScene = nullptr; // child of its view, like every scene
     QLabel *roleLabel = nullptr;
     QLabel *registrationLabel = nullptr;
     QComboBox *roleCombo = nullptr;
     QPointer<IntroScreen> introScreen;
     ProjectTabWidget *tabWidget = nullptr;
-    QHash<Sticky *, Sheet> sheets;
     QUndoGroup *undoGroup = nullptr;
     ProjectScene *currentScene = nullptr; // of the sheet tab last shown
     ClipBoard *clipBoard = nullptr;

@@ -32,15 +32,8 @@ void MainWindow::showSettings()
     Settings dialog(this);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    const QFont font = getStandardFont();
-    const QSize pageSize = PageInfo().getPrintableArea().size();
-    const QList<ProjectScene *> factorScenes = getFactorScenes();
-    mainScene->setItemsFont(font);
-    for (ProjectScene *scene : factorScenes)
-        scene->setItemsFont(font);
-    mainScene->setPageSize(pageSize);
-    for (ProjectScene *scene : factorScenes)
-        scene->setPageSize(pageSize);
+    book->setItemsFont(getStandardFont());
+    book->setPageSize(PageInfo().getPrintableArea().size());
 }
 
 void MainWindow::showProgramSettings()
@@ -52,7 +45,7 @@ void MainWindow::showProgramSettings()
 void MainWindow::showPageSetupDialog()
 {
     PageSetupDialog dialog(this);
-    dialog.setCausalFactorCharts(getFactorScenes());
+    dialog.setCausalFactorCharts(book->getFactorSheets());
     dialog.exec();
 }
 
@@ -69,7 +62,7 @@ void MainWindow::print()
 
 bool MainWindow::paintPrinter(QPrinter &printer)
 {
-    return SheetPrinter::paint(printer, mainScene, getFactorScenes());
+    return SheetPrinter::paint(printer, book->getMainSheet(), book->getFactorSheets());
 }
 
 void MainWindow::printProjectScene(ProjectScene *scene, QPainter &painter, QPrinter &printer,

@@ -131,7 +131,7 @@ void MainWindow::onProjectOpened(bool addToRecentFiles)
         rememberFolder("lastOpenPath", openFilename);
     }
     setTitleFor(projectFile->getOpenFilename());
-    mainScene->setPageSize(PageInfo().getPrintableArea().size());
+    getMainScene()->setPageSize(PageInfo().getPrintableArea().size());
 }
 
 void MainWindow::openWaitingProject()
@@ -209,7 +209,7 @@ void MainWindow::removeFormerFile(const QString &name)
 void MainWindow::storeProject(const QString &name, bool autoSave)
 {
     const QScopedValueRollback<bool> guard(storing, true);
-    const QList<ProjectItem *> items = collectItems();
+    const QList<ProjectItem *> items = book->getProjectItems();
     if (autoSave) {
         statusBar()->showMessage("Autosaving...");
         const auto clear = qScopeGuard([this] { statusBar()->clearMessage(); });
@@ -266,7 +266,7 @@ void MainWindow::onSnapshotRequested()
 
 bool MainWindow::keepSnapshot()
 {
-    return projectFile->keepSnapshot(collectItems(), collectFormValues());
+    return projectFile->keepSnapshot(book->getProjectItems(), collectFormValues());
 }
 
 bool MainWindow::giveUpProject(int answer)
@@ -282,15 +282,6 @@ FormValues MainWindow::collectFormValues() const
     FormValues values = formView->getAllFieldValues();
     formView->fillInTitleImage(values);
     return values;
-}
-
-QList<ProjectItem *> MainWindow::collectItems() const
-{
-    QList<ProjectItem *> items = mainScene->getProjectItems();
-    const QList<ProjectScene *> factorScenes = getFactorScenes();
-    for (ProjectScene *scene : factorScenes)
-        items += scene->getProjectItems();
-    return items;
 }
 
 int MainWindow::checkSave()

@@ -130,9 +130,10 @@ void MainWindow::onToolSelectionChanged(int toolId)
     if (toolId == SelectTool)
         currentScene->hideHighlightItem();
     const auto mode = toolId == HandTool ? QGraphicsView::ScrollHandDrag : QGraphicsView::NoDrag;
-    const QList<GraphWidget *> views = getAllViews();
-    for (GraphWidget *view : views)
-        view->setDragMode(mode);
+    for (ProjectScene *sheet : book->getAllSheets()) {
+        for (QGraphicsView *view : sheet->views())
+            view->setDragMode(mode);
+    }
 }
 
 void MainWindow::onRoleComboChanged(int index)
@@ -242,5 +243,5 @@ void MainWindow::toggleToolbarLock()
 void MainWindow::onShowGridTriggered()
 {
     QSettings().setValue("showGrid", showGridAction->isChecked());
-    mainScene->invalidate();
+    getMainScene()->invalidate();
 }

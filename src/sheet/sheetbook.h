@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+
+class FormView;
+class ProjectFile;
+class ProjectItem;
+class ProjectScene;
+class QFont;
+class QSize;
+class QUndoGroup;
+class SheetHost;
+class Sticky;
+struct CanvasItemInfo;
+
+/// The sheets of a project: the main one and one for each causal factor on it. It makes them,
+/// keeps them in step with the factors, and finds them.
+class SheetBook : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All must outlive the book. Without a form, factors have no rows there.
+    SheetBook(SheetHost *host, QUndoGroup *undoGroup, ProjectFile *projectFile, FormView *formView);
+    ~SheetBook() override;
+
+    ProjectScene *getMainSheet() const { return mainSheet; }
+    /// By number.
+    QList<ProjectScene *> getFactorSheets() const;
+    /// The main sheet first.
+    QList<ProjectScene *> getAllSheets() const;
+    /// Null for a note that has no sheet.
+    ProjectScene *getSheetOf(const Sticky *factor) const { return sheets.value(factor); }
+    /// Null when no factor bears the number.
+    ProjectScene *getSheetOf(int number) const;
+    /// The main sheet for an empty or unknown owner.
+    ProjectScene *getSheetForOwner(const QString &guid) const;
+    /// The main sheet is asked first; null when no sheet holds such a note.
+    Sticky *getNoteWithGUID(const QString &guid) const;
+    /// What a save writes, sheet by sheet.
+    QList<ProjectItem *> getProjectItems() const;
+
+    /// Empties the main sheet and puts the others away: they live on unseen.
+    void clear();
+    /// The new font of all notes without one of their own.
+    void setItemsFont(const QFont &font);
+    /// Scene units.
+    void setPageSize(QSize size);
+
+public slots:
+    /// The main sheet's records must come first.
+    void onItemLoaded(CanvasItemInfo &info);
+    void onCausalFactorAdded(Sticky *note);
+    void onCausalFactorRemoved(Sticky *note);
+
+signals:
+    /// Before anything stands on it.
+    void sheetCame(ProjectScene *sheet);
+    /// No look-up finds it any more.
+    void sheetGoes(ProjectScene *sheet);
+
+private:
+    ProjectScene *createSheet(Sticky *factor);
+
+    SheetHost *host; // not owned, like the next three
+    QUndoGroup *undoGroup;
+    ProjectFile *projectFile;
+    FormView *formView;
+    ProjectScene *mainSheet; // child, like every sheet
+    QHash<const Sticky *, ProjectScene *> sheets;
+    QMultiHash<QString, ProjectScene *> sheetsByOwner; // the same, by the factor's GUID
+};
