@@ -1,8 +1,8 @@
 #include "shell/mainwindow.h"
 
+#include "chart/sticky.h"
 #include "form/formview.h"
 #include "project/projectfile.h"
-#include "sheet/clipboard.h"
 #include "shell/aboutdialog.h"
 #include "shell/graphwidget.h"
 #include "shell/introscreen.h"
@@ -10,25 +10,40 @@
 #include "shell/toolstoolbar.h"
 #include "shell/zoomwidget.h"
 #include "support/helpbrowser.h"
-#include "support/pageinfo.h"
 
+#include <QCloseEvent>
 #include <QDebug>
-#include <QEvent>
 #include <QFileOpenEvent>
 #include <QLabel>
-#include <QMenu>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QUndoGroup>
-#include <QUndoStack>
 
-MainWindow::MainWindow(IntroScreen *introScreen) : introScreen(introScreen)
+namespace
+{
+
+QString getTabText(const Sticky *factor)
+{
+    return "Causal Factor " + QString::number(factor->getCausalFactorNumber());
+}
+
+GraphWidget *getView(const ProjectScene *sheet)
+{
+    return sheet ? qobject_cast<GraphWidget *>(sheet->views().value(0)) : nullptr;
+}
+
+} // namespace
+
+MainWindow::MainWindow(IntroScreen *introScreen)
+    : introScreen(introScreen), desk(new ProjectDesk(this))
 {
     setWindowTitle("TRAC/Ex Examiner");
     QIcon icon(":/images/16/icon_16.png");
     icon.addFile(":/images/icon_48.png", QSize(48, 48));
     setWindowIcon(icon);
     resize(800, 600);
+    connect(desk, &ProjectDesk::interfaceNeeded, this, &MainWindow::loadFullInterface);
+    connect(desk, &ProjectDesk::clearing, this, &MainWindow::clearInterface);
 }
 
 MainWindow::~MainWindow()
@@ -44,16 +59,16 @@ void MainWindow::loadFullInterface()
         return;
     if (introScreen)
         introScreen->deleteLater();
-    setUntitledTitle();
+    desk->showUntitled();
     Role::loadAllRoles();
     createProjectObjects();
     createMainSheet();
+    desk->setProject(projectFile, book, formView, undoGroup);
     tabWidget->addTab(formView, "Investigation Form");
     tabWidget->addTab(mainView, "ECS Chart");
     createStatusBar();
-    createAllActions();
-    createToolbars();
-    createAllMenus();
+    commands = new ChartCommands(this, book, &currentScene, undoGroup, zoomWidget);
+    connectCommands();
     showMaximized();
     interfaceLoaded = true;
 }
@@ -68,12 +83,10 @@ void MainWindow::createProjectObjects()
             Qt::QueuedConnection);
     projectFile = new ProjectFile(this);
     projectFile->setParent(this);
-    connect(projectFile, &ProjectFile::requestAutoSave, this, &MainWindow::onAutoSaveRequested);
-    connect(projectFile, &ProjectFile::requestSnapshot, this, &MainWindow::onSnapshotRequested);
-    connect(projectFile, &ProjectFile::dirtyChanged, this, &MainWindow::onDirtyChanged);
     undoGroup = new QUndoGroup(this);
     formView = new FormView(undoGroup);
     connect(formView, &FormView::exportFormRequested, this, &MainWindow::onExportFormTriggered);
+    connect(projectFile, &ProjectFile::loadedFormData, formView, &FormView::onFormDataLoaded);
 }
 
 void MainWindow::createMainSheet()
@@ -85,12 +98,40 @@ void MainWindow::createMainSheet()
     undoGroup->setActiveStack(currentScene->getUndoStack());
     escapeShortcut = new QShortcut(Qt::Key_Escape, this);
     connect(escapeShortcut, &QShortcut::activated, this, &MainWindow::onEscapePressed);
-    clipBoard = new ClipBoard(&currentScene, this);
-    connect(formView, &FormView::formChanged, this, &MainWindow::onFormChanged);
-    connect(projectFile, &ProjectFile::loadedFormData, formView, &FormView::onFormDataLoaded);
     mainView = new GraphWidget(currentScene, nullptr);
     connectSheet(currentScene, mainView);
     connect(currentScene, &ProjectScene::headerEditRequested, this, &MainWindow::focusFormTab);
+}
+
+void MainWindow::createStatusBar()
+{
+    statusBar()->addPermanentWidget(new QLabel(desk->getRegistrationCheck().getStatusText()));
+    statusBar()->addPermanentWidget(zoomWidget);
+    connect(zoomWidget, &ZoomWidget::zoomChanged, this, &MainWindow::onZoomChanged);
+}
+
+void MainWindow::connectCommands()
+{
+    using C = ChartCommands;
+    commands->onTriggered(C::NewProject, this, &MainWindow::newProject);
+    commands->onTriggered(C::OpenProject, this, [this] { openProject(); });
+    commands->onTriggered(C::QuickStart, this, &MainWindow::openQuickStart);
+    commands->onTriggered(C::Save, this, [this] { saveProject(); });
+    commands->onTriggered(C::SaveAs, this, &MainWindow::saveProjectAs);
+    commands->onTriggered(C::PrintSetup, this, &MainWindow::showPageSetupDialog);
+    commands->onTriggered(C::Print, this, &MainWindow::print);
+    commands->onTriggered(C::Export, this, [this] { onExportClicked(); });
+    commands->onTriggered(C::SavePagePNG, this, &MainWindow::saveCurrentPagePNG);
+    commands->onTriggered(C::Exit, this, &MainWindow::close);
+    commands->onTriggered(C::ProjectOptions, this, &MainWindow::showSettings);
+    commands->onTriggered(C::ProgramOptions, this, &MainWindow::showProgramSettings);
+    commands->onTriggered(C::Registration, this,
+                          [this] { desk->getRegistrationCheck().showInformation(this); });
+    commands->onTriggered(C::HelpContents, this, &MainWindow::showHelp);
+    commands->onTriggered(C::About, this, &MainWindow::showAboutDialog);
+    commands->onTriggered(C::ExportForm, this, &MainWindow::onExportFormTriggered);
+    commands->onTriggered(C::PrintForm, this, &MainWindow::onPrintFormTriggered);
+    connect(desk, &ProjectDesk::savingAllowed, commands->getAction(C::Save), &QAction::setEnabled);
 }
 
 void MainWindow::connectSheet(ProjectScene *sheet, GraphWidget *view)
@@ -100,32 +141,60 @@ void MainWindow::connectSheet(ProjectScene *sheet, GraphWidget *view)
     connect(sheet, &ProjectScene::textEditingChanged, this, &MainWindow::onTextEditingChanged);
 }
 
-void MainWindow::createStatusBar()
-{
-    registrationLabel = new QLabel(registrationCheck.getStatusText());
-    statusBar()->addPermanentWidget(registrationLabel);
-    statusBar()->addPermanentWidget(zoomWidget);
-    connect(zoomWidget, &ZoomWidget::zoomChanged, this, &MainWindow::onZoomChanged);
-}
-
 void MainWindow::clearInterface()
 {
     // With the form in front no tab change follows that would bring it back.
     currentScene = getMainScene();
     book->clear();
     formView->clearForm();
-    formTouched = false;
-    unaskedChanges = false;
+    desk->forgetChanges();
 }
 
-void MainWindow::setUntitledTitle()
+void MainWindow::onSheetCame(ProjectScene *sheet)
 {
-    setWindowTitle("untitled[*] - TRAC/Ex Examiner");
+    auto *view = new GraphWidget(sheet, this);
+    connectSheet(sheet, view);
+    tabWidget->addTab(view, getTabText(sheet->getParentNote()));
 }
 
-void MainWindow::setTitleFor(const QString &path)
+void MainWindow::onSheetGoes(ProjectScene *sheet)
 {
-    setWindowTitle(path + "[*] - TRAC/Ex Examiner");
+    tabWidget->removeTab(tabWidget->indexOf(getView(sheet)));
+    if (currentScene != sheet)
+        return;
+    currentScene = getMainScene();
+    undoGroup->setActiveStack(currentScene->getUndoStack());
+}
+
+void MainWindow::onCausalFactorChanged(Sticky *note)
+{
+    desk->noteUnaskedChange(); // a new number is no undo step, so nobody would ask about it
+    if (GraphWidget *view = getView(book->getSheetOf(note)))
+        tabWidget->setTabText(tabWidget->indexOf(view), getTabText(note));
+}
+
+bool MainWindow::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() != QEvent::FileOpen)
+        return QMainWindow::eventFilter(object, event);
+    openProject(static_cast<QFileOpenEvent *>(event)->file(), true);
+    return true;
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    event->ignore(); // also when a save fails with an exception
+    event->setAccepted(desk->leaveProject());
+}
+
+void MainWindow::openProject(QString openName, bool addToRecentFiles)
+{
+    desk->openProject(openName, addToRecentFiles);
+}
+
+void MainWindow::saveProject(bool chooseNewName, bool autoSave)
+{
+    desk->saveProject(chooseNewName, autoSave);
 }
 
 void MainWindow::onCurrentTabChanged(int tabIndex)
@@ -137,10 +206,10 @@ void MainWindow::onCurrentTabChanged(int tabIndex)
         currentScene = view->getProjectScene();
         undoGroup->setActiveStack(currentScene->getUndoStack());
         zoomWidget->setZoom(view->getZoom());
-        toolsToolbar->setActiveButtons(ToolsToolBar::ToolButtons);
+        commands->getPalette()->setActiveButtons(ToolsToolBar::ToolButtons);
     } else if (tab == formView) {
         undoGroup->setActiveStack(formView->getUndoStack());
-        toolsToolbar->setActiveButtons(ToolsToolBar::FormButtons);
+        commands->getPalette()->setActiveButtons(ToolsToolBar::FormButtons);
     }
 }
 

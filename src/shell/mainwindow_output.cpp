@@ -84,7 +84,7 @@ void MainWindow::onExportFormTriggered()
         return;
     if (name.right(4).toLower() != ".doc")
         name += ".doc";
-    WordXMLExport().saveData(name, collectFormValues(), this);
+    WordXMLExport().saveData(name, desk->collectFormValues(), this);
 }
 
 void MainWindow::saveCurrentPagePNG()

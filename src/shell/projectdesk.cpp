@@ -1,18 +1,19 @@
+#include "shell/projectdesk.h"
+
 #include "form/formview.h"
 #include "project/projectfile.h"
 #include "project/saveprogressdialog.h"
-#include "shell/graphwidget.h"
-#include "shell/mainwindow.h"
+#include "sheet/projectscene.h"
+#include "sheet/sheetbook.h"
 #include "support/pageinfo.h"
 
-#include <QAction>
-#include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDebug>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QFileOpenEvent>
+#include <QGraphicsView>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
@@ -29,7 +30,7 @@ namespace
 
 constexpr int MaximumRecentFiles = 4;
 constexpr int MessageTime = 15000; // milliseconds
-const QString SaveFailedText = "Saving failed.\nThe error message is: ";
+const char SaveFailedText[] = "Saving failed.\nThe error message is: ";
 const char ProjectFilter[] = "TRAC/Ex Examiner Project (*.epf)";
 
 QString getStartFolder(const QString &key)
@@ -45,71 +46,95 @@ void rememberFolder(const QString &key, const QString &path)
 
 } // namespace
 
-bool MainWindow::eventFilter(QObject *object, QEvent *event)
+ProjectDesk::ProjectDesk(QMainWindow *window) : QObject(window), window(window) {}
+
+void ProjectDesk::setProject(ProjectFile *file, SheetBook *sheets, FormView *form,
+                             QUndoGroup *group)
 {
-    if (event->type() != QEvent::FileOpen)
-        return QMainWindow::eventFilter(object, event);
-    openProject(static_cast<QFileOpenEvent *>(event)->file(), true);
-    return true;
+    projectFile = file;
+    book = sheets;
+    formView = form;
+    undoGroup = group;
+    connect(file, &ProjectFile::requestAutoSave, this, &ProjectDesk::onAutoSaveRequested);
+    connect(file, &ProjectFile::requestSnapshot, this, &ProjectDesk::onSnapshotRequested);
+    connect(file, &ProjectFile::dirtyChanged, this, &ProjectDesk::onDirtyChanged);
+    connect(form, &FormView::formChanged, this, &ProjectDesk::onFormChanged);
 }
 
-bool MainWindow::isBusy() const
+void ProjectDesk::showUntitled()
+{
+    window->setWindowTitle("untitled[*] - TRAC/Ex Examiner");
+}
+
+void ProjectDesk::setTitleFor(const QString &path)
+{
+    window->setWindowTitle(path + "[*] - TRAC/Ex Examiner");
+}
+
+void ProjectDesk::forgetChanges()
+{
+    formTouched = false;
+    unaskedChanges = false;
+}
+
+bool ProjectDesk::isBusy() const
 {
     return storing || (projectFile && projectFile->isBusy());
 }
 
-void MainWindow::newProject()
+void ProjectDesk::newProject()
 {
     qDebug() << "new project";
     if (isBusy())
         return;
-    if (!interfaceLoaded) {
-        loadFullInterface();
-        setUntitledTitle();
+    if (!projectFile) {
+        emit interfaceNeeded();
+        showUntitled();
         return;
     }
-    const int answer = checkSave();
-    if (answer == 2)
+    const SaveAnswer answer = checkSave();
+    if (answer == Cancelled)
         return;
     const bool kept = giveUpProject(answer);
-    clearInterface();
+    emit clearing();
     if (kept)
         projectFile->discardAutoSaveFile();
     projectFile->resetOpenFilename();
-    setUntitledTitle();
+    showUntitled();
 }
 
-void MainWindow::openProject(QString openName, bool addToRecentFiles)
+void ProjectDesk::openProject(const QString &name, bool addToRecentFiles)
 {
     if (isBusy()) {
-        waitingOpenName = openName;
+        waitingOpenName = name;
         return;
     }
-    const int answer = checkSave();
-    if (answer == 2)
+    const SaveAnswer answer = checkSave();
+    if (answer == Cancelled)
         return;
-    openFilename = openName.isEmpty() ? askOpenName() : openName;
+    openFilename = name.isEmpty() ? askOpenName() : name;
     if (openFilename.isEmpty())
         return;
     const bool kept = giveUpProject(answer);
-    loadFullInterface();
-    clearInterface();
-    if (kept && !openName.endsWith(".autosave"))
+    emit interfaceNeeded();
+    emit clearing();
+    if (kept && !name.endsWith(".autosave"))
         projectFile->discardAutoSaveFile();
     readProject(addToRecentFiles);
     openWaitingProject();
 }
 
-QString MainWindow::askOpenName()
+QString ProjectDesk::askOpenName()
 {
-    return QFileDialog::getOpenFileName(this, "Open project file...",
+    return QFileDialog::getOpenFileName(window, "Open project file...",
                                         getStartFolder("lastOpenPath"), ProjectFilter);
 }
 
-void MainWindow::readProject(bool addToRecentFiles)
+void ProjectDesk::readProject(bool addToRecentFiles)
 {
+    QGraphicsView *mainView = book->getMainSheet()->views().first();
     mainView->setViewportUpdateMode(QGraphicsView::NoViewportUpdate);
-    const auto resume = qScopeGuard([this] {
+    const auto resume = qScopeGuard([mainView] {
         mainView->setViewportUpdateMode(QGraphicsView::MinimalViewportUpdate);
         mainView->update();
         mainView->viewport()->update();
@@ -117,75 +142,70 @@ void MainWindow::readProject(bool addToRecentFiles)
     if (projectFile->openFile(openFilename)) {
         onProjectOpened(addToRecentFiles);
     } else {
-        QMessageBox::critical(this, "Open failed",
+        QMessageBox::critical(window, "Open failed",
                               "Opening failed, this does not seem to be a valid project file.",
                               QMessageBox::Ok);
-        setUntitledTitle();
+        showUntitled();
     }
 }
 
-void MainWindow::onProjectOpened(bool addToRecentFiles)
+void ProjectDesk::onProjectOpened(bool addToRecentFiles)
 {
     if (addToRecentFiles) {
         addRecentFile(openFilename);
         rememberFolder("lastOpenPath", openFilename);
     }
     setTitleFor(projectFile->getOpenFilename());
-    getMainScene()->setPageSize(PageInfo().getPrintableArea().size());
+    book->getMainSheet()->setPageSize(PageInfo().getPrintableArea().size());
 }
 
-void MainWindow::openWaitingProject()
+void ProjectDesk::openWaitingProject()
 {
     if (waitingOpenName.isNull())
         return;
     const QString name = waitingOpenName;
     waitingOpenName.clear();
     QMetaObject::invokeMethod(
-        this, [this, name] { openProject(name); }, Qt::QueuedConnection);
+        this, [this, name] { openProject(name, true); }, Qt::QueuedConnection);
 }
 
-void MainWindow::openQuickStart()
+void ProjectDesk::openQuickStart()
 {
     if (isBusy())
         return;
     const QString dataFolder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     openProject(dataFolder + "/templates/quickstart2.epf", false);
     projectFile->resetOpenFilename();
-    setUntitledTitle();
+    showUntitled();
 }
 
-void MainWindow::saveProject(bool chooseNewName, bool autoSave)
+void ProjectDesk::saveProject(bool chooseNewName, bool autoSave)
 {
     if (isBusy() || !registrationCheck.permitsSaving())
         return;
-    saveAction->setEnabled(false);
+    emit savingAllowed(false);
     const QString name =
         autoSave ? projectFile->getAutoSaveNameForOpenFile() : getSaveName(chooseNewName);
     if (name.isNull())
         return; // cancelled: the Save action stays off until a later save has ended
     if (autoSave)
         qDebug() << "Auto Saving to " << name;
-    const auto finish = qScopeGuard([this] { saveAction->setEnabled(true); });
+    const auto finish = qScopeGuard([this] { emit savingAllowed(true); });
     storeProject(name, autoSave);
     openWaitingProject();
 }
 
-void MainWindow::saveProjectAs()
-{
-    saveProject(true, false);
-}
-
-void MainWindow::onAutoSaveRequested()
+void ProjectDesk::onAutoSaveRequested()
 {
     qDebug() << "Auto save requested";
     saveProject(false, true);
 }
 
-QString MainWindow::getSaveName(bool chooseNewName)
+QString ProjectDesk::getSaveName(bool chooseNewName)
 {
     if (!chooseNewName && !projectFile->requiresFilenamePrompt())
         return projectFile->getOpenFilename();
-    QString name = QFileDialog::getSaveFileName(this, "Save project file...",
+    QString name = QFileDialog::getSaveFileName(window, "Save project file...",
                                                 getStartFolder("lastSavePath"), ProjectFilter);
     if (name.isNull())
         return name;
@@ -197,7 +217,7 @@ QString MainWindow::getSaveName(bool chooseNewName)
     return name;
 }
 
-void MainWindow::removeFormerFile(const QString &name)
+void ProjectDesk::removeFormerFile(const QString &name)
 {
     if (!QFile::exists(name))
         return;
@@ -206,19 +226,19 @@ void MainWindow::removeFormerFile(const QString &name)
     qDebug() << QFile::remove(name);
 }
 
-void MainWindow::storeProject(const QString &name, bool autoSave)
+void ProjectDesk::storeProject(const QString &name, bool autoSave)
 {
     const QScopedValueRollback<bool> guard(storing, true);
     const QList<ProjectItem *> items = book->getProjectItems();
     if (autoSave) {
-        statusBar()->showMessage("Autosaving...");
-        const auto clear = qScopeGuard([this] { statusBar()->clearMessage(); });
+        window->statusBar()->showMessage("Autosaving...");
+        const auto clear = qScopeGuard([this] { window->statusBar()->clearMessage(); });
         writeProject(name, items);
         return;
     }
     const bool foreignChange =
         name == projectFile->getOpenFilename() && projectFile->hasChangedOnDisk();
-    SaveProgressDialog progress("Saving...", items.size(), this);
+    SaveProgressDialog progress("Saving...", items.size(), window);
     connect(projectFile, &ProjectFile::itemSaved, &progress,
             &SaveProgressDialog::incrementProgress);
     progress.setWindowModality(Qt::WindowModal);
@@ -227,17 +247,16 @@ void MainWindow::storeProject(const QString &name, bool autoSave)
     if (!writeProject(name, items))
         return;
     setTitleFor(name);
-    formTouched = false;
-    unaskedChanges = false;
+    forgetChanges();
     if (foreignChange)
         tellOfForeignChange();
 }
 
-bool MainWindow::writeProject(const QString &name, const QList<ProjectItem *> &items)
+bool ProjectDesk::writeProject(const QString &name, const QList<ProjectItem *> &items)
 {
     const FormValues values = collectFormValues();
     if (!projectFile->saveFile(name, items, values)) {
-        QMessageBox::critical(this, "Save failed", SaveFailedText + projectFile->getLastError(),
+        QMessageBox::critical(window, "Save failed", SaveFailedText + projectFile->getLastError(),
                               QMessageBox::Ok);
         return false;
     }
@@ -245,75 +264,70 @@ bool MainWindow::writeProject(const QString &name, const QList<ProjectItem *> &i
     return true;
 }
 
-void MainWindow::tellOfForeignChange()
+void ProjectDesk::tellOfForeignChange()
 {
-    statusBar()->showMessage("Another program had changed the file. What it wrote is among the "
-                             "kept copies.",
-                             MessageTime);
+    window->statusBar()->showMessage(
+        "Another program had changed the file. What it wrote is among the "
+        "kept copies.",
+        MessageTime);
 }
 
-void MainWindow::onHandlerFailed(const QString &message)
+void ProjectDesk::onHandlerFailed(const QString &message)
 {
     if (projectFile)
         projectFile->abandonSave();
-    QMessageBox::critical(this, "Save failed", SaveFailedText + message, QMessageBox::Ok);
+    QMessageBox::critical(window, "Save failed", SaveFailedText + message, QMessageBox::Ok);
 }
 
-void MainWindow::onSnapshotRequested()
-{
-    keepSnapshot();
-}
-
-bool MainWindow::keepSnapshot()
+bool ProjectDesk::keepSnapshot()
 {
     return projectFile->keepSnapshot(book->getProjectItems(), collectFormValues());
 }
 
-bool MainWindow::giveUpProject(int answer)
+bool ProjectDesk::giveUpProject(SaveAnswer answer)
 {
-    if (!interfaceLoaded)
+    if (!projectFile)
         return true;
-    const bool savedInVain = answer == 0 && projectFile->isDirty();
+    const bool savedInVain = answer == SaveWasRun && projectFile->isDirty();
     return !(savedInVain || unaskedChanges) || keepSnapshot();
 }
 
-FormValues MainWindow::collectFormValues() const
+FormValues ProjectDesk::collectFormValues() const
 {
     FormValues values = formView->getAllFieldValues();
     formView->fillInTitleImage(values);
     return values;
 }
 
-int MainWindow::checkSave()
+ProjectDesk::SaveAnswer ProjectDesk::checkSave()
 {
-    if (!interfaceLoaded || !projectFile->isDirty())
-        return 1;
+    if (!projectFile || !projectFile->isDirty())
+        return NothingInTheWay;
     const QMessageBox::StandardButton answer = QMessageBox::question(
-        this, "TRAC/Ex Examiner",
+        window, "TRAC/Ex Examiner",
         "The project contains unsaved changes\nDo you want to save the changes?",
         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
     if (answer == QMessageBox::Save) {
         saveProject(false, false);
-        return 0;
+        return SaveWasRun;
     }
-    return answer == QMessageBox::Discard ? 1 : 2;
+    return answer == QMessageBox::Discard ? NothingInTheWay : Cancelled;
 }
 
-void MainWindow::closeEvent(QCloseEvent *event)
+bool ProjectDesk::leaveProject()
 {
-    event->ignore(); // also when a save fails with an exception
     if (isBusy())
-        return;
-    const int answer = checkSave();
-    if (answer == 2)
-        return;
+        return false;
+    const SaveAnswer answer = checkSave();
+    if (answer == Cancelled)
+        return false;
     const bool kept = giveUpProject(answer);
     if (projectFile && kept)
         projectFile->discardAutoSaveFile();
-    event->accept();
+    return true;
 }
 
-void MainWindow::addRecentFile(const QString &path)
+void ProjectDesk::addRecentFile(const QString &path)
 {
     QSettings settings;
     QStringList files = settings.value("recentFiles").toStringList();
@@ -325,15 +339,15 @@ void MainWindow::addRecentFile(const QString &path)
     settings.setValue("recentFiles", files);
 }
 
-void MainWindow::onFormChanged()
+void ProjectDesk::onFormChanged()
 {
     formTouched = true;
     projectFile->setDirty();
 }
 
-void MainWindow::onDirtyChanged(bool dirty)
+void ProjectDesk::onDirtyChanged(bool dirty)
 {
-    setWindowModified(dirty);
+    window->setWindowModified(dirty);
     if (dirty)
         return;
     // One stack that becomes clean makes the whole project look so.
@@ -343,7 +357,7 @@ void MainWindow::onDirtyChanged(bool dirty)
         stack->setClean();
 }
 
-bool MainWindow::hasChangedStack() const
+bool ProjectDesk::hasChangedStack() const
 {
     const QList<QUndoStack *> stacks = undoGroup->stacks();
     return std::any_of(stacks.cbegin(), stacks.cend(),

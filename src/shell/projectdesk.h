@@ -1,0 +1,99 @@
+#pragma once
+
+#include "shell/registrationcheck.h"
+#include "support/formvalue.h"
+
+#include <QObject>
+#include <QString>
+
+class FormView;
+class ProjectFile;
+class ProjectItem;
+class QMainWindow;
+class QUndoGroup;
+class SheetBook;
+
+/// The project's road between the window and the disk: new, open, save, the question about
+/// unsaved changes, and what is kept when a project is given up.
+class ProjectDesk : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// What checkSave() gives; callers proceed unless it is Cancelled.
+    enum SaveAnswer {
+        SaveWasRun = 0, ///< whatever became of it
+        NothingInTheWay = 1,
+        Cancelled = 2
+    };
+
+    explicit ProjectDesk(QMainWindow *window);
+
+    /// Once the interface stands. All outlive this object.
+    void setProject(ProjectFile *file, SheetBook *book, FormView *form, QUndoGroup *undoGroup);
+    const RegistrationCheck &getRegistrationCheck() const { return registrationCheck; }
+
+    void newProject();
+    /// An empty name asks the user.
+    void openProject(const QString &name, bool addToRecentFiles);
+    void openQuickStart();
+    void saveProject(bool chooseNewName, bool autoSave);
+    SaveAnswer checkSave();
+    /// Whether the window may close. Then the project is given up.
+    bool leaveProject();
+    void addRecentFile(const QString &path);
+    FormValues collectFormValues() const;
+    void showUntitled();
+    /// What is shown is as it was saved, or empty.
+    void forgetChanges();
+    /// Something is unsaved that the dirty mark does not tell.
+    void noteUnaskedChange() { unaskedChanges = true; }
+
+    void onAutoSaveRequested();
+    void onSnapshotRequested() { keepSnapshot(); }
+    /// An exception left an event handler: a save that broke off is given up, and the project
+    /// stays open with its changes.
+    void onHandlerFailed(const QString &message);
+    void onFormChanged();
+    void onDirtyChanged(bool dirty);
+
+signals:
+    /// A project is to be shown: the window builds what it has not built yet.
+    void interfaceNeeded();
+    /// The project shown goes.
+    void clearing();
+    /// A save begins or has ended.
+    void savingAllowed(bool allowed);
+
+private:
+    bool isBusy() const;
+    QString askOpenName();
+    void readProject(bool addToRecentFiles);
+    void onProjectOpened(bool addToRecentFiles);
+    /// What was asked for while a file was opened or saved.
+    void openWaitingProject();
+    void setTitleFor(const QString &path);
+    /// The name to save under, null when the user cancelled.
+    QString getSaveName(bool chooseNewName);
+    void removeFormerFile(const QString &name);
+    void storeProject(const QString &name, bool autoSave);
+    bool writeProject(const QString &name, const QList<ProjectItem *> &items);
+    void tellOfForeignChange();
+    bool keepSnapshot();
+    /// Keeps what the user wasn't asked about or could not save. Takes what checkSave gave.
+    /// False when that failed: then an auto-save may be all that is left of the work.
+    bool giveUpProject(SaveAnswer answer);
+    bool hasChangedStack() const;
+
+    QMainWindow *window;
+    ProjectFile *projectFile = nullptr; // null until the interface stands, like the next three
+    SheetBook *book = nullptr;
+    FormView *formView = nullptr;
+    QUndoGroup *undoGroup = nullptr;
+    RegistrationCheck registrationCheck;
+    QString openFilename;        // of the latest attempt to open
+    QString waitingOpenName;     // asked for while the file was busy
+    bool formTouched = false;    // since the last save or opening
+    bool unaskedChanges = false; // something is unsaved that the dirty mark does not tell
+    bool storing = false;        // from the first progress event to the end of a save
+};
