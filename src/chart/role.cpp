@@ -70,7 +70,7 @@ QString Role::typeFromName(const QString &displayName)
         if (row.displayName == displayName)
             return row.typeName;
     }
-    return "Event";
+    return RoleType::Event;
 }
 
 RoleInfo Role::makeRoleInfo(const QString &type, const QString &name, const QString &brushColor,
@@ -95,19 +95,19 @@ void Role::loadAllRoles()
                         const QString &lineStyle, const QString &shape) {
         rolesList.insert(type, makeRoleInfo(type, name, brushColor, "black", lineStyle, shape));
     };
-    add("Event", "Event", "LightYellow", "solid", "rectangle");
+    add(RoleType::Event, "Event", "LightYellow", "solid", "rectangle");
     add("Assumed_Event", "Assumed Event", "white", "dashed", "rectangle");
     add("Condition", "Condition", "white", "solid", "oval");
     add("Assumed_Condition", "Assumed Condition", "white", "dashed", "oval");
     add("Sequence_Marker", "Sequence Marker", "#F6C47A", "solid", "oval");
-    add("Loss", "Loss", "white", "solid", "ellipse");
-    add("Loss_Of_Control", "Loss Of Control", "#F6C47A", "solid", "rectangle");
+    add(RoleType::Loss, "Loss", "white", "solid", "ellipse");
+    add(RoleType::LossOfControl, "Loss Of Control", "#F6C47A", "solid", "rectangle");
     add("Starting_Event", "Starting Event", "#9ACD9A", "solid", "rectangle");
     add("Terminating_Event", "Terminating Event", "#F4B7A5", "solid", "rectangle");
-    add("Transfer", "Transfer", "white", "solid", "plate");
-    add("Causal_Factor", "Causal Factor", "white", "solid", "oval");
+    add(RoleType::Transfer, "Transfer", "white", "solid", "plate");
+    add(RoleType::CausalFactor, "Causal Factor", "white", "solid", "oval");
 
-    RoleInfo &causalFactor = rolesList["Causal_Factor"];
+    RoleInfo &causalFactor = rolesList[RoleType::CausalFactor];
     causalFactor.circleDecoratorType = "numerals";
     causalFactor.parentItem = true;
 }

@@ -6,6 +6,16 @@
 #include <QPen>
 #include <QString>
 
+/// The types that rules name; the others stand in the table alone.
+namespace RoleType
+{
+constexpr char Event[] = "Event";
+constexpr char Loss[] = "Loss";
+constexpr char LossOfControl[] = "Loss_Of_Control";
+constexpr char Transfer[] = "Transfer";
+constexpr char CausalFactor[] = "Causal_Factor";
+} // namespace RoleType
+
 /// One row of the role table. Built without arguments it is the row of an
 /// unknown role: a plain white rectangle of type "Event" without an icon.
 struct RoleInfo {
@@ -14,11 +24,11 @@ struct RoleInfo {
     QPen pen = QPen(Qt::black);
     QBrush brush = QBrush(Qt::white);
     int shape = Rectangle;
-    QString typeName = "Event";    ///< key of the table, and what project files hold
-    QString displayName = "Event"; ///< what lists, menus and the legend show
-    QIcon icon;                    ///< 16 by 16, the shape in the role's colours
-    QString circleDecoratorType;   ///< empty, "numerals", "letters" or a colour name
-    bool parentItem = false;       ///< a note of this role owns a secondary sheet
+    QString typeName = RoleType::Event; ///< key of the table, and what project files hold
+    QString displayName = "Event";      ///< what lists, menus and the legend show
+    QIcon icon;                         ///< 16 by 16, the shape in the role's colours
+    QString circleDecoratorType;        ///< empty, "numerals", "letters" or a colour name
+    bool parentItem = false;            ///< a note of this role owns a secondary sheet
 };
 
 /// What a note stands for: one row of the fixed table of eleven roles.
@@ -29,7 +39,7 @@ public:
     /// the order of every list of roles.
     static QMap<QString, RoleInfo> rolesList;
 
-    Role(const QString &type = "Event");
+    Role(const QString &type = RoleType::Event);
 
     /// An unknown type gives the default row.
     void setType(const QString &type);

@@ -1,5 +1,6 @@
 #include "chart/chartsheet.h"
 #include "chart/circlednumberitem.h"
+#include "chart/formfields.h"
 #include "chart/notetext.h"
 #include "chart/sheethost.h"
 #include "chart/sticky.h"
@@ -34,10 +35,10 @@ void Sticky::setRoleType(const QString &role)
 
 void Sticky::squareForRole(const QString &role)
 {
-    if (role != "Transfer" && role != "Loss")
+    if (role != RoleType::Transfer && role != RoleType::Loss)
         return;
     setSize(QSizeF(rect.width(), rect.width()));
-    if (role == "Loss")
+    if (role == RoleType::Loss)
         return;
     if (getText().isEmpty())
         setText("A");
@@ -62,13 +63,13 @@ bool Sticky::decorateCircle(const QString &decorator)
 
 void Sticky::removeRoleSiblings()
 {
-    if (getRoleType() == "Loss") {
-        removeSibling("loss");
-    } else if (getRoleType() == "Loss_Of_Control") {
-        removeSibling("lossOfControl");
-    } else if (getRoleType() == "Causal_Factor") {
+    if (getRoleType() == RoleType::Loss) {
+        removeSibling(FormFields::Loss);
+    } else if (getRoleType() == RoleType::LossOfControl) {
+        removeSibling(FormFields::LossOfControl);
+    } else if (getRoleType() == RoleType::CausalFactor) {
         for (const QString &id : QStringList(info.siblings)) {
-            if (id.startsWith("causalFactor"))
+            if (FormFields::isOfCausalFactor(id))
                 removeSibling(id);
         }
     }
@@ -76,10 +77,10 @@ void Sticky::removeRoleSiblings()
 
 void Sticky::addRoleSiblings(const QString &role)
 {
-    if (role == "Loss")
-        addSibling("loss");
-    else if (role == "Loss_Of_Control")
-        addSibling("lossOfControl");
+    if (role == RoleType::Loss)
+        addSibling(FormFields::Loss);
+    else if (role == RoleType::LossOfControl)
+        addSibling(FormFields::LossOfControl);
 }
 
 void Sticky::addSibling(Sticky *note)

@@ -196,7 +196,7 @@ void RoleChangeCommand::takeBackShape(Sticky *note, const CanvasItemInfo &old) c
 {
     if (note->getRect().size() != old.size)
         note->setSize(old.size);
-    if (newRole != "Transfer" && old.role.getTypeName() != "Transfer")
+    if (newRole != RoleType::Transfer && old.role.getTypeName() != RoleType::Transfer)
         return;
     note->setTextAlignment(old.textAlignment);
     if (old.text.isEmpty() && note->getText() == "A")

@@ -1,5 +1,6 @@
 #include "form/formview.h"
 
+#include "chart/formfields.h"
 #include "form/formview_page.h"
 #include "support/helptextbrowser.h"
 
@@ -102,7 +103,7 @@ void FormView::onFormDataLoaded(const QHash<QString, FormValue> &values)
 {
     const QMutexLocker locker(&loadMutex);
     formData = values;
-    rememberTitleImage(values);
+    titleImage = values.value(FormFields::TitleImage);
     if (mainFrame)
         loadData();
 }
@@ -139,7 +140,7 @@ void FormView::applyValues()
 
 void FormView::restoreSteps()
 {
-    const auto step = formData.constFind("lastStepShown");
+    const auto step = formData.constFind(FormFields::LastStep);
     if (step != formData.cend() && isDigits(step->value))
         mainFrame->evaluateJavaScript(QString("showStepsUpTo(%1);").arg(step->value));
 }
@@ -169,7 +170,7 @@ void FormView::onFieldChanged(const QString &id)
     if (element.isNull())
         return;
     emit formValueChanged(id, getFieldValue(element));
-    if (id == TitleImageField)
+    if (id == FormFields::TitleImage)
         showTitleImage();
 }
 
@@ -199,20 +200,26 @@ void FormView::onChooseImageClicked()
     if (file.isEmpty())
         return;
     settings.setValue("lastImagePath", QFileInfo(file).absolutePath());
-    setFieldValue(TitleImageField, QFileInfo(file).absoluteFilePath());
+    setFieldValue(FormFields::TitleImage, QFileInfo(file).absoluteFilePath());
     showTitleImage();
 }
 
-void FormView::fillInTitleImage(FormValues &values) const
+FormValues FormView::collectForSave()
 {
-    const auto field = values.find(TitleImageField);
-    if (field != values.end() && field->image.isNull() && field->value == titleImage.value)
-        field->image = titleImage.image;
+    FormValues values = getAllFieldValues();
+    const auto field = values.find(FormFields::TitleImage);
+    if (field != values.end()) {
+        fillInTitleImage(*field);
+        if (!field->image.isNull())
+            titleImage = *field;
+    }
+    return values;
 }
 
-void FormView::rememberTitleImage(const FormValues &values)
+void FormView::fillInTitleImage(FormValue &field) const
 {
-    titleImage = values.value(TitleImageField);
+    if (field.image.isNull() && field.value == titleImage.value)
+        field.image = titleImage.image;
 }
 
 void FormView::showTitleImage()
@@ -220,11 +227,10 @@ void FormView::showTitleImage()
     QWebElement preview = findField("titleImagePreview");
     if (preview.isNull())
         return;
-    FormValues values;
-    FormValue &field = values[TitleImageField];
-    field.value = getFieldValue(TitleImageField);
+    FormValue field;
+    field.value = getFieldValue(FormFields::TitleImage);
     field.image = readTitleImage(field.value);
-    fillInTitleImage(values);
+    fillInTitleImage(field);
     if (field.image.isNull())
         preview.removeAttribute("src");
     else

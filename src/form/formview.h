@@ -51,11 +51,9 @@ public:
     QString changeCausalFactorNumber(const QString &guid, int oldNumber, int newNumber,
                                      const QString &otherGuid);
 
-    /// Gives values the title image last loaded or saved, where they hold the same path but no
-    /// image, as on a computer that lacks the picture.
-    void fillInTitleImage(FormValues &values) const;
-    /// To be called with what a save has written.
-    void rememberTitleImage(const FormValues &values);
+    /// All values as a file or a report takes them: the title image is the one last loaded or
+    /// collected where its file can't be read, as on a computer that lacks the picture.
+    FormValues collectForSave();
 
 signals:
     void formChanged();
@@ -79,8 +77,6 @@ private slots:
     void onPageLoaded(bool ok);
 
 private:
-    static constexpr char TitleImageField[] = "titleImageFile";
-
     static bool isFieldId(const QString &id);
     static bool isRadioButton(const QWebElement &element);
     static bool isTextArea(const QWebElement &element);
@@ -101,6 +97,7 @@ private:
     void setText(QWebElement &field, const QString &value);
     FormValues readPage() const;
     QImage readTitleImage(const QString &path) const;
+    void fillInTitleImage(FormValue &field) const;
     void refillRow(const QString &guid, int number, const QHash<QString, QString> &fields);
 
     QHelpEngine *helpEngine = nullptr;  // child
@@ -111,7 +108,7 @@ private:
     QMutex loadMutex;
     QUndoStack *undoStack = nullptr; // the group's
     QString sharedString;
-    FormValue titleImage;       // path and picture last loaded or saved
+    FormValue titleImage;       // path and picture last loaded or collected
     mutable FormValue lastRead; // size, time and path of a picture file, and its picture
     bool pageStands = false;    // false before the first load and during a reload
 };

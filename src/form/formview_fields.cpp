@@ -1,5 +1,6 @@
 #include "form/formview.h"
 
+#include "chart/formfields.h"
 #include "support/images.h"
 
 #include <QDateTime>
@@ -114,7 +115,7 @@ FormValues FormView::readPage() const
         const QString id = element.attribute("id");
         FormValue field;
         field.value = getFieldValue(element);
-        if (id == TitleImageField)
+        if (id == FormFields::TitleImage)
             field.image = readTitleImage(field.value);
         values.insert(id, field);
     }

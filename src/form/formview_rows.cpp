@@ -1,26 +1,11 @@
 #include "form/formview.h"
 
+#include "chart/formfields.h"
+
 #include <QDebug>
 #include <QUuid>
 #include <QWebElement>
 #include <QWebFrame>
-
-namespace
-{
-
-const char *const RowFields[] = {
-    "causalFactor_guid_NUM",           "causalFactor_text_NUM",
-    "causalFactor_description_NUM",    "causalFactor_worthFixing-Yes_NUM",
-    "causalFactor_worthFixing-No_NUM", "causalFactor_correctiveAction_NUM",
-    "causalFactor_responsible_NUM",    "causalFactor_dueDate_NUM",
-};
-
-QString getRowFieldId(const char *pattern, int number)
-{
-    return QString(pattern).replace("NUM", QString::number(number));
-}
-
-} // namespace
 
 QString FormView::addCausalFactor(const QString &guid, int number, const QString &text)
 {
@@ -32,8 +17,8 @@ QString FormView::addCausalFactor(const QString &guid, int number, const QString
         qDebug() << "addCF" << added.toString().section('_', -1) << number;
     }
     if (splicedGuid.isEmpty() || !pageStands)
-        setFieldValue(getRowFieldId(RowFields[0], number), guid);
-    const QString textId = getRowFieldId(RowFields[1], number);
+        setFieldValue(FormFields::getRowField(FormFields::CausalFactorGuid, number), guid);
+    const QString textId = FormFields::getRowField(FormFields::CausalFactorText, number);
     setFieldValue(textId, text);
     return textId;
 }
@@ -44,8 +29,8 @@ void FormView::removeCausalFactor(int cfNumber)
         mainFrame->evaluateJavaScript(
             QString("this.removeDynamicContent('causalFactor', %1)").arg(cfNumber));
     if (!pageStands) {
-        for (const char *pattern : RowFields)
-            formData.remove(getRowFieldId(pattern, cfNumber));
+        for (const char *pattern : FormFields::CausalFactorRow)
+            formData.remove(FormFields::getRowField(pattern, cfNumber));
     }
 }
 
@@ -53,9 +38,9 @@ QString FormView::changeCausalFactorNumber(const QString &guid, int oldNumber, i
                                            const QString &otherGuid)
 {
     QHash<QString, QString> moved, swapped;
-    for (const char *pattern : RowFields) {
-        const QString source = getRowFieldId(pattern, oldNumber);
-        const QString destination = getRowFieldId(pattern, newNumber);
+    for (const char *pattern : FormFields::CausalFactorRow) {
+        const QString source = FormFields::getRowField(pattern, oldNumber);
+        const QString destination = FormFields::getRowField(pattern, newNumber);
         moved[destination] = getFieldValue(source);
         if (!otherGuid.isEmpty())
             swapped[source] = getFieldValue(destination);
@@ -66,7 +51,7 @@ QString FormView::changeCausalFactorNumber(const QString &guid, int oldNumber, i
     refillRow(guid, newNumber, moved);
     if (!otherGuid.isEmpty())
         refillRow(otherGuid, oldNumber, swapped);
-    return getRowFieldId(RowFields[1], newNumber);
+    return FormFields::getRowField(FormFields::CausalFactorText, newNumber);
 }
 
 void FormView::refillRow(const QString &guid, int number, const QHash<QString, QString> &fields)

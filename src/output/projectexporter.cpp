@@ -94,9 +94,7 @@ bool ProjectExporter::writeReport(const QString &target)
     waiting.start();
     while (form.getAllFields(true).count() == 0 && !waiting.hasExpired(PageTimeout))
         QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
-    FormValues values = form.getAllFieldValues();
-    form.fillInTitleImage(values);
-    if (!WordXMLExport().writeReport(target, values))
+    if (!WordXMLExport().writeReport(target, form.collectForSave()))
         return fail("The report could not be written to " + target + ".");
     return true;
 }

@@ -1,5 +1,6 @@
 #include "output/wordxmlexport.h"
 
+#include "chart/formfields.h"
 #include "output/reportlayout.h"
 #include "support/images.h"
 #include "support/pageinfo.h"
@@ -243,7 +244,7 @@ void WordXMLExport::replaceImages(QDomDocument &document, const FormValues &valu
                                   const Progress &progress)
 {
     progress(1, "Writing images...");
-    const QImage title = values.value("titleImageFile").image;
+    const QImage title = values.value(FormFields::TitleImage).image;
     if (!title.isNull())
         replaceImage("03000003.png", title, document, false);
     progress(2, QString());

@@ -1,5 +1,6 @@
 // The tables of a project, single rows of them, and the upgrade of older files.
 
+#include "chart/formfields.h"
 #include "project/projectfile.h"
 #include "project/rowvalues.h"
 
@@ -111,8 +112,9 @@ bool ProjectFile::upgradeFileDatabase(QSqlDatabase &db, int version)
     QString lossOfControl;
     QString loss;
     return createTables(db) &&
-           mirrorNote(query, "Loss_Of_Control", "lossOfControl", lossOfControl) &&
-           mirrorNote(query, "Loss", "loss", loss) && mirrorCausalFactors(query, lossOfControl) &&
+           mirrorNote(query, RoleType::LossOfControl, FormFields::LossOfControl, lossOfControl) &&
+           mirrorNote(query, RoleType::Loss, FormFields::Loss, loss) &&
+           mirrorCausalFactors(query, lossOfControl) &&
            setItemProperty(query, "project", "dbVersion", QString::number(Version));
 }
 
@@ -132,22 +134,23 @@ bool ProjectFile::mirrorNote(QSqlQuery &query, const QString &role, const QStrin
 
 bool ProjectFile::mirrorCausalFactors(QSqlQuery &query, const QString &lossOfControl)
 {
-    const QVector<NoteRow> notes = readMainNotes(query, "Causal_Factor");
-    QStringList numbers;
+    const QVector<NoteRow> notes = readMainNotes(query, RoleType::CausalFactor);
+    QList<int> numbers;
     for (const NoteRow &note : notes)
-        numbers.append(
-            QString::number(getItemProperty(query, note.guid, "causalFactorNumber").toInt()));
+        numbers.append(getItemProperty(query, note.guid, "causalFactorNumber").toInt());
     bool done = true;
     for (int i = 0; done && i < notes.size(); ++i) {
         const NoteRow &note = notes.at(i);
-        const QString textId = "causalFactor_text_" + numbers.at(i);
+        const QString textId = FormFields::getRowField(FormFields::CausalFactorText, numbers.at(i));
         QStringList siblings = getItemProperty(query, note.guid, "sibling").split(',');
         if (!siblings.contains(QString()))
             siblings.append(textId);
         // The list goes to the loss of control, where older files have always had it.
         done = setItemProperty(query, lossOfControl, "sibling", siblings.join(',')) &&
                setFormValue(query, textId, {note.text, QImage()}) &&
-               setFormValue(query, "causalFactor_guid_" + numbers.at(i), {note.guid, QImage()});
+               setFormValue(query,
+                            FormFields::getRowField(FormFields::CausalFactorGuid, numbers.at(i)),
+                            {note.guid, QImage()});
     }
     return done;
 }

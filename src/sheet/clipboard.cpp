@@ -69,7 +69,7 @@ CanvasItemInfo makeCopy(const CanvasItemInfo &original, const QPointF &offset,
     copy.siblings.clear();
     copy.startPoint += offset;
     copy.endPoint += offset;
-    if (copy.role.getTypeName() == "Causal_Factor")
+    if (copy.role.getTypeName() == RoleType::CausalFactor)
         copy.causalFactorNumber = scene->getFirstUnusedCFNumber();
     return copy;
 }

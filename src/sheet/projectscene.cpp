@@ -100,9 +100,9 @@ QPair<Sticky *, Sticky *> ProjectScene::getLossAndLoCNotes() const
 {
     QPair<Sticky *, Sticky *> found(nullptr, nullptr);
     for (Sticky *note : getAllNotes()) {
-        if (note->getRoleType() == "Loss")
+        if (note->getRoleType() == RoleType::Loss)
             found.first = note;
-        else if (note->getRoleType() == "Loss_Of_Control")
+        else if (note->getRoleType() == RoleType::LossOfControl)
             found.second = note;
     }
     return found;
@@ -111,7 +111,9 @@ QPair<Sticky *, Sticky *> ProjectScene::getLossAndLoCNotes() const
 QList<Sticky *> ProjectScene::getAllCausalFactors() const
 {
     QList<Sticky *> factors = getAllNotes();
-    const auto isOther = [](const Sticky *note) { return note->getRoleType() != "Causal_Factor"; };
+    const auto isOther = [](const Sticky *note) {
+        return note->getRoleType() != RoleType::CausalFactor;
+    };
     factors.erase(std::remove_if(factors.begin(), factors.end(), isOther), factors.end());
     return factors;
 }
@@ -210,7 +212,7 @@ int ProjectScene::getFirstUnusedCFNumber() const
     QSet<int> used;
     for (ProjectItem *item : itemIndex) {
         auto *note = qobject_cast<Sticky *>(item);
-        if (note && note->getRoleType() == "Causal_Factor")
+        if (note && note->getRoleType() == RoleType::CausalFactor)
             used.insert(note->getCausalFactorNumber());
     }
     int number = 1;

@@ -70,7 +70,7 @@ ProjectItem *ProjectScene::createCanvasItem(CanvasItemInfo &info, bool undo)
     if (!item)
         return nullptr;
     auto *note = qobject_cast<Sticky *>(item);
-    if (undo && note && note->getRoleType() == "Causal_Factor")
+    if (undo && note && note->getRoleType() == RoleType::CausalFactor)
         emit causalFactorAdded(note);
     if (undo)
         undoStack->push(new AddCommand(item, this));

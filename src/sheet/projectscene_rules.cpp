@@ -1,5 +1,6 @@
 #include "sheet/projectscene.h"
 
+#include "chart/formfields.h"
 #include "chart/sheethost.h"
 #include "editing/commands.h"
 #include "form/formview.h"
@@ -41,7 +42,7 @@ QList<Sticky *> getNotesOfOtherRole(const QString &role, QList<Sticky *> notes)
 
 QString getTextFieldId(int causalFactorNumber)
 {
-    return QString("causalFactor_text_%1").arg(causalFactorNumber);
+    return FormFields::getRowField(FormFields::CausalFactorText, causalFactorNumber);
 }
 
 } // namespace
@@ -81,15 +82,15 @@ QString ProjectScene::getRoleRefusal(const QString &role, const QList<Sticky *> 
 
     const auto [loss, lossOfControl] = getLossAndLoCNotes();
     // No row of the role table bears the second name.
-    if ((role == "Causal_Factor" || role == "Underlying_Factor") && !(loss && lossOfControl))
+    if ((role == RoleType::CausalFactor || role == "Underlying_Factor") && !(loss && lossOfControl))
         return "You cannot create this role type until you have identified both a Loss and a Loss "
                "of Control event";
 
-    if ((role == "Loss" || role == "Loss_Of_Control") && notes.size() >= 2)
+    if ((role == RoleType::Loss || role == RoleType::LossOfControl) && notes.size() >= 2)
         return "You cannot identify more than one Loss or Loss of Control per project";
-    if (role == "Loss" && loss)
+    if (role == RoleType::Loss && loss)
         return "You cannot identify more than one Loss per project";
-    if (role == "Loss_Of_Control" && lossOfControl)
+    if (role == RoleType::LossOfControl && lossOfControl)
         return "You cannot identify more than one Loss of Control per project";
     return QString();
 }
@@ -187,7 +188,7 @@ Sticky *ProjectScene::getCausalFactor(int number) const
 {
     for (ProjectItem *item : itemIndex) {
         auto *note = qobject_cast<Sticky *>(item);
-        if (note && note->getRoleType() == "Causal_Factor" &&
+        if (note && note->getRoleType() == RoleType::CausalFactor &&
             note->getCausalFactorNumber() == number)
             return note;
     }

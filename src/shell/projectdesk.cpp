@@ -260,7 +260,6 @@ bool ProjectDesk::writeProject(const QString &name, const QList<ProjectItem *> &
                               QMessageBox::Ok);
         return false;
     }
-    formView->rememberTitleImage(values);
     return true;
 }
 
@@ -294,9 +293,7 @@ bool ProjectDesk::giveUpProject(SaveAnswer answer)
 
 FormValues ProjectDesk::collectFormValues() const
 {
-    FormValues values = formView->getAllFieldValues();
-    formView->fillInTitleImage(values);
-    return values;
+    return formView->collectForSave();
 }
 
 ProjectDesk::SaveAnswer ProjectDesk::checkSave()

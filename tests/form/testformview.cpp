@@ -381,32 +381,32 @@ void TestFormView::imageChosen()
 
 void TestFormView::titleImageSurvives()
 {
+    QTemporaryDir folder;
+    const QString path = folder.filePath("picture.png"), other = folder.filePath("other.png");
+    const auto getCollected = [this] {
+        return form->view.collectForSave().value("titleImageFile").image;
+    };
     QImage image(30, 20, QImage::Format_RGB32);
     image.fill(Qt::blue);
-    form->view.onFormDataLoaded({{"titleImageFile", formValue("/gone/picture.png", image)}});
+    form->view.onFormDataLoaded({{"titleImageFile", formValue(path, image)}});
+    QVERIFY(form->view.getAllFieldValues().value("titleImageFile").image.isNull());
+    QCOMPARE(getCollected(), image);
 
-    FormValues values = form->view.getAllFieldValues();
-    QVERIFY(values.value("titleImageFile").image.isNull());
-    form->view.fillInTitleImage(values);
-    QCOMPARE(values.value("titleImageFile").image, image);
-
-    form->view.setFieldValue("titleImageFile", "/gone/another.png");
-    values = form->view.getAllFieldValues();
-    form->view.fillInTitleImage(values);
-    QVERIFY(values.value("titleImageFile").image.isNull());
-
-    // What a save has written is what the next one falls back on.
-    values["titleImageFile"].image = image;
-    form->view.rememberTitleImage(values);
-    values = form->view.getAllFieldValues();
-    form->view.fillInTitleImage(values);
-    QCOMPARE(values.value("titleImageFile").image, image);
+    // Another path has no picture until its file was seen once.
+    form->view.setFieldValue("titleImageFile", other);
+    QVERIFY(getCollected().isNull());
+    form->view.setFieldValue("titleImageFile", path);
+    QCOMPARE(getCollected(), image);
+    form->view.setFieldValue("titleImageFile", other);
+    QVERIFY(image.scaled(60, 40).save(other));
+    QCOMPARE(getCollected().size(), QSize(60, 40));
+    QVERIFY(QFile::remove(other));
+    QCOMPARE(getCollected().size(), QSize(60, 40));
 
     form->view.clearForm();
     QVERIFY(form->waitUntilLoaded());
-    values = {{"titleImageFile", formValue("/gone/another.png")}};
-    form->view.fillInTitleImage(values);
-    QVERIFY(values.value("titleImageFile").image.isNull());
+    form->view.setFieldValue("titleImageFile", other);
+    QVERIFY(getCollected().isNull());
 }
 
 void TestFormView::previewFollowsTitleImage()
