@@ -8,7 +8,6 @@
 #include <QObject>
 #include <QUndoGroup>
 
-#include <functional>
 #include <memory>
 
 class ProjectFile;
@@ -58,9 +57,7 @@ public:
 private:
     /// The main sheet for NoFactor.
     ProjectScene *getSheet(int factor) const;
-    bool fail(const QString &reason);
-    /// Lets `write` make a file beside the target that takes its place when it is whole.
-    bool replaceFile(const QString &target, const std::function<bool(const QString &)> &write);
+    bool end(const QString &failure);
 
     QUndoGroup undoGroup;
     std::unique_ptr<ProjectFile> projectFile;

@@ -1,9 +1,11 @@
 #include "output/sheetprinter.h"
 
+#include "output/filereplacement.h"
 #include "output/pngwriter.h"
 #include "sheet/projectscene.h"
 #include "support/pageinfo.h"
 
+#include <QFile>
 #include <QPainter>
 #include <QPrinter>
 #include <QScopeGuard>
@@ -13,6 +15,7 @@ namespace
 
 constexpr double CentimetresPerInch = 2.54;
 constexpr int BandHeight = 512; // pixels of a picture that stand in memory at once
+constexpr qint64 MostPixels = 400000000;
 
 int toDevice(double centimetres, const QPrinter &printer)
 {
@@ -40,6 +43,30 @@ QImage renderBand(ProjectScene *scene, const QRectF &source, const QSize &size)
     painter.setRenderHint(QPainter::Antialiasing);
     scene->render(&painter, image.rect(), source, Qt::KeepAspectRatio);
     return image;
+}
+
+bool writeBands(PngWriter &writer, ProjectScene *scene, const QRectF &bound, const QSize &size)
+{
+    const double scale =
+        qMin(size.width() / bound.width(), size.height() / bound.height()); // near 1
+    for (int top = 0; top < size.height(); top += BandHeight) {
+        const QSize band(size.width(), qMin(BandHeight, size.height() - top));
+        const QRectF source(bound.x(), bound.y() + top / scale, bound.width(),
+                            band.height() / scale);
+        if (!writer.writeRows(renderBand(scene, source, band)))
+            return false;
+    }
+    return true;
+}
+
+/// The printer itself is content with a full disk.
+bool isWholePDF(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    file.seek(qMax<qint64>(0, file.size() - 16));
+    return file.readAll().contains("%%EOF");
 }
 
 } // namespace
@@ -93,23 +120,30 @@ void SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &
     }
 }
 
-bool SheetPrinter::writePNG(ProjectScene *scene, const QRectF &bound, const QString &path)
+QString SheetPrinter::writePDF(ProjectScene *mainScene, const QList<ProjectScene *> &factorScenes,
+                               const QString &path)
+{
+    return replaceFile(path, [&](const QString &unfinished) {
+        QPrinter printer(QPrinter::ScreenResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(unfinished);
+        setUpPage(printer);
+        return paint(printer, mainScene, factorScenes) && isWholePDF(unfinished);
+    });
+}
+
+QString SheetPrinter::writePNG(ProjectScene *scene, const QRectF &bound, const QString &path)
 {
     const QSize size(qRound(bound.width()), qRound(bound.height()));
-    PngWriter writer(path);
-    if (!writer.begin(size))
-        return false;
+    if (size.isEmpty())
+        return "There is nothing to write.";
+    if (qint64(size.width()) * size.height() > MostPixels)
+        return "The picture would have more than 400 megapixels. Choose a smaller area.";
     scene->clearSelection();
     scene->setRenderBackground(false, true, true);
     const auto restore = qScopeGuard([scene] { scene->setRenderBackground(true, true, true); });
-    const double scale =
-        qMin(size.width() / bound.width(), size.height() / bound.height()); // near 1
-    for (int top = 0; top < size.height(); top += BandHeight) {
-        const QSize band(size.width(), qMin(BandHeight, size.height() - top));
-        const QRectF source(bound.x(), bound.y() + top / scale, bound.width(),
-                            band.height() / scale);
-        if (!writer.writeRows(renderBand(scene, source, band)))
-            return false;
-    }
-    return writer.end();
+    return replaceFile(path, [&](const QString &unfinished) {
+        PngWriter writer(unfinished);
+        return writer.begin(size) && writeBands(writer, scene, bound, size) && writer.end();
+    });
 }

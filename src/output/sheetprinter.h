@@ -23,8 +23,13 @@ bool paint(QPrinter &printer, ProjectScene *mainScene, const QList<ProjectScene 
 void paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer, int verticalPages,
                 int horizontalPages);
 
-/// The scene inside the bound, without grid and selection. False for an empty bound, which
-/// leaves no file, and for a file that can't be written.
-bool writePNG(ProjectScene *scene, const QRectF &bound, const QString &path);
+/// A document of what paint() prints. Returns why it failed, in the user's words; empty after
+/// success. A failure leaves the file as it was.
+QString writePDF(ProjectScene *mainScene, const QList<ProjectScene *> &factorScenes,
+                 const QString &path);
+
+/// The scene inside the bound, without grid and selection. Returns what writePDF() does; an empty
+/// bound and one of more than 400 megapixels are refused before anything is drawn.
+QString writePNG(ProjectScene *scene, const QRectF &bound, const QString &path);
 
 } // namespace SheetPrinter

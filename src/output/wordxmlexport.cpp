@@ -1,6 +1,7 @@
 #include "output/wordxmlexport.h"
 
 #include "chart/formfields.h"
+#include "output/filereplacement.h"
 #include "output/reportlayout.h"
 #include "support/images.h"
 #include "support/pageinfo.h"
@@ -13,7 +14,6 @@
 #include <QFile>
 #include <QLocale>
 #include <QProgressDialog>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QTextStream>
 #include <QUrl>
@@ -169,15 +169,14 @@ bool readTemplate(const QString &path, QDomDocument &document)
 
 bool writeDocument(const QString &path, const QDomDocument &document)
 {
-    QSaveFile file(path);
-    file.setDirectWriteFallback(true);
+    QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;
     QTextStream stream(&file);
     stream.setCodec("UTF-8");
     document.save(stream, 1);
     stream.flush();
-    return stream.status() == QTextStream::Ok && file.commit();
+    return stream.status() == QTextStream::Ok && file.flush();
 }
 
 /// A desktop takes a bare path as it stands: one with blanks or accents, which
@@ -200,14 +199,14 @@ bool WordXMLExport::saveData(const QString &path, const FormValues &values, QWid
     dialog.setCancelButton(nullptr);
     dialog.setMinimumDuration(0);
     dialog.setWindowModality(Qt::WindowModal);
-    const bool written = writeReport(path, values, [&](int step, const QString &text) {
+    const QString failure = writeReport(path, values, [&](int step, const QString &text) {
         if (!text.isEmpty())
             dialog.setLabelText(text);
         dialog.setValue(step);
         if (step == 0)
             QCoreApplication::processEvents();
     });
-    if (!written)
+    if (!failure.isEmpty())
         return false;
     dialog.setLabelText("Opening Microsoft Word...");
     dialog.setValue(6);
@@ -216,14 +215,14 @@ bool WordXMLExport::saveData(const QString &path, const FormValues &values, QWid
     return true;
 }
 
-bool WordXMLExport::writeReport(const QString &path, FormValues values, const Progress &progress,
-                                const QString &templatePath)
+QString WordXMLExport::writeReport(const QString &path, FormValues values, const Progress &progress,
+                                   const QString &templatePath)
 {
     const Progress tell = progress ? progress : [](int, const QString &) {};
     QDomDocument document;
     tell(0, "Opening template file...");
     if (!readTemplate(templatePath, document))
-        return false;
+        return "The template " + templatePath + " can't be read.";
     replaceImages(document, values, tell);
     tell(3, "Writing fields...");
     values["REPORTDATESTAMP"].value =
@@ -237,7 +236,9 @@ bool WordXMLExport::writeReport(const QString &path, FormValues values, const Pr
     replaceFields(document, values);
     ReportLayout::closeUp(document);
     tell(5, "Writing document...");
-    return writeDocument(path, document);
+    return replaceFile(path, [&document](const QString &unfinished) {
+        return writeDocument(unfinished, document);
+    });
 }
 
 void WordXMLExport::replaceImages(QDomDocument &document, const FormValues &values,

@@ -23,10 +23,11 @@ public:
     /// it on the desktop. False, and nothing shown, if it couldn't be written.
     bool saveData(const QString &path, const FormValues &values, QWidget *parent);
 
-    /// Writes the document and shows nothing. False if the template can't be
-    /// read or the document can't be written; a former document then stays.
-    bool writeReport(const QString &path, FormValues values, const Progress &progress = Progress(),
-                     const QString &templatePath = getTemplatePath());
+    /// Writes the document and shows nothing. Returns why it failed, in the
+    /// user's words; a former document then stays. Empty after success.
+    QString writeReport(const QString &path, FormValues values,
+                        const Progress &progress = Progress(),
+                        const QString &templatePath = getTemplatePath());
 
     /// Repeats the table rows whose fields are numbered, one row per number.
     void createDynamicElements(QDomDocument &document, const FormValues &values);

@@ -16,13 +16,23 @@
 #include <QPrinter>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QStatusBar>
 
 namespace
 {
 
+constexpr int MessageTime = 15000; // milliseconds
+
 QString getDocumentsFolder()
 {
     return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+/// Does nothing when the text is empty.
+void showExportFailure(QStatusBar *bar, const QString &text)
+{
+    if (!text.isEmpty())
+        bar->showMessage(text, MessageTime);
 }
 
 } // namespace
@@ -155,16 +165,12 @@ QRectF MainWindow::getExportBound(ExportDialog::ExportArea area) const
 
 void MainWindow::exportPNG(const QString &filename, const QRectF &bound)
 {
-    SheetPrinter::writePNG(currentScene, bound, filename);
+    showExportFailure(statusBar(), SheetPrinter::writePNG(currentScene, bound, filename));
 }
 
 void MainWindow::exportPDF(const QString &filename, const QRectF &)
 {
-    QPrinter printer(QPrinter::ScreenResolution);
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(filename);
-    SheetPrinter::setUpPage(printer);
-    paintPrinter(printer);
+    showExportFailure(statusBar(), SheetPrinter::writePDF(mainScene, getFactorScenes(), filename));
 }
 
 void MainWindow::exportEMF(const QString &, const QRectF &) {}
