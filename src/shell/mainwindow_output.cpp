@@ -17,6 +17,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStatusBar>
+#include <QTimer>
 
 namespace
 {
@@ -66,6 +67,9 @@ void MainWindow::print()
     printer.setColorMode(QPrinter::Color);
     QPrintDialog dialog(&printer, this);
     dialog.setOptions(QAbstractPrintDialog::PrintToFile);
+    // The toolkit shows a choice of pages that these options do not offer, anew with the dialog.
+    if (auto *range = dialog.findChild<QWidget *>("gbPrintRange"))
+        QTimer::singleShot(0, range, &QWidget::hide);
     if (dialog.exec() == QDialog::Accepted)
         paintPrinter(printer);
 }
