@@ -16,7 +16,7 @@ QNetworkReply *FormNetworkAccessManager::createRequest(Operation operation,
         return QNetworkAccessManager::createRequest(operation, request, outgoingData);
     if (scheme == "qthelp")
         return HelpNetworkAccessManager::createRequest(operation, request, outgoingData);
-    return new HelpNetworkReply(request, QByteArray(), "text/plain");
+    return new HelpNetworkReply(request, QByteArray(), "text/plain", this);
 }
 
 FormPage::FormPage(QHelpEngine *helpEngine, const QUrl &address, QObject *parent)

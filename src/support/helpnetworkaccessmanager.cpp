@@ -29,7 +29,7 @@ QNetworkReply *HelpNetworkAccessManager::createRequest(Operation operation,
     if (!isLocalUrl(url))
         return QNetworkAccessManager::createRequest(operation, request, outgoingData);
     const QByteArray data = helpEngine ? helpEngine->fileData(url) : QByteArray();
-    return new HelpNetworkReply(request, data, getMimeType(url));
+    return new HelpNetworkReply(request, data, getMimeType(url), this);
 }
 
 QString HelpNetworkAccessManager::getMimeType(const QUrl &url) const

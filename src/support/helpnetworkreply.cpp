@@ -10,8 +10,8 @@ const int GUESS_LENGTH = 512; // bytes that the view wants to see before it beli
 }
 
 HelpNetworkReply::HelpNetworkReply(const QNetworkRequest &request, const QByteArray &data,
-                                   const QString &mimeType)
-    : data(data), origLen(data.length())
+                                   const QString &mimeType, QObject *parent)
+    : QNetworkReply(parent), data(data), origLen(data.length())
 {
     setRequest(request);
     setUrl(request.url());

@@ -8,8 +8,9 @@ class HelpNetworkReply : public QNetworkReply
     Q_OBJECT
 
 public:
+    /// Goes with its parent, the manager that hears of its end.
     HelpNetworkReply(const QNetworkRequest &request, const QByteArray &data,
-                     const QString &mimeType);
+                     const QString &mimeType, QObject *parent = nullptr);
 
     qint64 bytesAvailable() const override;
 
