@@ -61,6 +61,8 @@ function watchWrites(prototype) {
         enumerable: true,
         get: value.get,
         set(text) {
+            if (String(text) === value.get.call(this))
+                return; // what is typed comes back from the notes that follow the field
             value.set.call(this, text);
             this.reported = undefined;
             updateTwin(this);

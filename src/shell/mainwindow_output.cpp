@@ -174,7 +174,8 @@ void MainWindow::exportPNG(const QString &filename, const QRectF &bound)
 
 void MainWindow::exportPDF(const QString &filename, const QRectF &)
 {
-    showExportFailure(statusBar(), SheetPrinter::writePDF(mainScene, getFactorScenes(), filename));
+    showExportFailure(statusBar(), SheetPrinter::writePDF(book->getMainSheet(),
+                                                          book->getFactorSheets(), filename));
 }
 
 void MainWindow::exportEMF(const QString &, const QRectF &) {}

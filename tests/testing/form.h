@@ -1,6 +1,7 @@
 #pragma once
 
 #include "form/formview.h"
+#include "support/supportfiles.h"
 #include "testing/testmain.h"
 
 #include <QSignalSpy>
@@ -9,28 +10,14 @@
 #include <QWebFrame>
 #include <QWebView>
 
-/// Puts files of the build into the data folder, with their times kept.
-inline void copySupportFiles(const QStringList &names)
-{
-    for (const QString &name : names) {
-        const QString source = QCoreApplication::applicationDirPath() + name;
-        const QString destination = makeDataFolder() + name;
-        QFile::remove(destination);
-        QVERIFY2(QFile::copy(source, destination), qPrintable(source));
-        QFile file(destination);
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        file.setFileTime(QFileInfo(source).lastModified(), QFileDevice::FileModificationTime);
-    }
-}
-
 inline void copyFormCollection()
 {
-    copySupportFiles({"/formdata.qch", "/formdata.qhc"});
+    copySupportFiles();
 }
 
 /// The real form on its real page.
 struct Form {
-    Form() : view(&group), web(view.findChild<QWebView *>())
+    Form()
     {
         view.resize(1000, 800);
         view.show();
@@ -48,9 +35,10 @@ struct Form {
         return web->page()->mainFrame()->findFirstElement(selector);
     }
 
+    bool filesCopied = (copySupportFiles(), true);
     QUndoGroup group;
-    FormView view;
-    QWebView *web;
+    FormView view{&group};
+    QWebView *web = view.findChild<QWebView *>();
 };
 
 inline FormValue formValue(const QString &text, const QImage &image = QImage())
