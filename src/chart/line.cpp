@@ -26,6 +26,21 @@ Line::LineSide getOther(Line::LineSide side)
     return side == Line::Start ? Line::End : Line::Start;
 }
 
+/// Two smooth strokes show the joint where they meet as a dot. Along an axis there is nothing
+/// to smooth, and whole pixels keep all segments of a route equally wide.
+void drawSharpLine(QPainter *painter, const QLineF &line)
+{
+    const qreal scale = painter->deviceTransform().m11();
+    QPen pen = painter->pen();
+    if (pen.widthF() > 0 && scale > 0)
+        pen.setWidthF(qMax(1, qRound(pen.widthF() * scale)) / scale);
+    painter->save();
+    painter->setPen(pen);
+    painter->setRenderHint(QPainter::Antialiasing, false);
+    painter->drawLine(line);
+    painter->restore();
+}
+
 /// Where a line that comes from the point meets the note; all in the scene.
 QPointF getMeetingPoint(const Sticky *note, Sticky::Side side, const QPointF &from)
 {
@@ -186,7 +201,7 @@ void Line::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
     const QColor color = selected ? QColor(Qt::red) : own;
     pen.setColor(color);
     brush.setColor(color);
-    pen.setWidth(info.borderLineWidth);
+    pen.setWidthF(getPenWidth(painter));
     pen.setStyle(Qt::SolidLine);
     painter->setPen(pen);
     painter->setBrush(brush);
@@ -196,8 +211,20 @@ void Line::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
     pen.setStyle(getLineStyle());
     painter->setPen(pen);
     painter->setBrush(Qt::NoBrush);
-    for (int i = 1; i < points.size(); ++i)
-        painter->drawLine(points.at(i - 1), points.at(i));
+    for (int i = 1; i < points.size(); ++i) {
+        const QLineF segment(points.at(i - 1), points.at(i));
+        if (qFuzzyIsNull(segment.dx()) || qFuzzyIsNull(segment.dy()))
+            drawSharpLine(painter, segment);
+        else
+            painter->drawLine(segment);
+    }
+}
+
+/// A pen of width 0 draws one pixel of a screen, but nothing that a printer shows.
+qreal Line::getPenWidth(const QPainter *painter) const
+{
+    const bool onPaper = painter->device()->devType() == QInternal::Printer;
+    return onPaper ? qMax(1, info.borderLineWidth) : info.borderLineWidth;
 }
 
 void Line::relayout(bool)

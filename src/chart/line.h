@@ -73,6 +73,7 @@ private slots:
     void onConnectedItemDeleted(Sticky *note);
 
 private:
+    qreal getPenWidth(const QPainter *painter) const;
     void buildPath();
     void buildEndPaths();
     void buildShape();
