@@ -8,6 +8,8 @@
 #include <QDebug>
 #include <QPainter>
 
+#include <limits>
+
 namespace
 {
 
@@ -168,6 +170,29 @@ void Line::handleLineMoving(const QPointF &scenePos, LineSide side)
     followAutoSide(other);
 }
 
+void Line::settleAutoSides()
+{
+    if (!isAuto(Start) || !isAuto(End) || startItem == endItem)
+        return;
+    // The order is the one in which a note settles ties, so that the stubs agree.
+    static constexpr auto sides = {Sticky::LeftSide, Sticky::RightSide, Sticky::TopSide,
+                                   Sticky::BottomSide};
+    QLineF shortest;
+    qreal length = std::numeric_limits<qreal>::max();
+    for (Sticky::Side start : sides) {
+        for (Sticky::Side end : sides) {
+            const QLineF link(startItem->mapToScene(startItem->getEdgeMidPoint(start)),
+                              endItem->mapToScene(endItem->getEdgeMidPoint(end)));
+            if (link.length() <= length) {
+                shortest = link;
+                length = link.length();
+            }
+        }
+    }
+    moveTo(Start, shortest.p1());
+    moveTo(End, shortest.p2());
+}
+
 CanvasItemInfo Line::getCanvasItemInfo()
 {
     const QPointF extent = info.endPoint - info.startPoint;
@@ -257,6 +282,7 @@ void Line::onConnectedItemMoved(BoxItem *item)
     } else {
         qDebug() << "Warning: got signal from unconnected note";
     }
+    settleAutoSides();
     update();
 }
 
@@ -370,15 +396,25 @@ void Line::letGo(LineSide side)
 
 void Line::followNote(LineSide side)
 {
-    const QPointF p = getMeetingPoint(itemAt(side), sideAt(side), getPoint(getOther(side)));
+    moveTo(side, getMeetingPoint(itemAt(side), sideAt(side), getPoint(getOther(side))));
+}
+
+void Line::moveTo(LineSide side, const QPointF &p)
+{
     if (!p.isNull()) // the origin stands for no answer
         setPoint(side, p);
 }
 
 void Line::followAutoSide(LineSide side)
 {
-    if (itemAt(side) && sideAt(side) == Sticky::AutoSide)
+    if (isAuto(side))
         followNote(side);
+}
+
+bool Line::isAuto(LineSide side) const
+{
+    return side == Start ? startItem && startSide == Sticky::AutoSide
+                         : endItem && endSide == Sticky::AutoSide;
 }
 
 void Line::highlightEdges(bool highlight)

@@ -50,6 +50,11 @@ public:
     void setArrowStyle(ArrowType style);
     /// Drags one end; over a note it hangs on the closest edge.
     void handleLineMoving(const QPointF &scenePos, LineSide side);
+    /// Settles two automatic sides, which depend on each other: the pair whose middles lie
+    /// closest stands, whatever moved first. Nothing for other ends.
+    void settleAutoSides();
+    /// Marks the sides that the line hangs on, as while it is selected.
+    void highlightEdges(bool highlight);
 
     CanvasItemInfo getCanvasItemInfo() override;
     void setCustomBackgroundColor(const QColor &color) override;
@@ -91,8 +96,10 @@ private:
     void listenTo(LineSide side);
     void letGo(LineSide side);
     void followNote(LineSide side);
+    void moveTo(LineSide side, const QPointF &p);
     void followAutoSide(LineSide side);
-    void highlightEdges(bool highlight);
+    bool isAuto(LineSide side) const;
+    void finishDrag();
 
     QPen pen = QPen(Qt::black);
     QBrush brush = QBrush(Qt::black);
