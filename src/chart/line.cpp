@@ -62,6 +62,12 @@ RouteEnd makeRouteEnd(const QPointF &p, const Sticky *note, Sticky::Side side,
 
 } // namespace
 
+bool LineEnds::operator==(const LineEnds &other) const
+{
+    return startPoint == other.startPoint && endPoint == other.endPoint && start == other.start &&
+           end == other.end;
+}
+
 Line::Line(ChartSheet *sheet, CanvasItemInfo &record) : ProjectItem(sheet, record)
 {
     straight = info.type != ConnectorTool;
@@ -135,6 +141,16 @@ void Line::disconnectStartPoint()
 void Line::disconnectEndPoint()
 {
     disconnectPoint(End);
+}
+
+void Line::setEnds(const LineEnds &ends)
+{
+    hang(Start, ends.start);
+    hang(End, ends.end);
+    setStartPoint(ends.startPoint);
+    setEndPoint(ends.endPoint);
+    if (selected)
+        highlightEdges(true);
 }
 
 void Line::setLineStyle(Qt::PenStyle style)
@@ -366,6 +382,13 @@ void Line::connectPoint(LineSide side, Sticky *note, Sticky::Side noteSide)
     }
     sideAt(side) = noteSide;
     buildPath();
+}
+
+void Line::hang(LineSide side, const ConnectionInfo &connection)
+{
+    if (!connection.item && itemAt(side))
+        letGo(side);
+    connectPoint(side, connection.item, connection.side);
 }
 
 void Line::disconnectPoint(LineSide side)

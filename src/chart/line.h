@@ -11,6 +11,21 @@
 struct ConnectionInfo {
     Sticky *item = nullptr;
     Sticky::Side side = Sticky::NoSide;
+
+    bool operator==(const ConnectionInfo &other) const
+    {
+        return item == other.item && side == other.side;
+    }
+};
+
+/// All that dragging an end can change: where a line runs and what it hangs on.
+struct LineEnds {
+    bool operator==(const LineEnds &other) const;
+
+    QPointF startPoint;
+    QPointF endPoint;
+    ConnectionInfo start;
+    ConnectionInfo end;
 };
 
 /// A connector whose ends may hang on notes. It sits at (0,0), so that its
@@ -27,6 +42,10 @@ public:
 
     ConnectionInfo getStartConnection() const { return {startItem, startSide}; }
     ConnectionInfo getEndConnection() const { return {endItem, endSide}; }
+    LineEnds getEnds() const
+    {
+        return {info.startPoint, info.endPoint, {startItem, startSide}, {endItem, endSide}};
+    }
     /// The route from start to end, in scene coordinates.
     const QPolygonF &getPoints() const { return points; }
     /// The straight distance between the ends in scene units, whatever the route.
@@ -46,6 +65,8 @@ public:
     /// Nothing when the end is free. The route is built with the next change.
     void disconnectStartPoint();
     void disconnectEndPoint();
+    /// Puts both ends back where they were.
+    void setEnds(const LineEnds &ends);
     void setLineStyle(Qt::PenStyle style);
     void setArrowStyle(ArrowType style);
     /// Drags one end; over a note it hangs on the closest edge.
@@ -66,7 +87,12 @@ public:
     void relayout(bool doItFast) override;
     using ProjectItem::relayout;
 
+signals:
+    /// The mouse has moved an end or hung it elsewhere.
+    void endDragged(Line *line, const LineEnds &before);
+
 protected:
+    bool sceneEvent(QEvent *event) override;
     QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
     void contextMenuEvent(QGraphicsSceneContextMenuEvent *event) override;
     void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
@@ -92,6 +118,7 @@ private:
     Sticky *&itemAt(LineSide side) { return side == Start ? startItem : endItem; }
     Sticky::Side &sideAt(LineSide side) { return side == Start ? startSide : endSide; }
     void connectPoint(LineSide side, Sticky *note, Sticky::Side noteSide);
+    void hang(LineSide side, const ConnectionInfo &connection);
     void disconnectPoint(LineSide side);
     void listenTo(LineSide side);
     void letGo(LineSide side);
@@ -106,6 +133,7 @@ private:
     QPainterPath shapePath; // follows points, like the two paths of the ends
     bool movingStart = false;
     bool movingEnd = false;
+    LineEnds endsAtPress;
     QRectF startHandle;
     QRectF endHandle;
     QPolygonF points;

@@ -31,6 +31,7 @@ void Line::mousePressEvent(QGraphicsSceneMouseEvent *event)
         movingStart = true;
     else if (isOnHandle(event->pos(), End))
         movingEnd = true;
+    endsAtPress = getEnds();
     ProjectItem::mousePressEvent(event);
 }
 
@@ -48,9 +49,30 @@ void Line::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
 
 void Line::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
 {
+    if (movingStart || movingEnd)
+        finishDrag();
+    ProjectItem::mouseReleaseEvent(event);
+}
+
+void Line::finishDrag()
+{
     movingStart = false;
     movingEnd = false;
-    ProjectItem::mouseReleaseEvent(event);
+    if (getEnds() == endsAtPress)
+        return;
+    settleAutoSides();
+    emit endDragged(this, endsAtPress);
+}
+
+bool Line::sceneEvent(QEvent *event)
+{
+    // A deletion may take the mouse away before its release: then nothing has been dragged.
+    if (event->type() == QEvent::UngrabMouse && (movingStart || movingEnd)) {
+        movingStart = false;
+        movingEnd = false;
+        setEnds(endsAtPress);
+    }
+    return ProjectItem::sceneEvent(event);
 }
 
 bool Line::isOnHandle(const QPointF &p, LineSide side) const

@@ -89,6 +89,21 @@ void GeometryChangeCommand::redo()
     setGeometries(items, newGeometry);
 }
 
+LineEndCommand::LineEndCommand(Line *line, const LineEnds &before, QUndoCommand *parent)
+    : QUndoCommand("move line end", parent), line(line), oldEnds(before), newEnds(line->getEnds())
+{
+}
+
+void LineEndCommand::undo()
+{
+    line->setEnds(oldEnds);
+}
+
+void LineEndCommand::redo()
+{
+    line->setEnds(newEnds);
+}
+
 LineStyleChangeCommand::LineStyleChangeCommand(const QList<Line *> &lines, Qt::PenStyle style,
                                                QUndoCommand *parent)
     : QUndoCommand("change line style", parent), lines(lines), newStyle(style)

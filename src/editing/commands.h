@@ -50,6 +50,20 @@ private:
     QList<QRectF> oldGeometry;
 };
 
+/// Built after the mouse has dragged an end of the line, with its ends before that.
+class LineEndCommand : public QUndoCommand
+{
+public:
+    LineEndCommand(Line *line, const LineEnds &before, QUndoCommand *parent = nullptr);
+    void undo() override;
+    void redo() override;
+
+private:
+    Line *line;
+    LineEnds oldEnds;
+    LineEnds newEnds;
+};
+
 class LineStyleChangeCommand : public QUndoCommand
 {
 public:

@@ -123,6 +123,7 @@ public slots:
     void onItemMoveStarted();
     void onItemMoveFinished(BoxItem *item, const QRectF &oldGeometry);
     void onRequestCausalFactorNumberChange(Sticky *note);
+    void onLineEndDragged(Line *line, const LineEnds &before);
     void onStickyTextEdited(Sticky *source, QString from, QString to);
     void onEditingStarted(Sticky *note);
     void onSelectionChanged();

@@ -133,6 +133,7 @@ Line *ProjectScene::makeLine(CanvasItemInfo &info)
     // A line tells of its selection before the sheet knows.
     connect(line, &Line::selectionChanged, this, &ProjectScene::onSelectionChanged,
             Qt::QueuedConnection);
+    connect(line, &Line::endDragged, this, &ProjectScene::onLineEndDragged);
     return line;
 }
 
@@ -190,6 +191,11 @@ void ProjectScene::onItemMoveStarted()
         return;
     restingBound.reset();
     canvasCheckTimer.start();
+}
+
+void ProjectScene::onLineEndDragged(Line *line, const LineEnds &before)
+{
+    undoStack->push(new LineEndCommand(line, before));
 }
 
 void ProjectScene::onItemMoveFinished(BoxItem *item, const QRectF &oldGeometry)
