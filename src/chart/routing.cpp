@@ -157,6 +157,20 @@ bool intersectionMove(const QLineF &first, const QLineF &second, QPolygonF &poin
     return true;
 }
 
+QPointF getClosestPoint(const QPolygonF &route, const QPointF &p)
+{
+    QPointF closest = route.value(0);
+    for (int i = 1; i < route.size(); ++i) {
+        const QPointF along = route.at(i) - route.at(i - 1);
+        const qreal part = QPointF::dotProduct(p - route.at(i - 1), along) /
+                           qMax(1e-9, QPointF::dotProduct(along, along));
+        const QPointF candidate = route.at(i - 1) + qBound(0.0, part, 1.0) * along;
+        if (QLineF(p, candidate).length() < QLineF(p, closest).length())
+            closest = candidate;
+    }
+    return closest;
+}
+
 QPolygonF routeLine(const RouteEnd &start, const RouteEnd &end, bool straight)
 {
     QPolygonF points;

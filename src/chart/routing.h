@@ -28,6 +28,9 @@ double closestAngle(const QLineF &a, const QLineF &b);
 /// points that lie between them. Always true.
 bool intersectionMove(const QLineF &first, const QLineF &second, QPolygonF &points);
 
+/// The point of a route that lies closest to `p`.
+QPointF getClosestPoint(const QPolygonF &route, const QPointF &p);
+
 /// The points of a line from start to end. A straight one runs directly, and so
 /// does a routed one that is too short for stubs.
 QPolygonF routeLine(const RouteEnd &start, const RouteEnd &end, bool straight);

@@ -1,5 +1,6 @@
 #include "sheet/projectscene.h"
 
+#include "chart/routing.h"
 #include "chart/sheethost.h"
 #include "editing/commands.h"
 
@@ -13,11 +14,13 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QUndoStack>
+#include <QtMath>
 
 namespace
 {
 
 constexpr double ShortestLine = 10;
+constexpr double LineReach = 3; // pixels of the screen beside a line that still mean it
 
 // Nothing for a foreign drag and for a payload that is cut short.
 std::optional<int> readTool(const QMimeData *data)
@@ -51,6 +54,49 @@ QPointF getArrowStep(int key)
         return QPointF(0, ChartSheet::GridStep);
     default:
         return QPointF();
+    }
+}
+
+/// The pixel that holds the point; QGraphicsView::mapFromScene() rounds.
+QPoint toPixel(const QGraphicsView *view, const QPointF &scenePos)
+{
+    const QPointF p = view->viewportTransform().map(scenePos);
+    return QPoint(qFloor(p.x()), qFloor(p.y()));
+}
+
+/// The closest point of a line near the pixel, where no other item covers it; null if none.
+std::optional<QPointF> getPointBeside(const QGraphicsView *view, const QPoint &pixel)
+{
+    const qreal scale = view->transform().m11();
+    const QRect around(pixel.x() - LineReach, pixel.y() - LineReach, 2 * LineReach + 1,
+                       2 * LineReach + 1);
+    const QPointF p = view->viewportTransform().inverted().map(QPointF(pixel) + QPointF(0.5, 0.5));
+    std::optional<QPointF> closest;
+    for (QGraphicsItem *item : view->scene()->items(view->mapToScene(around).boundingRect(),
+                                                    Qt::IntersectsItemBoundingRect)) {
+        const auto *line = qobject_cast<Line *>(item->toGraphicsObject());
+        if (!line)
+            continue;
+        const QPointF point = getClosestPoint(line->getPoints(), p);
+        const qreal distance = QLineF(p, point).length();
+        const qreal reach = LineReach / scale + line->getBorderLineWidth() / 2.0;
+        if (distance <= reach && (!closest || distance < QLineF(p, *closest).length()) &&
+            view->itemAt(toPixel(view, point)) == item)
+            closest = point;
+    }
+    return closest;
+}
+
+/// A press or a menu just beside a line, with nothing else there, is meant for the line.
+template<typename Event> void aimAtLine(Event *event)
+{
+    const QWidget *viewport = event->widget();
+    auto *view = viewport ? qobject_cast<QGraphicsView *>(viewport->parentWidget()) : nullptr;
+    if (!view || view->itemAt(viewport->mapFromGlobal(event->screenPos())))
+        return;
+    if (const auto p = getPointBeside(view, viewport->mapFromGlobal(event->screenPos()))) {
+        event->setScenePos(*p);
+        event->setScreenPos(viewport->mapToGlobal(toPixel(view, *p)));
     }
 }
 
@@ -97,6 +143,8 @@ void ProjectScene::mousePressEvent(QGraphicsSceneMouseEvent *event)
         return;
     Sticky *note = getNoteAt(event->scenePos());
     const bool startsOnNote = isLineTool(tool) && note;
+    if (tool == SelectTool)
+        aimAtLine(event);
     if (!startsOnNote)
         QGraphicsScene::mousePressEvent(event);
     if (editingNote && editingNote != note)
@@ -185,6 +233,7 @@ QGraphicsItem *ProjectScene::getItemUnder(const QGraphicsSceneContextMenuEvent *
 
 void ProjectScene::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
 {
+    aimAtLine(event);
     const QGraphicsItem *item = getItemUnder(event);
     if (item && item != highlightItem) {
         event->ignore();
