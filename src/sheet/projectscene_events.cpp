@@ -194,7 +194,9 @@ void ProjectScene::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
         event->accept();
         return;
     }
-    if (isLineTool(tool) && note)
+    // A barrier or a line's end may be dragged with a line tool in hand: what holds the
+    // mouse must see its release.
+    if (isLineTool(tool) && note && !mouseGrabberItem())
         return;
     event->ignore();
     QGraphicsScene::mouseReleaseEvent(event);
