@@ -72,6 +72,8 @@ Sticky::Side Sticky::updateLineConnection(const QPointF &p)
 
 void Sticky::setHighlightedEdge(Side side)
 {
+    if (side == highlightedEdge)
+        return;
     highlightedEdge = side;
     update();
 }

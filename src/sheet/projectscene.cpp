@@ -188,6 +188,17 @@ void ProjectScene::hideHighlightItem()
         highlightItem->hide();
 }
 
+void ProjectScene::clearEdgeMarks()
+{
+    const auto items = itemIndex;
+    for (ProjectItem *item : items) {
+        if (auto *note = qobject_cast<Sticky *>(item))
+            note->setHighlightedEdge(Sticky::NoSide);
+    }
+    for (Line *line : getSelectedLines())
+        line->highlightEdges(true);
+}
+
 int ProjectScene::getViewZoom() const
 {
     return views().isEmpty() ? 0 : qRound(views().first()->transform().m11() * 100);

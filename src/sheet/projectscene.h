@@ -101,6 +101,10 @@ public:
     /// Whether the key must go to the note under edit rather than to a shortcut.
     bool handleEditingCommand(QKeyEvent *event) const;
     void hideHighlightItem();
+    /// The line being drawn goes; nothing when there is none.
+    void giveUpLine();
+    /// Takes away what a line tool has marked on notes; the marks of selected lines stay.
+    void clearEdgeMarks();
 
     SheetHost *getHost() const override { return host; }
     QString getOwnerGUID() const override { return ownerGUID; }
@@ -197,6 +201,7 @@ private:
     QGraphicsItem *getItemUnder(const QGraphicsSceneContextMenuEvent *event) const;
     void startLine(int tool, const QPointF &scenePos);
     void finishLine(Sticky *noteUnderPointer);
+    void dropLine(Line *line);
     void moveSelectedBoxes(const QPointF &step);
     bool askToDropSheet(const QString &title, const QString &text);
     void takeFormTexts(const QList<Sticky *> &notes);

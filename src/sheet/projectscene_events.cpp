@@ -20,7 +20,7 @@ namespace
 {
 
 constexpr double ShortestLine = 10;
-constexpr double LineReach = 3; // pixels of the screen beside a line that still mean it
+constexpr int LineReach = 3; // pixels of the screen beside a line that still mean it
 
 // Nothing for a foreign drag and for a payload that is cut short.
 std::optional<int> readTool(const QMimeData *data)
@@ -265,14 +265,26 @@ void ProjectScene::startLine(int tool, const QPointF &scenePos)
 void ProjectScene::finishLine(Sticky *noteUnderPointer)
 {
     Line *line = std::exchange(newLine, nullptr);
-    if (line->scene() != this)
-        return; // deleted under the mouse, and its undo step still knows it
+    line->settleAutoSides();
     const Sticky *startNote = line->getStartConnection().item;
     const bool backAtStart = startNote && startNote == noteUnderPointer;
-    if (line->length() >= ShortestLine && !backAtStart) {
+    const bool stands = line->scene() == this && line->length() >= ShortestLine && !backAtStart;
+    if (stands)
         undoStack->push(new AddCommand(line, this));
-        return;
-    }
+    else
+        dropLine(line);
+}
+
+void ProjectScene::giveUpLine()
+{
+    if (newLine)
+        dropLine(std::exchange(newLine, nullptr));
+}
+
+void ProjectScene::dropLine(Line *line)
+{
+    if (line->scene() != this)
+        return; // deleted under the mouse, and its undo step still knows it
     line->setSelected(false);
     removeItem(line);
     ownedItems.remove(line);

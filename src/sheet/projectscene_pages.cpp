@@ -102,6 +102,8 @@ void ProjectScene::setRenderBackground(bool render, bool showFooters, bool showH
 {
     renderBackground = render;
     const bool hasHeader = QSettings().value("showHeader", true).toBool();
+    if (!render)
+        clearEdgeMarks();
     for (QGraphicsItem *item : items()) {
         if (item->type() == ProjectItem::InfoType)
             item->setVisible(render);

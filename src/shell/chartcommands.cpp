@@ -143,6 +143,7 @@ void ChartCommands::setTextEditing(bool editing)
 void ChartCommands::leaveEverything()
 {
     sheet()->finishEditing();
+    sheet()->giveUpLine();
     palette->cancelActiveTool();
 }
 
@@ -152,6 +153,8 @@ void ChartCommands::setTool(int toolId)
         sheet()->hideHighlightItem();
     const auto mode = toolId == HandTool ? QGraphicsView::ScrollHandDrag : QGraphicsView::NoDrag;
     for (ProjectScene *each : book->getAllSheets()) {
+        if (!isLineTool(toolId))
+            each->clearEdgeMarks();
         for (QGraphicsView *view : each->views())
             view->setDragMode(mode);
     }
