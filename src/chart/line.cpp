@@ -177,7 +177,11 @@ void Line::handleLineMoving(const QPointF &scenePos, LineSide side)
         disconnectPoint(side);
         setPoint(side, scenePos);
     } else {
-        const Sticky::Side edge = note->updateLineConnection(note->mapFromScene(scenePos));
+        Sticky::Side edge = note->updateLineConnection(note->mapFromScene(scenePos));
+        if (edge == Sticky::NoSide) { // between the bands of a note as flat as a marker
+            edge = Sticky::AutoSide;
+            note->setHighlightedEdge(edge);
+        }
         if (note != itemAt(other)) {
             connectPoint(side, note, edge);
             setPoint(side, getMeetingPoint(note, edge, getPoint(other)));
