@@ -1,5 +1,7 @@
 #include "editing/commands.h"
 
+#include "support/fonts.h"
+
 #include <QGraphicsScene>
 
 namespace
@@ -224,15 +226,22 @@ ItemPropertyChangeCommand::ItemPropertyChangeCommand(const QList<ProjectItem *> 
     : QUndoCommand(parent), items(items), newValue(value), property(property)
 {
     for (ProjectItem *item : items) {
-        oldValues << item->property(property);
+        const bool follows =
+            property == Sticky::PROPERTY_CUSTOM_FONT && !item->getRecord().customFont;
+        oldValues << (follows ? QVariant() : item->property(property));
         setText(item->getPropertyLabel(property));
     }
 }
 
 void ItemPropertyChangeCommand::undo()
 {
-    for (int i = 0; i < items.size(); ++i)
-        items.at(i)->setProperty(property, oldValues.at(i));
+    for (int i = 0; i < items.size(); ++i) {
+        auto *note = qobject_cast<Sticky *>(items.at(i));
+        if (note && !oldValues.at(i).isValid())
+            note->setDefaultFont(getStandardFont());
+        else
+            items.at(i)->setProperty(property, oldValues.at(i));
+    }
 }
 
 void ItemPropertyChangeCommand::redo()

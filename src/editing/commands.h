@@ -149,7 +149,7 @@ public:
 
 private:
     QList<ProjectItem *> items;
-    QList<QVariant> oldValues;
+    QList<QVariant> oldValues; // invalid: the note followed the project's font
     QVariant newValue;
     QByteArray property;
 };
