@@ -30,6 +30,7 @@ AddCommand::AddCommand(QGraphicsItem *item, QGraphicsScene *scene, QUndoCommand 
 
 void AddCommand::undo()
 {
+    item->setSelected(false); // else whoever shows the selection goes on counting it
     scene->removeItem(item);
 }
 

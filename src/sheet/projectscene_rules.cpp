@@ -101,6 +101,8 @@ void ProjectScene::deleteSelectedItems()
         !askToDropSheet("Delete Parent Item", DeleteParentWarning))
         return;
     const QList<QGraphicsItem *> items = selectedItems();
+    if (items.isEmpty())
+        return; // an empty step would end what can be redone
     for (QGraphicsItem *item : items) {
         if (!isProjectItem(item))
             removedExtras.insert(item);
