@@ -210,6 +210,7 @@ private:
     void moveCausalFactor(Sticky *note, int number);
     void swapCausalFactors(Sticky *note, Sticky *other);
     void renumber(Sticky *note, int number);
+    void markDirty();
     bool isAlive(ProjectItem *item) const { return ownedItems.contains(item); }
     void reportSelection();
 

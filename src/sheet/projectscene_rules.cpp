@@ -4,6 +4,7 @@
 #include "chart/sheethost.h"
 #include "editing/commands.h"
 #include "form/formview.h"
+#include "project/projectfile.h"
 
 #include <QInputDialog>
 #include <QKeyEvent>
@@ -207,6 +208,7 @@ void ProjectScene::moveCausalFactor(Sticky *note, int number)
     note->setCausalFactorNumber(number);
     note->addSibling(id);
     host->onCausalFactorChanged(note);
+    markDirty();
 }
 
 void ProjectScene::swapCausalFactors(Sticky *note, Sticky *other)
@@ -217,6 +219,15 @@ void ProjectScene::swapCausalFactors(Sticky *note, Sticky *other)
         formView->changeCausalFactorNumber(note->getGUID(), oldNumber, newNumber, other->getGUID());
     renumber(other, oldNumber);
     renumber(note, newNumber);
+    markDirty();
+}
+
+// A new number is no undo step: undoing others must not make the project look clean.
+void ProjectScene::markDirty()
+{
+    undoStack->resetClean();
+    if (projectFile)
+        projectFile->setDirty();
 }
 
 void ProjectScene::renumber(Sticky *note, int number)
