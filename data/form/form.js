@@ -6,6 +6,8 @@
 delete window.WebSocket; // the one road to the network that is not the program's to close
 
 const LongText = 20000; // from here on a twin costs more than the pace of typing allows
+const PageText = 1500; // what is longer may be torn by a page
+const SmallBar = 54; // the height of the bar once the form is scrolled
 const MaxNumber = 999; // the highest number of a row that is made
 
 const byId = id => document.getElementById(id);
@@ -49,8 +51,10 @@ function addTwin(field) {
 
 function updateTwin(field) {
     // A last line break needs something behind it to have a line of its own.
-    if (field.twin)
-        field.twin.textContent = field.value + "\u200b";
+    if (!field.twin)
+        return;
+    field.twin.textContent = field.value + "\u200b";
+    field.twin.parentNode.parentNode.classList.toggle("long", field.value.length > PageText);
 }
 
 // Values written by the program fire no event.
@@ -66,6 +70,8 @@ function watchWrites(prototype) {
             value.set.call(this, text);
             this.reported = undefined;
             updateTwin(this);
+            if (this.id === "titleImageFile")
+                byId("titleImageRemove").disabled = text === "";
             refresh();
         },
     });
@@ -98,10 +104,11 @@ function onChange(event) {
 
 let leftField = null;
 
+// Also when a dialog opens: what is typed is then told, and the dialog's button waits for its end.
 function onWindowBlur() {
-    leftField = isTextField(document.activeElement) ? document.activeElement : null;
-    if (document.activeElement)
-        document.activeElement.blur();
+    leftField = document.activeElement === document.body ? null : document.activeElement;
+    if (leftField)
+        leftField.blur();
 }
 
 function onWindowFocus() {
@@ -114,31 +121,62 @@ function onWindowFocus() {
         field.focus();
 }
 
+// The engine brings what has the focus to the window's edge, and the upper one lies below the bar.
+function keepOffBar() {
+    const element = document.activeElement;
+    if (element === document.body || byId("bar").contains(element))
+        return;
+    const edge = byId("bar").offsetHeight + 34; // with room for the label
+    const top = getCaretTop(element);
+    if (top < edge)
+        window.scrollBy(0, top - edge);
+}
+
+// Where the text cursor stands, for a field that may be higher than the window.
+function getCaretTop(element) {
+    const text = element.tagName === "TEXTAREA" && element.twin ? element.twin.firstChild : null;
+    const range = document.createRange();
+    if (text && text.length > LongText)
+        return Infinity; // left to the engine
+    if (text) {
+        range.setStart(text, 0);
+        range.setEnd(text, Math.min(element.selectionStart, text.length));
+    }
+    const lines = range.getClientRects();
+    return (lines[lines.length - 1] || element.getBoundingClientRect()).top;
+}
+
 // ---- Steps
 
 const sections = () => all(".step");
 
-function showStepsUpTo(n) {
+function openSteps(n) {
     sections().slice(0, Math.max(1, Number(n) || 1)).forEach(section => {
         section.style.display = "block";
     });
     refreshNow();
 }
 
+// The program's way, when a project is opened: it begins at its top.
+function showStepsUpTo(n) {
+    openSteps(n);
+    window.scrollTo(0, 0);
+}
+
 // The user's way to a step: opens all up to it and remembers how far the form was opened.
 function goToStep(n) {
     const field = byId("lastStepShown");
-    showStepsUpTo(n);
+    openSteps(n);
     if (n > Number(field.value)) {
         field.value = String(n);
         report(field.id);
     }
     const section = sections()[n - 1];
-    window.scrollTo(0, section.offsetTop - byId("bar").offsetHeight - 16);
+    window.scrollTo(0, n > 1 ? section.offsetTop - SmallBar - 16 : 0);
     const first = section.querySelector("input[type=text]:not([readonly]), textarea, select");
     if (first)
         first.focus();
-    markPosition();
+    onScroll();
 }
 
 function isFilled(item) {
@@ -146,9 +184,21 @@ function isFilled(item) {
                              : item.querySelector("input:checked") !== null;
 }
 
-function isDone(section) {
-    const needed = all("[data-needed]", section);
-    return needed.length > 0 && needed.every(isFilled);
+const getNeeded = section => all("[data-needed]", section);
+const getMissing = section => getNeeded(section).filter(item => !isFilled(item));
+const isDone = section => getNeeded(section).length > 0 && getMissing(section).length === 0;
+
+function markNeeded(root) {
+    getNeeded(root).forEach(item => {
+        const label = item.querySelector(".label") || root.querySelector("[for=\"" + item.id + "\"]");
+        label.insertAdjacentHTML("beforeend", " <span class=\"needed\" aria-hidden=\"true\">*</span>");
+        item.setAttribute("aria-required", "true");
+    });
+}
+
+function describeStep(section) {
+    const missing = getMissing(section).length;
+    return section.dataset.title + (missing === 0 ? "" : ", to be filled in: " + missing);
 }
 
 function getCurrentStep() {
@@ -159,6 +209,11 @@ function getCurrentStep() {
             current = i;
     });
     return current;
+}
+
+function onScroll() {
+    byId("bar").classList.toggle("small", window.pageYOffset > 40);
+    markPosition();
 }
 
 function markPosition() {
@@ -174,13 +229,18 @@ function markPosition() {
 function refreshNow() {
     const list = sections();
     const items = all("#progress li");
+    const last = list.map(isShown).lastIndexOf(true);
     list.forEach((section, i) => {
         const next = section.querySelector(".next");
         items[i].classList.toggle("open", isShown(section));
         items[i].classList.toggle("done", isDone(section));
+        items[i].firstChild.title = describeStep(section);
+        section.stub.style.display = isShown(section) || i > last ? "none" : "";
         if (next && list[i + 1])
             next.style.display = isShown(list[i + 1]) ? "none" : "";
     });
+    const name = [byId("incidentTitle").value, byId("fileNumber").value].filter(Boolean).join(" \u00b7 ");
+    all(".running").forEach(line => { line.textContent = name; });
     byId("noCausalFactors").style.display = byId("causalFactors").firstChild ? "none" : "";
     markPosition();
 }
@@ -203,13 +263,16 @@ function buildSteps() {
         const number = document.createElement("span");
         number.className = "step-number";
         number.textContent = i + 1;
-        section.querySelector(".step-head").insertBefore(number,
-            section.querySelector(".step-head").firstChild);
+        const head = section.querySelector(".step-head");
+        head.insertBefore(number, head.firstChild);
+        head.insertAdjacentHTML("afterbegin", "<span class=\"running\"></span>"); // on paper
+        section.stub = makeButton((i + 1) + "  " + head.querySelector("h2").textContent, "stub",
+            () => goToStep(i + 1));
+        section.parentNode.insertBefore(section.stub, section);
         const item = document.createElement("li");
         const button = makeButton("", "progress-step", () => goToStep(i + 1));
         button.innerHTML = "<span class=\"dot\">" + (i + 1) + "</span><span class=\"name\"></span>";
         button.lastChild.textContent = title;
-        button.title = title; // narrow windows show numbers alone
         item.appendChild(button);
         byId("progress").appendChild(item);
         if (i + 1 < list.length) {
@@ -237,6 +300,7 @@ function insertRow(number) {
     const row = holder.querySelector(".factor");
     row.number = number;
     all("textarea, input[type=text]", row).forEach(addTwin);
+    markNeeded(row);
     const rows = byId("causalFactors");
     const following = Array.from(rows.children).find(other => other.number > number);
     rows.insertBefore(row, following || null);
@@ -293,19 +357,35 @@ function removeTitleImage() {
         return;
     field.value = "";
     report(field.id);
+    byId("titleImageButton").focus(); // this one is dead now
+}
+
+// ---- Paper
+
+let scrolledTo = 0;
+
+function onPrintLayout(media) {
+    if (media.matches)
+        scrolledTo = window.pageYOffset;
+    else
+        setTimeout(() => window.scrollTo(0, scrolledTo), 0);
 }
 
 document.addEventListener("DOMContentLoaded", () => {
     watchWrites(HTMLTextAreaElement.prototype);
     watchWrites(HTMLInputElement.prototype);
     all("textarea, input[type=text]").forEach(addTwin);
+    markNeeded(document);
     buildSteps();
     document.addEventListener("input", onInput);
     document.addEventListener("change", onChange, true);
     document.addEventListener("click", refresh);
     window.addEventListener("blur", onWindowBlur);
     window.addEventListener("focus", onWindowFocus);
-    window.addEventListener("scroll", markPosition);
+    window.addEventListener("scroll", onScroll);
+    window.addEventListener("load", () => setTimeout(() => window.scrollTo(0, 0), 0));
+    document.addEventListener("keyup", keepOffBar);
+    matchMedia("print").addListener(onPrintLayout);
     byId("titleImageRemove").addEventListener("click", removeTitleImage);
     byId("printFormButton").addEventListener("click", () => window.formView.onPrintRequested());
     refreshNow();

@@ -133,6 +133,8 @@ private slots:
         };
         form->view.setFieldValue("loss", "a ship");
         QTRY_VERIFY(!isDone());
+        form->run("openSteps(5); sections()[1].style.display = 'none'; refreshNow()");
+        QCOMPARE(form->run("all('.stub').filter(isShown).length").toInt(), 1);
         form->view.setFieldValue("lossOfControl", "the rudder breaks");
         QTRY_VERIFY(isDone());
     }
@@ -153,8 +155,25 @@ private slots:
         QPrinter printer;
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(folder.filePath("form.pdf"));
+        form->run("window.scrollTo(0, 900)");
         form->web->page()->mainFrame()->print(&printer);
         QCOMPARE(form->run("window.onPaper").toString(), QString("none,block,101,none"));
+        QTRY_COMPARE(form->run("window.pageYOffset").toInt(), 900);
+        form->run("showStepsUpTo(3)"); // as when a project is opened
+        QCOMPARE(form->run("window.pageYOffset").toInt(), 0);
+    }
+
+    void focusStaysBelowTheBar()
+    {
+        form->run("showStepsUpTo(7); setTimeout(() => { window.settled = true; }, 0)");
+        QTRY_VERIFY(form->run("window.settled").toBool()); // a page begins at its top
+        focus("peopleInvolved");
+        form->run("window.scrollBy(0, byId('department').getBoundingClientRect().top - 5)");
+        QTest::keyClick(form->web, Qt::Key_Backtab, Qt::ShiftModifier);
+        QCOMPARE(focused(), QString("department"));
+        QTRY_VERIFY(form->run("byId('department').getBoundingClientRect().top"
+                              " >= byId('bar').offsetHeight")
+                        .toBool());
     }
 
 private:
