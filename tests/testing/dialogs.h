@@ -27,7 +27,6 @@ public:
 
     explicit DialogAnswer(Answer answer) : answer(std::move(answer))
     {
-        age.start();
         QObject::connect(&timer, &QTimer::timeout, &timer, [this] { look(); });
         timer.start(10);
     }
@@ -42,6 +41,8 @@ private:
             widget = QApplication::activeModalWidget();
         if (!widget)
             return;
+        if (!age.isValid())
+            age.start();
         if (age.elapsed() > 3000) {
             widget->close();
             return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "chart/chartsheet.h"
 #include "chart/line.h"
 
 #include <QGraphicsScene>
@@ -38,10 +39,17 @@ inline QString describe(const ConnectionInfo &end)
     return end.item ? end.item->getGUID() + " side " + QString::number(end.side) : QString("free");
 }
 
-/// The item's record, and what a line hangs on.
+/// The item's record as a file would hold it, and what a line hangs on.
 inline QString describe(ProjectItem *item)
 {
-    QString text = describe(item->getCanvasItemInfo());
+    CanvasItemInfo info = item->getCanvasItemInfo();
+    info.parent = item->getSheet()->getOwnerGUID();
+    if (item->type() != ProjectItem::LineType)
+        info.endPoint = info.startPoint + QPointF(info.size.width(), info.size.height());
+    if (!info.role.isParentItem())
+        info.causalFactorNumber = 0;
+    info.siblings.sort();
+    QString text = describe(info);
     if (auto *line = qobject_cast<const Line *>(item))
         text += " from " + describe(line->getStartConnection()) + " to " +
                 describe(line->getEndConnection());

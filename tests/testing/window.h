@@ -32,7 +32,10 @@ struct TestWindow {
     }
 
     /// Rows and fields can only be written once the page stands.
-    void waitForForm() const { QTRY_VERIFY(form->getAllFields(true).count() > 0); }
+    void waitForForm() const
+    {
+        QTRY_VERIFY_WITH_TIMEOUT(form->getAllFields(true).count() > 0, 60000);
+    }
 
     /// As a new project is, without a question.
     void empty()
