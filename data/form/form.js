@@ -41,6 +41,7 @@ function addTwin(field) {
     const twin = document.createElement("div");
     twin.className = "twin";
     twin.setAttribute("aria-hidden", "true");
+    field.dir = twin.dir = "auto"; // as the text is written
     if (field.rows)
         twin.style.minHeight = field.rows * 1.5 + "em";
     box.appendChild(field);
