@@ -8,6 +8,10 @@ delete window.WebSocket; // the one road to the network that is not the program'
 const LongText = 20000; // from here on a twin costs more than the pace of typing allows
 const PageText = 1500; // what is longer may be torn by a page
 const SmallBar = 54; // the height of the bar once the form is scrolled
+// Where a word has to be broken, the engine measures the rest of it for each line: minutes for a
+// million characters. Such a word gets places to break at in the twin and none in the field.
+const EndlessWord = /\S{2000}/;
+const WordPart = /\S{50}/g;
 const MaxNumber = 999; // the highest number of a row that is made
 
 const byId = id => document.getElementById(id);
@@ -51,10 +55,13 @@ function addTwin(field) {
 }
 
 function updateTwin(field) {
-    // A last line break needs something behind it to have a line of its own.
     if (!field.twin)
         return;
-    field.twin.textContent = field.value + "\u200b";
+    const isEndless = EndlessWord.test(field.value);
+    field.parentNode.classList.toggle("endless", isEndless);
+    const text = isEndless ? field.value.replace(WordPart, "$&\u200b") : field.value;
+    // A last line break needs something behind it to have a line of its own.
+    field.twin.textContent = text + "\u200b";
     field.twin.parentNode.parentNode.classList.toggle("long", field.value.length > PageText);
 }
 
