@@ -4,8 +4,8 @@
 #include "project/rowvalues.h"
 #include "support/fonts.h"
 #include "support/images.h"
+#include "support/projectsettings.h"
 
-#include <QSettings>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -163,19 +163,20 @@ ProjectReader::Result ProjectReader::readProjectProperties(int &version)
 
 void ProjectReader::acceptProjectProperty(const QString &name, const QString &value, int &version)
 {
-    QSettings settings;
+    ProjectSettings settings;
     bool isNumber = false;
     const int number = value.toInt(&isNumber);
     QFont font;
     if (name == "margins") {
-        settings.setValue(name, value);
+        settings.setMargins(value);
     } else if (name == "paperSize" && isNumber) {
-        settings.setValue("pageSize", number);
+        settings.setPageSize(number);
     } else if (name == "font" && readFont(value, font)) {
-        settings.setValue(name, value);
+        settings.setFont(value);
         settings.sync();
-    } else if (name == "showPageNumbers" || name == "showLegend" || name == "showHeader") {
-        settings.setValue(name, stringToBool(value));
+    } else if (name == ProjectSettings::PageNumbers || name == ProjectSettings::Legend ||
+               name == ProjectSettings::Header) {
+        settings.setShown(name, stringToBool(value));
     } else if (name == "dbVersion") {
         version = number;
     }

@@ -4,11 +4,10 @@
 #include "chart/line.h"
 #include "chart/toolid.h"
 #include "project/rowvalues.h"
-#include "support/fonts.h"
 #include "support/pageinfo.h"
+#include "support/projectsettings.h"
 
 #include <QSet>
-#include <QSettings>
 
 namespace
 {
@@ -86,22 +85,20 @@ void ProjectWriter::writeProjectProperties()
     require(QSqlQuery(db).exec("DELETE FROM properties WHERE guid=\"project\""),
             "Failed to delete project properties");
     propertyRows.take("project");
-    const QSettings settings;
+    const ProjectSettings settings;
     const auto write = [this](const char *name, const QString &value, const char *failure) {
         require(setProperty("project", name, value), failure);
     };
-    const auto getFlag = [&settings](const char *key) {
-        return boolToString(settings.value(key, true).toBool());
-    };
     write("margins", PageInfo().getMarginsString(), "Couldn't write margins project property");
-    write("paperSize", QString::number(settings.value("pageSize", 29).toInt()),
+    write("paperSize", QString::number(settings.getPageSize()),
           "Couldn't write paper size project property");
-    write("font", settings.value("font", encodeFont(getBuiltInFont())).toString(),
-          "Couldn't write font project property");
-    write("showPageNumbers", getFlag("showPageNumbers"),
-          "Couldn't write page numbers project property");
-    write("showLegend", getFlag("showLegend"), "Couldn't write legend project property");
-    write("showHeader", getFlag("showHeader"), "Couldn't write header project property");
+    write("font", settings.getFont(), "Couldn't write font project property");
+    const auto writeShown = [&](const char *part, const char *failure) {
+        write(part, boolToString(settings.shows(part)), failure);
+    };
+    writeShown(ProjectSettings::PageNumbers, "Couldn't write page numbers project property");
+    writeShown(ProjectSettings::Legend, "Couldn't write legend project property");
+    writeShown(ProjectSettings::Header, "Couldn't write header project property");
     write("dbVersion", QString::number(ProjectVersion),
           "Couldn't write DB version project property");
 }

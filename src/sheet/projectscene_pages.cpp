@@ -4,9 +4,9 @@
 #include "sheet/headeritem.h"
 #include "sheet/projectscene.h"
 #include "support/pageinfo.h"
+#include "support/projectsettings.h"
 
 #include <QPainter>
-#include <QSettings>
 
 #include <cmath>
 
@@ -101,7 +101,7 @@ void ProjectScene::setPageSize(QSize size)
 void ProjectScene::setRenderBackground(bool render, bool showFooters, bool showHeader)
 {
     renderBackground = render;
-    const bool hasHeader = QSettings().value("showHeader", true).toBool();
+    const bool hasHeader = ProjectSettings().shows(ProjectSettings::Header);
     if (!render)
         clearEdgeMarks();
     for (QGraphicsItem *item : items()) {
@@ -121,11 +121,11 @@ void ProjectScene::checkCanvasSize()
 
 void ProjectScene::updatePageNumberItems()
 {
-    const QSettings settings;
+    const ProjectSettings settings;
     if (headerItem)
-        headerItem->setVisible(settings.value("showHeader", true).toBool());
-    const FooterLook look = {settings.value("showPageNumbers", true).toBool(),
-                             settings.value("showLegend", true).toBool(),
+        headerItem->setVisible(settings.shows(ProjectSettings::Header));
+    const FooterLook look = {settings.shows(ProjectSettings::PageNumbers),
+                             settings.shows(ProjectSettings::Legend),
                              projectFile ? projectFile->getOpenProjectName() : QString(), pageSize};
     if (!(look == footerLook))
         resizeFooters(0, 0);

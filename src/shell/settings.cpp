@@ -2,9 +2,8 @@
 
 #include "support/fonts.h"
 #include "support/pageinfo.h"
+#include "support/projectsettings.h"
 #include "ui_settings.h"
-
-#include <QSettings>
 
 namespace
 {
@@ -84,13 +83,12 @@ void Settings::readSettings()
     ui->rightMargin->setValue(page.rightMargin);
     ui->topMargin->setValue(page.topMargin);
     ui->bottomMargin->setValue(page.bottomMargin);
-    const QSettings settings;
+    const ProjectSettings settings;
     // A size outside the table selects nothing.
-    ui->paperSizeCombo->setCurrentIndex(
-        ui->paperSizeCombo->findData(settings.value("pageSize", 29).toInt()));
-    ui->showPageNumbers->setChecked(settings.value("showPageNumbers", true).toBool());
-    ui->showLegend->setChecked(settings.value("showLegend", true).toBool());
-    ui->showHeader->setChecked(settings.value("showHeader", true).toBool());
+    ui->paperSizeCombo->setCurrentIndex(ui->paperSizeCombo->findData(settings.getPageSize()));
+    ui->showPageNumbers->setChecked(settings.shows(ProjectSettings::PageNumbers));
+    ui->showLegend->setChecked(settings.shows(ProjectSettings::Legend));
+    ui->showHeader->setChecked(settings.shows(ProjectSettings::Header));
 }
 
 void Settings::showFont()
@@ -112,12 +110,12 @@ void Settings::accept()
          {ui->leftMargin, ui->rightMargin, ui->topMargin, ui->bottomMargin})
         margins.append(QString::number(margin->value(), 'g', 6));
 
-    QSettings settings;
-    settings.setValue("font", encodeFont(font));
-    settings.setValue("pageSize", ui->paperSizeCombo->currentData());
-    settings.setValue("margins", margins);
-    settings.setValue("showPageNumbers", ui->showPageNumbers->isChecked());
-    settings.setValue("showLegend", ui->showLegend->isChecked());
-    settings.setValue("showHeader", ui->showHeader->isChecked());
+    ProjectSettings settings;
+    settings.setFont(encodeFont(font));
+    settings.setPageSize(ui->paperSizeCombo->currentData());
+    settings.setMargins(margins);
+    settings.setShown(ProjectSettings::PageNumbers, ui->showPageNumbers->isChecked());
+    settings.setShown(ProjectSettings::Legend, ui->showLegend->isChecked());
+    settings.setShown(ProjectSettings::Header, ui->showHeader->isChecked());
     QDialog::accept();
 }

@@ -1,8 +1,9 @@
 #include "support/fonts.h"
 
+#include "support/projectsettings.h"
+
 #include <QFontDialog>
 #include <QFontInfo>
-#include <QSettings>
 
 QString encodeFont(QFont font)
 {
@@ -27,11 +28,10 @@ QFont getBuiltInFont()
 QFont getStandardFont()
 {
     // Every note of a project asks, and making settings and fonts is the dear part.
-    static const QSettings settings;
-    static const QString builtIn = encodeFont(getBuiltInFont());
+    static const ProjectSettings settings;
     static QString text;
     static QFont font;
-    const QString current = settings.value("font", builtIn).toString();
+    const QString current = settings.getFont();
     if (text != current) {
         text = current;
         font = getBuiltInFont();

@@ -3,7 +3,6 @@
 #include <QHash>
 #include <QPageLayout>
 #include <QPrinter>
-#include <QSettings>
 #include <QStringList>
 
 #include <cmath>
@@ -11,7 +10,6 @@
 namespace
 {
 
-constexpr int Tabloid = 29;
 constexpr double CentimetresPerInch = 2.54;
 
 struct Paper {
@@ -44,10 +42,10 @@ Paper getPaper(int pageSize)
 
 int readPageSize()
 {
-    const int number = QSettings().value("pageSize", Tabloid).toInt();
+    const int number = ProjectSettings().getPageSize();
     const bool known =
         number >= 0 && number <= QPageSize::LastPageSize && number != QPageSize::Custom;
-    return known ? number : Tabloid;
+    return known ? number : ProjectSettings::Tabloid;
 }
 
 int toPixels(double centimetres, int resolution)
@@ -80,7 +78,7 @@ QString PageInfo::getMarginsString() const
 
 bool PageInfo::readMargins()
 {
-    const QStringList texts = QSettings().value("margins").toStringList();
+    const QStringList texts = ProjectSettings().getMargins();
     if (texts.size() != 4)
         return false;
     leftMargin = texts.at(0).toDouble();

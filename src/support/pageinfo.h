@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/projectsettings.h"
+
 #include <QRect>
 #include <QString>
 
@@ -20,7 +22,7 @@ public:
     /// Left, right, top, bottom, joined by commas, six significant digits each.
     QString getMarginsString() const;
 
-    int pageSize = 29;     ///< a QPrinter::PageSize number; 29 is Tabloid
+    int pageSize = ProjectSettings::Tabloid;
     double leftMargin = 0; ///< centimetres, like all four
     double rightMargin = 0;
     double topMargin = 0;
