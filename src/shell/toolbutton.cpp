@@ -50,7 +50,6 @@ void ToolButton::onActionTriggered(QAction *action)
 
 void ToolButton::mousePressEvent(QMouseEvent *event)
 {
-    dragging = false;
     if (event->button() == Qt::LeftButton)
         pressPosition = event->pos();
 }
@@ -61,15 +60,16 @@ void ToolButton::mouseMoveEvent(QMouseEvent *event)
     const int distance = (event->pos() - pressPosition).manhattanLength();
     if (!(event->buttons() & Qt::LeftButton) || distance <= DragThreshold)
         return;
-    dragging = true;
     emit dragStarting(defaultAction());
 }
 
 void ToolButton::mouseReleaseEvent(QMouseEvent *event)
 {
-    QToolButton::mousePressEvent(event);
+    QAction *face = defaultAction();
+    const bool inUse = face && face->isChecked();
+    QToolButton::mousePressEvent(event); // may open the menu, which may change the face
     QToolButton::mouseReleaseEvent(event);
     // A second click would otherwise uncheck the tool in use.
-    if (!dragging && defaultAction())
-        defaultAction()->setChecked(true);
+    if (inUse && defaultAction() == face)
+        face->setChecked(true);
 }

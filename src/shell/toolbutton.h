@@ -28,5 +28,4 @@ protected:
 
 private:
     QPoint pressPosition;
-    bool dragging = false; // since the last press
 };
