@@ -64,6 +64,12 @@ Settings::Settings(QWidget *parent) : QDialog(parent), ui(new Ui_Settings)
     fillPaperSizes();
     readSettings();
     connect(ui->fontButton, &QPushButton::clicked, this, &Settings::chooseFont);
+    connect(ui->paperSizeCombo, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            &Settings::checkMargins);
+    for (const QDoubleSpinBox *margin : getMargins())
+        connect(margin, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
+                &Settings::checkMargins);
+    checkMargins();
 }
 
 Settings::~Settings() = default;
@@ -91,6 +97,21 @@ void Settings::readSettings()
     ui->showHeader->setChecked(settings.shows(ProjectSettings::Header));
 }
 
+QList<QDoubleSpinBox *> Settings::getMargins() const
+{
+    return {ui->leftMargin, ui->rightMargin, ui->topMargin, ui->bottomMargin};
+}
+
+void Settings::checkMargins()
+{
+    PageInfo page;
+    page.leftMargin = ui->leftMargin->value();
+    page.rightMargin = ui->rightMargin->value();
+    page.topMargin = ui->topMargin->value();
+    page.bottomMargin = ui->bottomMargin->value();
+    ui->marginsNote->setVisible(!page.leavesPageOn(ui->paperSizeCombo->currentData().toInt()));
+}
+
 void Settings::showFont()
 {
     ui->fontPreviewLabel->setText(describeFont(font));
@@ -106,8 +127,7 @@ void Settings::chooseFont()
 void Settings::accept()
 {
     QStringList margins;
-    for (const QDoubleSpinBox *margin :
-         {ui->leftMargin, ui->rightMargin, ui->topMargin, ui->bottomMargin})
+    for (const QDoubleSpinBox *margin : getMargins())
         margins.append(QString::number(margin->value(), 'g', 6));
 
     ProjectSettings settings;

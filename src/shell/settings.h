@@ -2,8 +2,10 @@
 
 #include <QDialog>
 #include <QFont>
+#include <QList>
 #include <memory>
 
+class QDoubleSpinBox;
 class Ui_Settings;
 
 /// "Project Settings": font, paper, margins and what dresses the sheets. It
@@ -25,6 +27,8 @@ private:
     void fillPaperSizes();
     void readSettings();
     void showFont();
+    QList<QDoubleSpinBox *> getMargins() const;
+    void checkMargins();
 
     std::unique_ptr<Ui_Settings> ui;
     QFont font;

@@ -85,7 +85,7 @@ bool PageInfo::readMargins()
     rightMargin = texts.at(1).toDouble();
     topMargin = texts.at(2).toDouble();
     bottomMargin = texts.at(3).toDouble();
-    return leavesPage();
+    return leavesPageOn(readPageSize());
 }
 
 void PageInfo::deriveMargins()
@@ -98,9 +98,9 @@ void PageInfo::deriveMargins()
     topMargin = bottomMargin = difference.height() / 2.0 * perPixel;
 }
 
-bool PageInfo::leavesPage() const
+bool PageInfo::leavesPageOn(int pageSize) const
 {
-    const Paper paper = getPaper(readPageSize());
+    const Paper paper = getPaper(pageSize);
     // No paper is that wide, and beyond it pixels would not fit an int.
     constexpr double Limit = 1000;
     for (double margin : {leftMargin, rightMargin, topMargin, bottomMargin}) {

@@ -21,6 +21,8 @@ public:
     QRect getPrintableArea();
     /// Left, right, top, bottom, joined by commas, six significant digits each.
     QString getMarginsString() const;
+    /// Whether the margins leave a page on the paper, a QPrinter::PageSize number.
+    bool leavesPageOn(int pageSize) const;
 
     int pageSize = ProjectSettings::Tabloid;
     double leftMargin = 0; ///< centimetres, like all four
@@ -31,6 +33,5 @@ public:
 private:
     bool readMargins();
     void deriveMargins();
-    bool leavesPage() const;
     QRect getAreaOn(const QSize &paper, int resolution) const;
 };
