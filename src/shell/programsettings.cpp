@@ -32,6 +32,8 @@ ProgramSettings::ProgramSettings(QWidget *parent) : QDialog(parent), ui(new Ui_P
     ui->setupUi(this);
     ui->updateCheck->setChecked(QSettings().value("checkUpdates", true).toBool());
     ui->updateCheck->hide();
+    connect(ui->chooseLogo, &QPushButton::clicked, this, &ProgramSettings::on_chooseLogo_clicked);
+    connect(ui->clearButton, &QPushButton::clicked, this, &ProgramSettings::on_clearButton_clicked);
     const bool anyLogo = QFile::exists(getLogoPath());
     ui->clearButton->setEnabled(anyLogo);
     if (anyLogo)

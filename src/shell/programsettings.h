@@ -17,11 +17,9 @@ public:
 
     void accept() override;
 
-private slots:
+private:
     void on_chooseLogo_clicked();
     void on_clearButton_clicked();
-
-private:
     /// Empties the preview where there is no readable logo.
     void showLogo();
 
