@@ -141,7 +141,8 @@ QList<Sticky *> Sticky::getSiblingNotes() const
 void Sticky::setText(const QString &text)
 {
     const bool changed = text != noteText->toPlainText();
-    noteText->setPlainText(text);
+    if (changed) // else the cursor of an edit stays where it is
+        noteText->setPlainText(text);
     relayout(false);
     if (changed)
         setSiblingText();

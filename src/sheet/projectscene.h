@@ -98,6 +98,8 @@ public:
     void setItemsFont(const QFont &font);
     void selectAll();
     void finishEditing();
+    /// What is being typed reaches twins and form, and the editing goes on.
+    void shareEditedText();
     /// Whether the key must go to the note under edit rather than to a shortcut.
     bool handleEditingCommand(QKeyEvent *event) const;
     void hideHighlightItem();

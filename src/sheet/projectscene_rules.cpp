@@ -272,6 +272,12 @@ void ProjectScene::finishEditing()
     emit textEditingChanged(false);
 }
 
+void ProjectScene::shareEditedText()
+{
+    if (editingNote)
+        editingNote->setSiblingText();
+}
+
 bool ProjectScene::handleEditingCommand(QKeyEvent *event) const
 {
     if (!editingNote)

@@ -81,6 +81,18 @@ QList<ProjectItem *> SheetBook::getProjectItems() const
     return items;
 }
 
+void SheetBook::finishEditing()
+{
+    for (ProjectScene *sheet : getAllSheets())
+        sheet->finishEditing();
+}
+
+void SheetBook::shareEditedText()
+{
+    for (ProjectScene *sheet : getAllSheets())
+        sheet->shareEditedText();
+}
+
 void SheetBook::clear()
 {
     sheetsByOwner.clear();

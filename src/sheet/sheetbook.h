@@ -41,6 +41,10 @@ public:
     /// What a save writes, sheet by sheet.
     QList<ProjectItem *> getProjectItems() const;
 
+    /// A text under edit reaches its twins, the form and the undo stack.
+    void finishEditing();
+    /// The same without the end of the editing, so without an undo step.
+    void shareEditedText();
     /// Empties the main sheet and puts the others away: they live on unseen.
     void clear();
     /// The new font of all notes without one of their own.

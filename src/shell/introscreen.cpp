@@ -56,7 +56,7 @@ IntroScreen::IntroScreen(QWidget *parent) : QWidget(parent), ui(new Ui_IntroScre
     ui->updateButton->hide();
     connectButtons();
     setAttribute(Qt::WA_DeleteOnClose);
-    addRecentFiles();
+    listRecentFiles();
     fitLogo(screen()->availableGeometry().height());
     const bool anyFiles = listAutoSavedFiles();
     connect(ui->autoSaveTable, &QTableWidget::itemActivated, this,
@@ -76,19 +76,18 @@ void IntroScreen::connectButtons()
     connect(ui->newProjectButton, &QToolButton::clicked, this, &IntroScreen::newProjectClicked);
     connect(ui->quickStartButton, &QToolButton::clicked, this, &IntroScreen::quickStartClicked);
     connect(ui->openProjectButton, &QToolButton::clicked, this, &IntroScreen::onOpenProjectClicked);
-}
-
-void IntroScreen::addRecentFiles()
-{
-    const QStringList paths = QSettings().value("recentFiles").toStringList();
-    if (paths.isEmpty()) {
-        ui->openProjectButton->setPopupMode(QToolButton::DelayedPopup);
-        return;
-    }
-    for (const QString &path : paths)
-        ui->openProjectButton->addAction(new QAction(path, this));
     connect(ui->openProjectButton, &QToolButton::triggered, this,
             &IntroScreen::onRecentFileTriggered);
+}
+
+void IntroScreen::listRecentFiles()
+{
+    qDeleteAll(ui->openProjectButton->actions());
+    const QStringList paths = QSettings().value("recentFiles").toStringList();
+    ui->openProjectButton->setPopupMode(paths.isEmpty() ? QToolButton::DelayedPopup
+                                                        : QToolButton::MenuButtonPopup);
+    for (const QString &path : paths)
+        ui->openProjectButton->addAction(new QAction(path, this));
 }
 
 void IntroScreen::fitLogo(int availableHeight)

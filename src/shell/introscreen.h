@@ -19,6 +19,7 @@ public:
 
     /// Replaces the logo by a text where the height, in pixels, has no room for it.
     void fitLogo(int availableHeight);
+    void listRecentFiles();
 
 signals:
     /// An empty path asks the user for one.
@@ -39,7 +40,6 @@ private slots:
 
 private:
     void connectButtons();
-    void addRecentFiles();
     /// Whether there is any such file.
     bool listAutoSavedFiles();
     void addAutoSavedFile(const QString &path);

@@ -44,6 +44,8 @@ MainWindow::MainWindow(IntroScreen *introScreen)
     resize(800, 600);
     connect(desk, &ProjectDesk::interfaceNeeded, this, &MainWindow::loadFullInterface);
     connect(desk, &ProjectDesk::clearing, this, &MainWindow::clearInterface);
+    if (introScreen)
+        connect(desk, &ProjectDesk::recentFilesChanged, introScreen, &IntroScreen::listRecentFiles);
 }
 
 MainWindow::~MainWindow()
@@ -200,6 +202,7 @@ void MainWindow::saveProject(bool chooseNewName, bool autoSave)
 void MainWindow::onCurrentTabChanged(int tabIndex)
 {
     qDebug() << "current tab changed";
+    currentScene->finishEditing();
     currentScene->clearSelection();
     QWidget *tab = tabWidget->widget(tabIndex);
     if (auto *view = qobject_cast<GraphWidget *>(tab)) {

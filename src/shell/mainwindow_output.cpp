@@ -1,6 +1,7 @@
 #include "form/formview.h"
 #include "output/sheetprinter.h"
 #include "output/wordxmlexport.h"
+#include "shell/filenames.h"
 #include "shell/graphwidget.h"
 #include "shell/mainwindow.h"
 #include "shell/pagesetupdialog.h"
@@ -10,11 +11,8 @@
 #include "support/pageinfo.h"
 
 #include <QCoreApplication>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QSettings>
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <QTimer>
@@ -62,6 +60,7 @@ void MainWindow::showPageSetupDialog()
 
 void MainWindow::print()
 {
+    book->finishEditing();
     QPrinter printer(QPrinter::ScreenResolution);
     SheetPrinter::setUpPage(printer);
     printer.setColorMode(QPrinter::Color);
@@ -87,17 +86,17 @@ void MainWindow::printProjectScene(ProjectScene *scene, QPainter &painter, QPrin
 
 void MainWindow::onPrintFormTriggered()
 {
+    book->finishEditing();
     formView->onPrintRequested();
 }
 
 void MainWindow::onExportFormTriggered()
 {
-    QString name = QFileDialog::getSaveFileName(this, "Export file to...", getDocumentsFolder(),
-                                                "Microsoft Word XML (*.doc)");
+    book->finishEditing();
+    const QString name = askSaveName(this, "Export file to...", getDocumentsFolder(),
+                                     "Microsoft Word XML (*.doc)", ".doc", Qt::CaseInsensitive);
     if (name.isEmpty())
         return;
-    if (name.right(4).toLower() != ".doc")
-        name += ".doc";
     WordXMLExport().saveData(name, desk->collectFormValues(), this);
 }
 
@@ -108,6 +107,7 @@ void MainWindow::saveCurrentPagePNG()
 
 void MainWindow::onExportClicked(bool showDialog, ExportDialog::ExportFormat presetFormat)
 {
+    book->finishEditing();
     ExportDialog dialog(this);
     ExportDialog::ExportFormat format = presetFormat;
     ExportDialog::ExportArea area = ExportDialog::PageAtPoint;
@@ -137,15 +137,10 @@ QString MainWindow::askExportName(ExportDialog::ExportFormat format, const QStri
          {"Export to Portable Document Format (PDF)...", "Portable Document Format (*.pdf)"}},
         {ExportDialog::EMF, {"Export to Microsoft Office (EMF)...", "Enhanced Metafile (*.emf)"}},
     };
-    QSettings settings;
-    const QString folder = settings.value("lastExportPath", getDocumentsFolder()).toString() + "/";
-    QString name =
-        QFileDialog::getSaveFileName(this, texts[format].first, folder, texts[format].second);
-    if (name.isEmpty())
-        return name;
-    if (name.right(4).toLower() != "." + extension)
-        name += "." + extension;
-    settings.setValue("lastExportPath", QFileInfo(name).absolutePath());
+    const QString name = askSaveName(this, texts[format].first, getStartFolder("lastExportPath"),
+                                     texts[format].second, "." + extension, Qt::CaseInsensitive);
+    if (!name.isEmpty())
+        rememberFolder("lastExportPath", name);
     return name;
 }
 

@@ -5,6 +5,7 @@
 #include "project/saveprogressdialog.h"
 #include "sheet/projectscene.h"
 #include "sheet/sheetbook.h"
+#include "shell/filenames.h"
 #include "support/pageinfo.h"
 
 #include <QCoreApplication>
@@ -30,19 +31,8 @@ namespace
 
 constexpr int MaximumRecentFiles = 4;
 constexpr int MessageTime = 15000; // milliseconds
-const char SaveFailedText[] = "Saving failed.\nThe error message is: ";
-const char ProjectFilter[] = "TRAC/Ex Examiner Project (*.epf)";
-
-QString getStartFolder(const QString &key)
-{
-    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return QSettings().value(key, documents).toString() + "/";
-}
-
-void rememberFolder(const QString &key, const QString &path)
-{
-    QSettings().setValue(key, QFileInfo(path).absolutePath());
-}
+constexpr char SaveFailedText[] = "Saving failed.\nThe error message is: ";
+constexpr char ProjectFilter[] = "TRAC/Ex Examiner Project (*.epf)";
 
 } // namespace
 
@@ -103,18 +93,22 @@ void ProjectDesk::newProject()
     showUntitled();
 }
 
-void ProjectDesk::openProject(const QString &name, bool addToRecentFiles)
+bool ProjectDesk::openProject(const QString &name, bool addToRecentFiles)
 {
     if (isBusy()) {
         waitingOpenName = name;
-        return;
+        return false;
+    }
+    if (!name.isEmpty() && !QFile::exists(name)) {
+        tellThatFileIsGone(name);
+        return false;
     }
     const SaveAnswer answer = checkSave();
     if (answer == Cancelled)
-        return;
+        return false;
     openFilename = name.isEmpty() ? askOpenName() : name;
     if (openFilename.isEmpty())
-        return;
+        return false;
     const bool kept = giveUpProject(answer);
     emit interfaceNeeded();
     emit clearing();
@@ -122,6 +116,19 @@ void ProjectDesk::openProject(const QString &name, bool addToRecentFiles)
         projectFile->discardAutoSaveFile();
     readProject(addToRecentFiles);
     openWaitingProject();
+    return true;
+}
+
+void ProjectDesk::tellThatFileIsGone(const QString &name)
+{
+    QSettings settings;
+    QStringList files = settings.value("recentFiles").toStringList();
+    if (files.removeOne(name)) {
+        settings.setValue("recentFiles", files);
+        emit recentFilesChanged();
+    }
+    QMessageBox::critical(window, "Open failed", "The file " + name + " is no longer there.",
+                          QMessageBox::Ok);
 }
 
 QString ProjectDesk::askOpenName()
@@ -174,7 +181,8 @@ void ProjectDesk::openQuickStart()
     if (isBusy())
         return;
     const QString dataFolder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-    openProject(dataFolder + "/templates/quickstart2.epf", false);
+    if (!openProject(dataFolder + "/templates/quickstart2.epf", false))
+        return;
     projectFile->resetOpenFilename();
     showUntitled();
 }
@@ -183,6 +191,10 @@ void ProjectDesk::saveProject(bool chooseNewName, bool autoSave)
 {
     if (isBusy() || !registrationCheck.permitsSaving())
         return;
+    if (autoSave)
+        book->shareEditedText();
+    else
+        book->finishEditing();
     emit savingAllowed(false);
     const QString name =
         autoSave ? projectFile->getAutoSaveNameForOpenFile() : getSaveName(chooseNewName);
@@ -205,12 +217,10 @@ QString ProjectDesk::getSaveName(bool chooseNewName)
 {
     if (!chooseNewName && !projectFile->requiresFilenamePrompt())
         return projectFile->getOpenFilename();
-    QString name = QFileDialog::getSaveFileName(window, "Save project file...",
-                                                getStartFolder("lastSavePath"), ProjectFilter);
+    const QString name = askSaveName(window, "Save project file...", getStartFolder("lastSavePath"),
+                                     ProjectFilter, ".epf", Qt::CaseSensitive);
     if (name.isNull())
         return name;
-    if (name.right(4) != ".epf")
-        name += ".epf";
     rememberFolder("lastSavePath", name);
     removeFormerFile(name);
     addRecentFile(name);
@@ -280,6 +290,7 @@ void ProjectDesk::onHandlerFailed(const QString &message)
 
 bool ProjectDesk::keepSnapshot()
 {
+    book->shareEditedText();
     return projectFile->keepSnapshot(book->getProjectItems(), collectFormValues());
 }
 
@@ -298,7 +309,10 @@ FormValues ProjectDesk::collectFormValues() const
 
 ProjectDesk::SaveAnswer ProjectDesk::checkSave()
 {
-    if (!projectFile || !projectFile->isDirty())
+    if (!projectFile)
+        return NothingInTheWay;
+    book->finishEditing();
+    if (!projectFile->isDirty())
         return NothingInTheWay;
     const QMessageBox::StandardButton answer = QMessageBox::question(
         window, "TRAC/Ex Examiner",
@@ -324,8 +338,9 @@ bool ProjectDesk::leaveProject()
     return true;
 }
 
-void ProjectDesk::addRecentFile(const QString &path)
+void ProjectDesk::addRecentFile(const QString &name)
 {
+    const QString path = QFileInfo(name).absoluteFilePath();
     QSettings settings;
     QStringList files = settings.value("recentFiles").toStringList();
     if (files.contains(path))

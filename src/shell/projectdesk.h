@@ -34,14 +34,14 @@ public:
     const RegistrationCheck &getRegistrationCheck() const { return registrationCheck; }
 
     void newProject();
-    /// An empty name asks the user.
-    void openProject(const QString &name, bool addToRecentFiles);
+    /// An empty name asks the user. False when the project shown stays.
+    bool openProject(const QString &name, bool addToRecentFiles);
     void openQuickStart();
     void saveProject(bool chooseNewName, bool autoSave);
     SaveAnswer checkSave();
     /// Whether the window may close. Then the project is given up.
     bool leaveProject();
-    void addRecentFile(const QString &path);
+    void addRecentFile(const QString &name);
     FormValues collectFormValues() const;
     void showUntitled();
     /// What is shown is as it was saved, or empty.
@@ -64,10 +64,13 @@ signals:
     void clearing();
     /// A save begins or has ended.
     void savingAllowed(bool allowed);
+    /// A file left the list.
+    void recentFilesChanged();
 
 private:
     bool isBusy() const;
     QString askOpenName();
+    void tellThatFileIsGone(const QString &name);
     void readProject(bool addToRecentFiles);
     void onProjectOpened(bool addToRecentFiles);
     /// What was asked for while a file was opened or saved.

@@ -1,0 +1,46 @@
+#include "shell/filenames.h"
+
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace
+{
+
+bool mayReplace(QWidget *parent, const QString &caption, const QString &name)
+{
+    if (!QFile::exists(name))
+        return true;
+    const QString question = "%1 already exists.\nDo you want to replace it?";
+    return QMessageBox::warning(parent, caption, question.arg(QFileInfo(name).fileName()),
+                                QMessageBox::Yes | QMessageBox::No,
+                                QMessageBox::No) == QMessageBox::Yes;
+}
+
+} // namespace
+
+QString askSaveName(QWidget *parent, const QString &caption, const QString &folder,
+                    const QString &filter, const QString &ending, Qt::CaseSensitivity sensitivity)
+{
+    for (;;) {
+        const QString name = QFileDialog::getSaveFileName(parent, caption, folder, filter);
+        if (name.isEmpty() || name.endsWith(ending, sensitivity))
+            return name;
+        if (mayReplace(parent, caption, name + ending))
+            return name + ending;
+    }
+}
+
+QString getStartFolder(const QString &key)
+{
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QSettings().value(key, documents).toString() + "/";
+}
+
+void rememberFolder(const QString &key, const QString &path)
+{
+    QSettings().setValue(key, QFileInfo(path).absolutePath());
+}
