@@ -10,7 +10,6 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
-#include <QSpinBox>
 #include <QTest>
 #include <QTimer>
 
@@ -45,17 +44,13 @@ private:
             age.start();
         if (age.elapsed() > 3000) {
             widget->close();
-            return;
+        } else if (!busy) {
+            busy = true; // the answer may run another dialog and delete this one
+            asked = answer(widget);
+            busy = false;
+            if (asked)
+                timer.stop();
         }
-        if (busy)
-            return;
-        busy = true;
-        // The answer may run another dialog and delete this one.
-        if (answer(widget)) {
-            asked = true;
-            timer.stop();
-        }
-        busy = false;
     }
 
     Answer answer;
@@ -66,11 +61,11 @@ private:
 };
 
 /// Presses a button of the next message box and keeps what the box said.
-class BoxAnswer
+class BoxAnswer : public DialogAnswer
 {
 public:
     explicit BoxAnswer(QMessageBox::StandardButton button)
-        : BoxAnswer([button](QMessageBox *box) -> QAbstractButton * { return box->button(button); })
+        : BoxAnswer([button](QMessageBox *box) { return box->button(button); })
     {
     }
 
@@ -86,8 +81,6 @@ public:
     {
     }
 
-    bool wasAsked() const { return answer.wasAsked(); }
-
     QString title;
     QString text;
     QMessageBox::Icon icon = QMessageBox::NoIcon;
@@ -96,61 +89,54 @@ public:
 
 private:
     explicit BoxAnswer(std::function<QAbstractButton *(QMessageBox *)> choose)
-        : answer([this, choose](QWidget *widget) {
+        : DialogAnswer([this, choose](QWidget *widget) {
               auto *box = qobject_cast<QMessageBox *>(widget);
-              return box && press(box, choose(box));
+              QAbstractButton *button = box ? choose(box) : nullptr;
+              if (!button)
+                  return false;
+              title = box->windowTitle();
+              text = box->text();
+              icon = box->icon();
+              buttons = box->standardButtons();
+              if (box->defaultButton())
+                  defaultButton = box->defaultButton()->text().remove('&');
+              button->click();
+              return true;
           })
     {
     }
-
-    bool press(QMessageBox *box, QAbstractButton *button)
-    {
-        title = box->windowTitle();
-        text = box->text();
-        icon = box->icon();
-        buttons = box->standardButtons();
-        if (box->defaultButton())
-            defaultButton = box->defaultButton()->text().remove('&');
-        if (!button)
-            return false;
-        button->click();
-        return true;
-    }
-
-    DialogAnswer answer;
 };
+
+/// Answers the next dialog of a type and passes by those that stand before it.
+template<typename Dialog> DialogAnswer::Answer inDialog(std::function<void(Dialog *)> answer)
+{
+    return [answer](QWidget *widget) {
+        auto *dialog = qobject_cast<Dialog *>(widget);
+        if (dialog)
+            answer(dialog);
+        return dialog != nullptr;
+    };
+}
 
 /// Types a path into the next file dialog and presses Return; an empty path cancels it.
 inline DialogAnswer::Answer fileChoice(const QString &path)
 {
-    return [path](QWidget *widget) {
-        auto *dialog = qobject_cast<QFileDialog *>(widget);
-        if (!dialog)
-            return false;
-        if (path.isEmpty()) {
-            dialog->reject();
-            return true;
-        }
+    return inDialog<QFileDialog>([path](QFileDialog *dialog) {
+        if (path.isEmpty())
+            return dialog->reject();
         auto *edit = dialog->findChild<QLineEdit *>("fileNameEdit");
-        if (!edit)
-            return false;
         edit->setText(path);
         QTest::keyClick(edit, Qt::Key_Return);
-        return true;
-    };
+    });
 }
 
 /// Sets the number in the next input dialog and accepts it.
 inline DialogAnswer::Answer numberChoice(int number)
 {
-    return [number](QWidget *widget) {
-        auto *dialog = qobject_cast<QInputDialog *>(widget);
-        if (!dialog)
-            return false;
+    return inDialog<QInputDialog>([number](QInputDialog *dialog) {
         dialog->setIntValue(number);
         dialog->accept();
-        return true;
-    };
+    });
 }
 
 /// Rejects whatever dialog comes next.

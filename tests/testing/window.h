@@ -2,7 +2,6 @@
 
 #include "chart/line.h"
 #include "chart/sticky.h"
-#include "chart/svgpicture.h"
 #include "editing/commands.h"
 #include "form/formview.h"
 #include "project/projectfile.h"
@@ -15,7 +14,6 @@
 #include <QAction>
 #include <QSettings>
 #include <QStatusBar>
-#include <QTabBar>
 #include <QUndoStack>
 #include <QWebElement>
 
@@ -50,46 +48,40 @@ struct TestWindow {
 
     QAction *action(const QString &text) const
     {
-        const QList<QAction *> actions =
-            window.findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly);
-        for (QAction *candidate : actions) {
-            if (candidate->text() == text)
-                return candidate;
+        for (QAction *action :
+             window.findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly)) {
+            if (action->text() == text)
+                return action;
         }
         qFatal("There is no action %s", qPrintable(text));
     }
 
     ProjectScene *chart() const { return window.getMainScene(); }
-    GraphWidget *view() const { return qobject_cast<GraphWidget *>(tabs->widget(1)); }
+    /// Of the causal factor with the lowest number; null when there is none.
+    ProjectScene *factorSheet() const { return window.getFactorScenes().value(0); }
+    GraphWidget *view(int tab = 1) const { return qobject_cast<GraphWidget *>(tabs->widget(tab)); }
+
+    ProjectItem *add(int type, const QRectF &place, const QString &role = QString())
+    {
+        CanvasItemInfo info;
+        info.type = type;
+        info.role = Role(role);
+        info.startPoint = place.topLeft();
+        info.endPoint = place.bottomRight();
+        info.size = place.size();
+        info.text = role;
+        return chart()->loadCanvasItem(info);
+    }
 
     Sticky *addNote(const QString &role, const QPointF &position,
                     const QSizeF &size = QSizeF(120, 80))
     {
-        CanvasItemInfo info;
-        info.type = NoteItemType;
-        info.role = Role(role);
-        info.startPoint = position;
-        info.size = size;
-        info.text = role;
-        return qobject_cast<Sticky *>(chart()->loadCanvasItem(info));
+        return qobject_cast<Sticky *>(add(NoteItemType, QRectF(position, size), role));
     }
 
     Line *addLine(const QPointF &from, const QPointF &to)
     {
-        CanvasItemInfo info;
-        info.type = ConnectorTool;
-        info.startPoint = from;
-        info.endPoint = to;
-        return qobject_cast<Line *>(chart()->loadCanvasItem(info));
-    }
-
-    SVGPicture *addBarrier(const QPointF &position)
-    {
-        CanvasItemInfo info;
-        info.type = NewBarrierTool;
-        info.startPoint = position;
-        info.size = QSizeF(17, 82);
-        return qobject_cast<SVGPicture *>(chart()->loadCanvasItem(info));
+        return qobject_cast<Line *>(add(ConnectorTool, QRectF(from, to)));
     }
 
     /// A change of the user's, with its undo step.
@@ -103,10 +95,11 @@ struct TestWindow {
         QCoreApplication::processEvents();
     }
 
+    /// Of the causal factors.
     QStringList tabTexts() const
     {
         QStringList texts;
-        for (int i = 0; i < tabs->count(); ++i)
+        for (int i = 2; i < tabs->count(); ++i)
             texts.append(tabs->tabText(i));
         return texts;
     }

@@ -1,0 +1,265 @@
+#include "chart/imagepreviewdialog.h"
+#include "shell/aboutdialog.h"
+#include "shell/exportdialog.h"
+#include "shell/introscreen.h"
+#include "shell/itempropertiesdialog.h"
+#include "shell/programsettings.h"
+#include "shell/settings.h"
+#include "support/fonts.h"
+#include "testing/records.h"
+#include "testing/rows.h"
+#include "testing/sheet.h"
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QFontDialog>
+#include <QGroupBox>
+#include <QImageReader>
+#include <QLabel>
+#include <QListWidget>
+#include <QRadioButton>
+#include <QScreen>
+#include <QTableWidget>
+#include <QToolButton>
+
+/// What dialogs take and give back.
+class TestDialogs : public QObject
+{
+    Q_OBJECT
+
+    static void write(const QString &path, const QByteArray &content = "x")
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) > 0);
+    }
+    static void setMargins(Settings &dialog, const QList<double> &margins)
+    {
+        const QStringList names = {"leftMargin", "rightMargin", "topMargin", "bottomMargin"};
+        for (int i = 0; i < 4; ++i)
+            dialog.findChild<QDoubleSpinBox *>(names.at(i))->setValue(margins.at(i));
+    }
+
+    QTemporaryDir folder;
+    QString logo = makeDataFolder() + "/companylogo.png";
+
+private slots:
+    void init()
+    {
+        QSettings().clear();
+        QFile::remove(logo);
+    }
+
+    void settingsWriteEveryKeyOnOk()
+    {
+        const QStringList keys = {"font",       "margins",    "pageSize",
+                                  "showHeader", "showLegend", "showPageNumbers"};
+        for (const char *button : {"cancelButton", "okButton"}) {
+            Settings dialog(nullptr);
+            QCOMPARE(dialog.findChild<QComboBox *>("paperSizeCombo")->count(), 30);
+            QCOMPARE(dialog.findChild<QComboBox *>("paperSizeCombo")->currentData().toInt(), 29);
+            dialog.findChild<QComboBox *>("paperSizeCombo")->setCurrentText("A4");
+            dialog.findChild<QCheckBox *>("showLegend")->setChecked(false);
+            setMargins(dialog, {1.25, 2, 0, 3.5});
+            DialogAnswer fonts(inDialog<QFontDialog>([](QFontDialog *chooser) {
+                chooser->setCurrentFont(QFont("Liberation Mono", 14, QFont::Bold));
+                chooser->accept();
+            }));
+            dialog.findChild<QPushButton *>("fontButton")->click();
+            QVERIFY(fonts.wasAsked());
+            QCOMPARE(dialog.findChild<QLabel *>("fontPreviewLabel")->text(),
+                     QString("Liberation Mono 14pt Bold"));
+            QVERIFY(QSettings().allKeys().isEmpty());
+            dialog.findChild<QPushButton *>(button)->click();
+        }
+        const QSettings settings;
+        QCOMPARE(settings.allKeys(), keys);
+        QCOMPARE(settings.value("pageSize").toInt(), 0);
+        QCOMPARE(settings.value("margins").toStringList(), QStringList({"1.25", "2", "0", "3.5"}));
+        QVERIFY(settings.value("showHeader").toBool() && !settings.value("showLegend").toBool());
+        QCOMPARE(settings.value("font").toString().count(','), 9); // without a style's name
+        QCOMPARE(getStandardFont().family(), QString("Liberation Mono"));
+    }
+
+    void unreadableMarginsBecomeNumbers()
+    {
+        for (const QStringList &margins :
+             {QStringList{"a", "nan", "inf", "-inf"}, QStringList{"1", "2", "3", "4", "5"},
+              QStringList{"1"}, QStringList{"1e300", "-5", "1e9", "0"}}) {
+            QSettings().setValue("margins", margins);
+            QSettings().setValue("pageSize", 999); // selects nothing
+            Settings dialog(nullptr);
+            QCOMPARE(dialog.findChild<QComboBox *>("paperSizeCombo")->currentIndex(), -1);
+            dialog.accept();
+            const QStringList written = QSettings().value("margins").toStringList();
+            QCOMPARE(written.size(), 4);
+            for (const QString &margin : written)
+                QVERIFY2(margin.toDouble() >= 0 && margin.toDouble() < 100, qPrintable(margin));
+        }
+    }
+
+    void marginsThatLeaveNoPageAreTold()
+    {
+        Settings dialog(nullptr);
+        const auto *note = dialog.findChild<QLabel *>("marginsNote");
+        for (const double margin : {30.0, 3.0}) {
+            setMargins(dialog, {margin, margin, 1, 1});
+            QCOMPARE(note->isHidden(), margin < 30);
+        }
+    }
+
+    void logoIsChangedAtOnce()
+    {
+        QImage(5, 5, QImage::Format_RGB32).save(logo);
+        QImage(30, 20, QImage::Format_RGB32).save(folder.filePath("logo.bmp"));
+        write(folder.filePath("text.png"));
+        const QPair<const char *, int> rows[] = {{"text.png", 5}, {"logo.bmp", 30}};
+        for (const auto &row : rows) {
+            const Row in(row.first);
+            ProgramSettings dialog(nullptr);
+            DialogAnswer answer(fileChoice(folder.filePath(row.first)));
+            dialog.findChild<QPushButton *>("chooseLogo")->click();
+            QVERIFY(answer.wasAsked());
+            dialog.reject();
+            QCOMPARE(QImage(logo, "PNG").width(), row.second);
+        }
+        ProgramSettings dialog(nullptr);
+        auto *clear = dialog.findChild<QPushButton *>("clearButton");
+        clear->click();
+        QVERIFY(!clear->isEnabled() && !QFile::exists(logo));
+        QSettings().setValue("checkUpdates", false);
+        ProgramSettings(nullptr).accept();
+        QVERIFY(!QSettings().value("checkUpdates").toBool());
+    }
+
+    void aboutNamesTheProgram()
+    {
+        AboutDialog dialog(nullptr);
+        QCOMPARE(dialog.findChild<QLabel *>("titleText")->text(), QString("TRAC/Ex Examiner 2.01"));
+        const QString about = dialog.findChild<QLabel *>("aboutText")->text();
+        QVERIFY(about.contains("TRAC/Ex Examiner") && !about.contains("$("));
+    }
+
+    void introScreenOffersFiles()
+    {
+        const QStringList recent = {"/home/u/A & B.epf", "/home/u/b.epf"};
+        QSettings().setValue("recentFiles", recent);
+        const QString left = makeDataFolder() + "/a.autosave.epf.autosave";
+        write(left);
+        IntroScreen screen(nullptr);
+        QVERIFY(QFile::remove(left));
+        QSignalSpy opened(&screen, &IntroScreen::openProjectClicked);
+        auto *open = screen.findChild<QToolButton *>("openProjectButton");
+        auto *table = screen.findChild<QTableWidget *>("autoSaveTable");
+        QVERIFY(!screen.findChild<QGroupBox *>("autoSaveGroup")->isHidden());
+        QCOMPARE(table->item(0, 0)->text(), QString("a.autosave.epf"));
+        open->click();
+        open->actions().at(0)->trigger();
+        emit table->itemActivated(table->item(0, 1)); // the date opens nothing
+        emit table->itemActivated(table->item(0, 0));
+        const QList<QVariantList> expected = {
+            {QString(), true}, {recent.at(0), true}, {left, false}};
+        QCOMPARE(QList<QVariantList>(opened), expected);
+        QSettings().setValue("recentFiles", QStringList());
+        screen.listRecentFiles(); // as after one that is gone
+        QVERIFY(open->actions().isEmpty() && open->popupMode() == QToolButton::DelayedPopup);
+    }
+
+    void exportAreasFollowTheFormat()
+    {
+        ExportDialog dialog(nullptr);
+        auto *area = dialog.findChild<QComboBox *>("areaCombo");
+        QCOMPARE(area->count(), 1);
+        dialog.findChild<QComboBox *>("formatCombo")->setCurrentText("PNG Image");
+        const ExportDialog::ExportArea areas[] = {
+            ExportDialog::EntireChart, ExportDialog::CurrentPage, ExportDialog::SelectedItems};
+        for (int i = 0; i < 3; ++i) {
+            area->setCurrentIndex(i);
+            QCOMPARE(dialog.getExportArea(), areas[i]);
+        }
+        QCOMPARE(dialog.getExportFormat(), ExportDialog::PNG);
+    }
+
+    void imagePreview()
+    {
+        const QSize limits = QGuiApplication::primaryScreen()->geometry().size() - QSize(50, 100);
+        const QPair<QSize, const char *> rows[] = {
+            {limits, "Image Preview"},
+            {limits + QSize(1, -300), "Image Preview (99%)"},
+            {QSize(100, limits.height() * 2), "Image Preview (50%)"}};
+        for (const auto &row : rows) {
+            const Row in(row.second);
+            ImagePreviewDialog dialog(nullptr, QPixmap(row.first));
+            QCOMPARE(dialog.windowTitle(), QString(row.second));
+            dialog.findChild<QPushButton *>("copyButton")->click();
+            QCOMPARE(QGuiApplication::clipboard()->pixmap().size(), row.first);
+        }
+        QVERIFY(QDir(folder.path()).mkpath("taken.jpg"));
+        ImagePreviewDialog dialog(nullptr, QPixmap(300, 10));
+        BoxAnswer failure(QMessageBox::Ok);
+        for (const char *name : {"a.png", "b", "taken"}) {
+            DialogAnswer answer(fileChoice(folder.filePath(name)));
+            dialog.findChild<QPushButton *>("saveButton")->click();
+            QVERIFY(answer.wasAsked());
+        }
+        QCOMPARE(failure.title, QString("Save failed"));
+        QCOMPARE(QImageReader(folder.filePath("a.png"), "png").size(), QSize(300, 10));
+        QCOMPARE(QImageReader(folder.filePath("b.jpg"), "jpeg").size(), QSize(300, 10));
+    }
+
+    /// Each change is one step for the whole selection; a refused one leaves the others.
+    void itemPropertiesOfNotes()
+    {
+        Sheet sheet;
+        Sticky *note = sheet.addNote(QRectF(100, 100, 120, 80));
+        sheet.addNote(QRectF(300, 100, 120, 80), "Loss")->setSelected(true);
+        note->setSelected(true);
+        const QString before = describe(sheet.scene);
+        ItemPropertiesDialog dialog(&sheet.scene, note, nullptr, nullptr);
+        ItemPropertiesDialog(&sheet.scene, note, nullptr, nullptr).accept();
+        QCOMPARE(sheet.getSteps(), 0);
+        auto *roles = dialog.findChild<QListWidget *>("rolesList");
+        QCOMPARE(roles->currentItem()->text(), QString("Event"));
+        roles->setCurrentItem(roles->findItems("Loss", Qt::MatchExactly).first());
+        dialog.findChild<QRadioButton *>("hJustifiedRadio")->setChecked(true);
+        dialog.findChild<QCheckBox *>("notRelevant")->setChecked(true);
+        dialog.findChild<QSpinBox *>("borderThickness")->setValue(4);
+        BoxAnswer refusal(QMessageBox::Ok); // a chart has one Loss
+        dialog.accept();
+        QVERIFY(refusal.wasAsked());
+        QCOMPARE(note->getRoleType(), QString("Event"));
+        for (Sticky *each : sheet.scene.getAllNotes()) {
+            QCOMPARE(each->getRecord().textAlignment, Qt::AlignVCenter | Qt::AlignJustify);
+            QVERIFY(each->isNotRelevant() && each->getBorderLineWidth() == 4);
+        }
+        QCOMPARE(sheet.getSteps(), 3);
+        for (int i = 0; i < 3; ++i)
+            sheet.scene.getUndoStack()->undo();
+        QCOMPARE(describe(sheet.scene), before);
+    }
+
+    /// Style and thickness are not read.
+    void itemPropertiesOfALine()
+    {
+        Sheet sheet;
+        Line *line = sheet.addLine(QPointF(400, 400), QPointF(600, 500));
+        line->setSelected(true);
+        line->setLineStyle(Qt::DashLine);
+        line->setBorderLineWidth(8);
+        line->setArrowStyle(Line::NoArrows);
+        ItemPropertiesDialog dialog(&sheet.scene, nullptr, line, nullptr);
+        QCOMPARE(dialog.getArrowStyle(), Line::NoArrows);
+        dialog.accept();
+        QCOMPARE(line->getRecord().lineStyle, int(Qt::SolidLine));
+        QCOMPARE(line->getBorderLineWidth(), 2);
+        QCOMPARE(sheet.getSteps(), 2);
+        ItemPropertiesDialog late(&sheet.scene, nullptr, line, nullptr);
+        sheet.scene.clear();
+        late.accept(); // after its items are gone
+        QCOMPARE(sheet.getSteps(), 0);
+    }
+};
+
+EXAMINER_TEST_MAIN(TestDialogs)
+#include "testdialogs.moc"

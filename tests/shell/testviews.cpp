@@ -1,0 +1,319 @@
+#include "shell/graphwidget.h"
+#include "shell/projecttabwidget.h"
+#include "shell/toolbutton.h"
+#include "shell/toolstoolbar.h"
+#include "shell/zoomwidget.h"
+#include "testing/rows.h"
+#include "testing/sheet.h"
+
+#include <QMainWindow>
+#include <QRubberBand>
+#include <QScrollBar>
+#include <QTabBar>
+#include <QWheelEvent>
+
+/// The middle of a large sheet, in a view of 400 by 400.
+struct ShownSheet {
+    ShownSheet() : view(&sheet.scene, nullptr), band(view.findChild<QRubberBand *>())
+    {
+        view.resize(400, 400);
+        view.show();
+        view.centerOn(800, 500);
+    }
+
+    void mouse(QEvent::Type type, const QPoint &pos, Qt::MouseButton button = Qt::LeftButton)
+    {
+        const bool moving = type == QEvent::MouseMove;
+        const bool released = type == QEvent::MouseButtonRelease;
+        QMouseEvent event(type, pos, view.viewport()->mapToGlobal(pos),
+                          moving ? Qt::NoButton : button, released ? Qt::NoButton : button,
+                          Qt::NoModifier);
+        QApplication::sendEvent(view.viewport(), &event);
+    }
+
+    void turnWheel(const QPoint &pos, int angle, Qt::KeyboardModifiers modifiers)
+    {
+        QWheelEvent event(pos, view.viewport()->mapToGlobal(pos), QPoint(), QPoint(0, angle),
+                          Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view.viewport(), &event);
+    }
+
+    QPoint scrolled() const
+    {
+        return QPoint(view.horizontalScrollBar()->value(), view.verticalScrollBar()->value());
+    }
+
+    Sheet sheet;
+    GraphWidget view;
+    QRubberBand *band;
+};
+
+/// The palette in a window of its own.
+struct Palette {
+    Palette() : bar(&window)
+    {
+        window.addToolBar(&bar);
+        window.resize(1600, 200);
+        window.show();
+    }
+
+    ToolButton *button(int tool) const
+    {
+        for (ToolButton *button : bar.findChildren<ToolButton *>()) {
+            if (button->actions().contains(action(tool)) ||
+                (button->menu() && button->menu()->actions().contains(action(tool))))
+                return button;
+        }
+        return nullptr;
+    }
+
+    QAction *action(int tool) const
+    {
+        for (QAction *action : bar.findChildren<QAction *>()) {
+            if (action->data().isValid() && action->data().toInt() == tool)
+                return action;
+        }
+        return nullptr;
+    }
+
+    /// Opens the button's menu by its arrow and presses the keys there.
+    void pickFromMenu(int tool, const QList<int> &keys)
+    {
+        ToolButton *owner = button(tool);
+        DialogAnswer answer([&](QWidget *menu) {
+            for (int key : keys)
+                QTest::keyClick(menu, Qt::Key(key));
+            return true;
+        });
+        QTest::mouseClick(owner, Qt::LeftButton, Qt::NoModifier,
+                          QPoint(owner->width() - 4, owner->height() / 2));
+        QVERIFY(answer.wasAsked());
+    }
+
+    QList<int> checked() const
+    {
+        QList<int> tools;
+        for (QAction *action : bar.findChildren<QAction *>()) {
+            if (action->isChecked() && action->data().isValid())
+                tools.append(action->data().toInt());
+        }
+        return tools;
+    }
+
+    /// Tools whose buttons look pressed.
+    int pressedButtons() const
+    {
+        int count = 0;
+        for (ToolButton *button : bar.findChildren<ToolButton *>())
+            count += button->isChecked() || button->isDown();
+        return count;
+    }
+
+    QMainWindow window;
+    ToolsToolBar bar;
+};
+
+/// The view of a sheet, the zoom, the tabs and the palette.
+class TestViews : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void dragsScrollNearTheEdges()
+    {
+        const struct {
+            const char *name;
+            QPoint pos, step;
+        } rows[] = {
+            {"the middle", {200, 200}, {0, 0}},       {"63 from the left", {63, 200}, {0, 0}},
+            {"62 from the left", {62, 200}, {-1, 0}}, {"the left edge", {0, 200}, {-8, 0}},
+            {"the right edge", {400, 200}, {8, 0}},   {"the bottom edge", {200, 400}, {0, 8}},
+            {"beyond the top", {200, -50}, {0, -15}}, {"the height decides", {10, 60}, {-1, -1}},
+        };
+        for (const auto &row : rows) {
+            const Row in(row.name);
+            ShownSheet shown;
+            const QPoint before = shown.scrolled();
+            shown.mouse(QEvent::MouseButtonPress, QPoint(200, 200));
+            shown.mouse(QEvent::MouseMove, row.pos);
+            shown.view.onScrollTimeout();
+            QCOMPARE(shown.scrolled() - before, row.step);
+            shown.mouse(QEvent::MouseButtonRelease, row.pos);
+            shown.view.onScrollTimeout();
+            QCOMPARE(shown.scrolled() - before, row.step);
+        }
+    }
+
+    void rubberBand()
+    {
+        ShownSheet shown;
+        Sticky *inside = shown.sheet.addNote(QRectF(740, 440, 40, 40));
+        Sticky *outside = shown.sheet.addNote(QRectF(900, 600, 40, 40));
+        shown.mouse(QEvent::MouseButtonPress, QPoint(200, 200));
+        shown.mouse(QEvent::MouseMove, QPoint(198, 198));
+        QVERIFY(!shown.band->isVisible());
+        shown.mouse(QEvent::MouseMove, QPoint(100, 100));
+        QCOMPARE(shown.band->geometry().topLeft(), QPoint(100, 100));
+        QVERIFY(shown.band->isVisible() && inside->isSelected() && !outside->isSelected());
+        shown.mouse(QEvent::MouseMove, QPoint(400, 300));
+        shown.view.onScrollTimeout(); // the view scrolls under its first corner
+        QCOMPARE(shown.band->geometry().left(), 192);
+        shown.mouse(QEvent::MouseButtonRelease, QPoint(400, 300));
+        QVERIFY(!shown.band->isVisible());
+    }
+
+    /// A context menu keeps the release to itself.
+    void bandsBeginWithTheLeftButton()
+    {
+        ShownSheet shown;
+        shown.sheet.addNote(QRectF(740, 440, 120, 120));
+        for (Qt::MouseButton button : {Qt::RightButton, Qt::LeftButton}) {
+            shown.mouse(QEvent::MouseButtonPress, QPoint(50, 50), button);
+            shown.mouse(QEvent::MouseButtonPress, QPoint(200, 200));
+            shown.mouse(QEvent::MouseMove, QPoint(230, 230));
+            QVERIFY(!shown.band->isVisible());
+        }
+    }
+
+    void sheetStaysUnderThePointer()
+    {
+        ShownSheet shown;
+        shown.view.resize(1600, 1000);
+        shown.view.setZoomScale(50);
+        shown.sheet.addNote(QRectF(1400, 400, 120, 80));
+        QCoreApplication::processEvents();
+        const QPoint pos = shown.view.mapFromScene(QPointF(1440, 440));
+        shown.mouse(QEvent::MouseButtonPress, pos);
+        for (int pages : {2, 1}) { // it grows and shrinks again
+            const QPoint end = pos + QPoint(pages == 2 ? 80 : 0, 0);
+            const QPointF before = shown.view.mapToScene(end);
+            shown.mouse(QEvent::MouseMove, end);
+            QTRY_COMPARE(shown.sheet.scene.getNumHorizontalPages(), pages);
+            QCOMPARE(shown.view.mapToScene(end), before);
+        }
+        shown.mouse(QEvent::MouseButtonRelease, pos);
+        shown.view.setZoomScale(50); // lets go
+        QCOMPARE(shown.view.mapFromScene(QPointF(1440, 440)), pos);
+    }
+
+    void zoomStaysUnderThePointer()
+    {
+        ShownSheet shown;
+        connect(&shown.view, &GraphWidget::doZoom, &shown.view, [&shown](bool zoomIn) {
+            shown.view.setZoomScale(shown.view.getZoom() + (zoomIn ? 10 : -10));
+        });
+        const QPoint pos(90, 310);
+        const QPointF before = shown.view.mapToScene(pos);
+        for (int angle : {120, -120}) {
+            for (int turn = 0; turn < 5; ++turn)
+                shown.turnWheel(pos, angle, Qt::ControlModifier);
+            QCOMPARE(shown.view.getZoom(), angle > 0 ? 150 : 100);
+            QVERIFY((shown.view.mapToScene(pos) - before).manhattanLength() < 3);
+        }
+        shown.view.disconnect(&shown.view); // as at the last step, where nobody changes the zoom
+        shown.view.setZoomScale(110);
+        const QPoint resting = shown.scrolled();
+        for (int angle : {120, 0}) // 0 is how a touchpad ends a gesture
+            shown.turnWheel(pos, angle, Qt::ControlModifier);
+        QCOMPARE(shown.scrolled(), resting);
+        shown.turnWheel(pos, -120, Qt::NoModifier);
+        QVERIFY(shown.scrolled().y() > resting.y());
+    }
+
+    void zoomSteps()
+    {
+        const struct {
+            int from, in, out, wheel;
+        } rows[] = {{10, 25, 10, 20}, {110, 150, 100, 120}, {195, 200, 150, 200}, {-5, 25, 10, 20}};
+        for (const auto &row : rows) {
+            const Row in(qPrintable(QString::number(row.from)));
+            ZoomWidget zoom;
+            const QList<QPair<std::function<void()>, int>> steps = {
+                {[&] { zoom.getZoomInAction()->trigger(); }, row.in},
+                {[&] { zoom.getZoomOutAction()->trigger(); }, row.out},
+                {[&] { zoom.stepZoom(true); }, row.wheel},
+                {[&] { zoom.getActualSizeAction()->trigger(); }, 100}};
+            for (const auto &step : steps) {
+                zoom.setZoom(row.from);
+                step.first();
+                QCOMPARE(zoom.getZoom(), step.second);
+            }
+        }
+    }
+
+    void aSingleTabHasNoBar()
+    {
+        ProjectTabWidget tabs;
+        tabs.show();
+        for (const bool several : {false, true}) {
+            tabs.addTab(new QWidget, "One");
+            QCOMPARE(tabs.tabBar()->isVisible(), several);
+        }
+        tabs.removeTab(0);
+        QVERIFY(!tabs.tabBar()->isVisible());
+    }
+
+    void oneToolIsInUse()
+    {
+        Palette palette;
+        QSignalSpy selected(&palette.bar, &ToolsToolBar::toolSelectionChanged);
+        for (int tool : {EventTool, ArrowTool, EventTool, EventTool}) {
+            QTest::mouseClick(palette.button(tool), Qt::LeftButton, Qt::NoModifier, QPoint(9, 9));
+            QCOMPARE(palette.bar.getSelectedTool(), tool);
+            QCOMPARE(palette.checked(), QList<int>{tool});
+        }
+        QCOMPARE(selected.count(), 3);
+        palette.pickFromMenu(ArrowTool, {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return});
+        QCOMPARE(palette.checked(), QList<int>{StraightLineTool});
+        palette.bar.cancelActiveTool();
+        QCOMPARE(palette.checked(), QList<int>{SelectTool});
+        QCOMPARE(palette.button(ArrowTool)->defaultAction(), palette.action(StraightLineTool));
+    }
+
+    /// Whatever is done to a button that ends without a choice.
+    void aMenuThatIsLeftChangesNothing()
+    {
+        Palette palette;
+        QTest::mouseClick(palette.button(EventTool), Qt::LeftButton);
+        palette.pickFromMenu(ArrowTool, {Qt::Key_Escape});
+        QCOMPARE(palette.checked(), QList<int>{EventTool});
+        QCOMPARE(palette.pressedButtons(), 1);
+        for (int tool : {ArrowTool, HandTool}) {
+            QTest::mouseClick(palette.button(tool), Qt::RightButton, Qt::NoModifier, QPoint(9, 9));
+            QCOMPARE(palette.checked(), QList<int>{EventTool});
+            QCOMPARE(palette.pressedButtons(), 1);
+        }
+    }
+
+    void fivePixelsAreADrag()
+    {
+        Palette palette;
+        ToolButton *button = palette.button(SelectTool); // which itself can't be dragged away
+        for (const QPoint &by : {QPoint(2, 2), QPoint(3, 2), QPoint(-3, -2)}) {
+            QSignalSpy dragged(button, &ToolButton::dragStarting);
+            const QPoint from(15, 15);
+            QTest::mousePress(button, Qt::LeftButton, Qt::NoModifier, from);
+            QMouseEvent move(QEvent::MouseMove, from + by, button->mapToGlobal(from + by),
+                             Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(button, &move);
+            QTest::mouseRelease(button, Qt::LeftButton, Qt::NoModifier, from + by);
+            QCOMPARE(dragged.count(), by.manhattanLength() > 4 ? 1 : 0);
+        }
+    }
+
+    void formButtonsReplaceTools()
+    {
+        Palette palette;
+        QAction exportForm("Export Form");
+        palette.bar.setFormActions({&exportForm});
+        for (const bool form : {true, false}) {
+            palette.bar.setActiveButtons(form ? ToolsToolBar::FormButtons
+                                              : ToolsToolBar::ToolButtons);
+            QCOMPARE(exportForm.isVisible(), form);
+            QTRY_COMPARE(palette.button(EventTool)->isVisible(), !form);
+        }
+    }
+};
+
+EXAMINER_TEST_MAIN(TestViews)
+#include "testviews.moc"
