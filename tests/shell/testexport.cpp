@@ -132,6 +132,22 @@ private slots:
         QCOMPARE(QImage(path("x.png")).pixelColor(130, 110), QColor(Qt::red));
     }
 
+    /// Without a box, and what stood there stays.
+    void failureShowsInTheStatusBar()
+    {
+        for (const char *target : {"missing/x", "folder"}) {
+            const Row in(target);
+            QDir(folder->path()).mkpath("folder/x");
+            tw->window.statusBar()->clearMessage();
+            tw->window.exportPNG(path(target), QRectF(0, 0, 10, 10));
+            QVERIFY(!tw->window.statusBar()->currentMessage().isEmpty());
+            tw->window.statusBar()->clearMessage();
+            tw->window.exportPDF(path(target), QRectF());
+            QVERIFY(!tw->window.statusBar()->currentMessage().isEmpty());
+        }
+        QVERIFY(files().isEmpty());
+    }
+
     void settingsAndPrintFlagsReachEverySheet()
     {
         tw->makeFactor(tw->addNote("Event", QPointF(200, 200)));
