@@ -151,6 +151,13 @@ private slots:
         QVERIFY(
             !form->run("var e = document.getElementById('loss'); e.scrollHeight > e.clientHeight")
                  .toBool());
+        // Wrapping a word without an end would take minutes.
+        form->view.setFieldValue("evidence", QString(1000000, 'x'));
+        QVERIFY(form->run("var e = document.getElementById('evidence'); e.offsetHeight > 0 &&"
+                          "getComputedStyle(e).wordWrap === 'normal' && !/x{2000}/.test("
+                          "e.twin.textContent)")
+                    .toBool());
+        form->view.setFieldValue("evidence", "short");
         QTemporaryDir folder;
         QPrinter printer;
         printer.setOutputFormat(QPrinter::PdfFormat);
