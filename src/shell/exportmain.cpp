@@ -1,5 +1,6 @@
 #include "output/filereplacement.h"
 #include "output/projectexporter.h"
+#include "project/databasefile.h"
 #include "shell/application.h"
 
 #include <QCommandLineParser>
@@ -129,8 +130,10 @@ QString run(const Request &request, const QTemporaryDir &home)
         return request.target + " is the project itself.";
     const QString copy = home.filePath(QFileInfo(request.project).fileName());
     QFile project(request.project);
-    if (!project.copy(copy))
+    if (!project.open(QIODevice::ReadOnly))
         return "The project " + request.project + " can't be read: " + project.errorString() + ".";
+    if (!copyDatabase(request.project, copy))
+        return "The project " + request.project + " can't be copied to " + home.path() + ".";
     QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
     // Never deleted: taking a large chart apart would cost a tenth of the time.
     ProjectExporter &exporter = *new ProjectExporter;

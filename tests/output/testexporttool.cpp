@@ -4,6 +4,8 @@
 #include <QDirIterator>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 
 #include <memory>
 #include <unistd.h>
@@ -110,6 +112,19 @@ private slots:
         QVERIFY(read("former.pdf").startsWith("%PDF"));
         QCOMPARE(QFile::permissions(path("former.pdf")), mode);
         QVERIFY(QFileInfo(path("x.pdf")).isSymLink());
+    }
+
+    /// What another program has written and not yet brought into the file belongs to it.
+    void theLogBesideTheProjectCounts()
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE");
+        database.setDatabaseName(path("a plant.epf"));
+        QVERIFY(database.open());
+        database.exec("PRAGMA journal_mode=WAL");
+        database.exec("UPDATE formdata SET value='from the log' WHERE id='incidentTitle'");
+        QVERIFY(!read("a plant.epf-wal").isEmpty());
+        QCOMPARE(run({"a plant.epf", "x.doc"}), QString("0 "));
+        QVERIFY(read("x.doc").contains("from the log"));
     }
 
     void limitsAndSignalsLeaveNoTrace()
