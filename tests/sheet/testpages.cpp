@@ -31,11 +31,7 @@ private slots:
 
     void pagesFollowTheItems()
     {
-        const struct {
-            const char *name;
-            QRectF note;
-            const char *pages;
-        } rows[] = {
+        const std::tuple<const char *, QRectF, QString> rows[] = {
             {"up to the page's edges", {280, 220, 120, 80}, "1x1"},
             {"one unit across", {281, 20, 120, 80}, "2x1"},
             {"one unit below", {20, 221, 120, 80}, "1x2"},
@@ -43,10 +39,10 @@ private slots:
             {"left of the sheet", {-500, -500, 80, 80}, "1x1"},
         };
         Sheet sheet(Page);
-        for (const auto &row : rows) {
-            const Row in(row.name);
-            sheet.addNote(row.note);
-            QCOMPARE(getPages(sheet.scene), QString(row.pages));
+        for (const auto &[name, note, pages] : rows) {
+            const Row in(name);
+            sheet.addNote(note);
+            QCOMPARE(getPages(sheet.scene), pages);
             sheet.scene.clear();
             QCOMPARE(sheet.scene.sceneRect(), QRectF(0, 0, 420, 320));
         }
@@ -115,7 +111,8 @@ private slots:
         sheet.scene.setPageSize(QSize(200, 100));
         QCOMPARE(getPages(sheet.scene), QString("4x1"));
         QVERIFY(sheet.scene.pageContainsItems(QRectF(400, 0, 200, 100)));
-        QVERIFY(!sheet.scene.pageContainsItems(QRectF(0, 0, 200, 100))); // header and legend
+        QVERIFY(!sheet.scene.pageContainsItems(QRectF(0, 0, 200, 100)));   // header and legend
+        QVERIFY(!sheet.scene.pageContainsItems(QRectF(300, 0, 200, 100))); // touches the note
         // Truncated, and not clamped.
         QCOMPARE(sheet.scene.getPageBoundsAtPoint(QPointF(-199, 999)), QRectF(0, 900, 200, 100));
 

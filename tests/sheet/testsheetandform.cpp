@@ -30,24 +30,19 @@ private slots:
 
     void lossAndItsField()
     {
-        const struct {
-            const char *name;
-            const char *field;
-            const char *text;
-            const char *both; // of them after the change of role
-        } rows[] = {
+        const std::tuple<const char *, const char *, const char *, QString> rows[] = {
             {"the form's text wins", "Two days", "Fire", "Two days"},
             {"an empty field takes the note's", "", "Fire", "Fire"},
             {"an empty note takes the field's", "Two days", "", "Two days"},
         };
-        for (const auto &row : rows) {
-            const Row in(row.name);
-            setLossField(row.field);
-            Sticky *note = sheet->addNote(QRectF(20, 200, 120, 80), "Event", row.text);
+        for (const auto &[name, field, text, both] : rows) {
+            const Row in(name);
+            setLossField(field);
+            Sticky *note = sheet->addNote(QRectF(20, 200, 120, 80), "Event", text);
             note->setSelected(true);
             QVERIFY(sheet->scene.setSelectedNotesRole("Loss"));
-            QCOMPARE(note->getText(), QString(row.both));
-            QCOMPARE(form->view.getFieldValue("loss"), QString(row.both));
+            QCOMPARE(note->getText(), both);
+            QCOMPARE(form->view.getFieldValue("loss"), both);
             emit form->view.formValueChanged("loss", "Typed");
             QCOMPARE(note->getText(), QString("Typed"));
 
