@@ -46,6 +46,10 @@ public:
     void clearForm();
     /// Returns the id of the new row's text field.
     QString addCausalFactor(const QString &guid, int number, const QString &text);
+    /// What stands in a row, field by field in a fixed order.
+    QStringList getCausalFactorRow(int number) const;
+    /// Makes a row of what stood in one. Returns the id of its text field.
+    QString restoreCausalFactor(const QString &guid, int number, const QStringList &row);
     /// Moves a row to a free number, or swaps it with the row of otherGuid if that is not empty.
     /// Returns the id of the text field of newNumber.
     QString changeCausalFactorNumber(const QString &guid, int oldNumber, int newNumber,
@@ -98,7 +102,6 @@ private:
     FormValues readPage() const;
     QImage readTitleImage(const QString &path) const;
     void fillInTitleImage(FormValue &field) const;
-    void refillRow(const QString &guid, int number, const QHash<QString, QString> &fields);
 
     QHelpEngine *helpEngine = nullptr;  // child
     HelpTextBrowser *webView = nullptr; // child

@@ -34,29 +34,32 @@ void FormView::removeCausalFactor(int cfNumber)
     }
 }
 
+QStringList FormView::getCausalFactorRow(int number) const
+{
+    QStringList row;
+    for (const char *pattern : FormFields::CausalFactorRow)
+        row.append(getFieldValue(FormFields::getRowField(pattern, number)));
+    return row;
+}
+
+QString FormView::restoreCausalFactor(const QString &guid, int number, const QStringList &row)
+{
+    const QString textId = addCausalFactor(guid, number, QString());
+    int field = 0;
+    for (const char *pattern : FormFields::CausalFactorRow)
+        setFieldValue(FormFields::getRowField(pattern, number), row.value(field++));
+    return textId;
+}
+
 QString FormView::changeCausalFactorNumber(const QString &guid, int oldNumber, int newNumber,
                                            const QString &otherGuid)
 {
-    QHash<QString, QString> moved, swapped;
-    for (const char *pattern : FormFields::CausalFactorRow) {
-        const QString source = FormFields::getRowField(pattern, oldNumber);
-        const QString destination = FormFields::getRowField(pattern, newNumber);
-        moved[destination] = getFieldValue(source);
-        if (!otherGuid.isEmpty())
-            swapped[source] = getFieldValue(destination);
-    }
+    const QStringList moved = getCausalFactorRow(oldNumber);
+    const QStringList swapped = getCausalFactorRow(newNumber);
     removeCausalFactor(oldNumber);
-    if (!otherGuid.isEmpty())
+    if (!otherGuid.isEmpty()) {
         removeCausalFactor(newNumber);
-    refillRow(guid, newNumber, moved);
-    if (!otherGuid.isEmpty())
-        refillRow(otherGuid, oldNumber, swapped);
-    return FormFields::getRowField(FormFields::CausalFactorText, newNumber);
-}
-
-void FormView::refillRow(const QString &guid, int number, const QHash<QString, QString> &fields)
-{
-    addCausalFactor(guid, number, QString());
-    for (auto field = fields.cbegin(); field != fields.cend(); ++field)
-        setFieldValue(field.key(), field.value());
+        restoreCausalFactor(otherGuid, oldNumber, swapped);
+    }
+    return restoreCausalFactor(guid, newNumber, moved);
 }

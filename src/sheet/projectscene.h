@@ -97,6 +97,8 @@ public:
     /// The new font of all notes without one of their own.
     void setItemsFont(const QFont &font);
     void selectAll();
+    /// For what no undo step tells of: undoing others doesn't make the project look clean.
+    void markDirty();
     void finishEditing();
     /// What is being typed reaches twins and form, and the editing goes on.
     void shareEditedText();
@@ -140,6 +142,11 @@ signals:
     void selectionChanged(QList<QGraphicsItem *> items);
     void causalFactorAdded(Sticky *note);
     void causalFactorRemoved(Sticky *note);
+    /// Sent while the note's role and number still stand, though a step has perhaps taken
+    /// it off the sheet already. Nobody was asked about an undo and a redo.
+    void factorGoes(Sticky *note, bool asked);
+    /// An undo or a redo has ended.
+    void stepTaken();
     void headerEditRequested();
 
 protected:
@@ -212,7 +219,6 @@ private:
     void moveCausalFactor(Sticky *note, int number);
     void swapCausalFactors(Sticky *note, Sticky *other);
     void renumber(Sticky *note, int number);
-    void markDirty();
     bool isAlive(ProjectItem *item) const { return ownedItems.contains(item); }
     void reportSelection();
 
@@ -225,6 +231,7 @@ private:
     QSize pageSize;
     QFont defaultFont;
     QPointer<QUndoStack> undoStack;         // child of the group, which may go first
+    bool asked = false;                     // whether a factor's sheet may go
     int stepIndex = 0;                      // of the stack, as it was last told
     const QUndoCommand *nextStep = nullptr; // what a redo would have taken then; not owned
     bool renderBackground = true;

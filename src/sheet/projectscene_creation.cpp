@@ -120,6 +120,8 @@ Sticky *ProjectScene::makeNote(CanvasItemInfo &info)
             Qt::QueuedConnection);
     connect(note, &Sticky::causalFactorRemoved, this, &ProjectScene::onNoteWasCausalFactor,
             Qt::QueuedConnection);
+    connect(note, &Sticky::causalFactorRemoved, this,
+            [this](Sticky *factor) { emit factorGoes(factor, asked); });
     connect(note, &Sticky::requestCausalFactorNumberChange, this,
             &ProjectScene::onRequestCausalFactorNumberChange);
     connect(note, &Sticky::editingStarted, this, &ProjectScene::onEditingStarted);

@@ -9,6 +9,7 @@
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <QScopedValueRollback>
 #include <QUndoStack>
 
 namespace
@@ -59,6 +60,7 @@ bool ProjectScene::setSelectedNotesRole(const QString &role)
     const QList<Sticky *> notes = getNotesOfOtherRole(role, getSelectedNotes());
     if (notes.isEmpty())
         return true;
+    const QScopedValueRollback<bool> guard(asked, true);
     undoStack->push(new RoleChangeCommand(notes, role));
     takeFormTexts(notes);
     return true;
@@ -108,6 +110,7 @@ void ProjectScene::deleteSelectedItems()
         if (!isProjectItem(item))
             removedExtras.insert(item);
     }
+    const QScopedValueRollback<bool> guard(asked, true);
     undoStack->push(new DeleteCommand(this, items));
 }
 
@@ -138,7 +141,7 @@ void ProjectScene::takeFormTexts(const QList<Sticky *> &notes)
 // Left empty, the field would replace the note's text with the first letter typed there.
 void ProjectScene::fillFormField(Sticky *note)
 {
-    for (const QString id : {"loss", "lossOfControl"}) {
+    for (const QString id : {FormFields::Loss, FormFields::LossOfControl}) {
         if (note->getSiblings().contains(id) && formView->getFieldValue(id).isEmpty())
             formView->setFieldValue(id, note->getText());
     }
@@ -160,6 +163,7 @@ void ProjectScene::onStepTaken(int index)
         if (note && formView)
             fillFormField(note);
     }
+    emit stepTaken();
 }
 
 void ProjectScene::onRequestCausalFactorNumberChange(Sticky *note)
@@ -198,7 +202,7 @@ Sticky *ProjectScene::getCausalFactor(int number) const
     return nullptr;
 }
 
-// The id of the old number stays among the siblings.
+// No undo step tells of a new number. The id of the old one stays among the siblings.
 void ProjectScene::moveCausalFactor(Sticky *note, int number)
 {
     QString id = getTextFieldId(number);
@@ -222,7 +226,6 @@ void ProjectScene::swapCausalFactors(Sticky *note, Sticky *other)
     markDirty();
 }
 
-// A new number is no undo step: undoing others must not make the project look clean.
 void ProjectScene::markDirty()
 {
     undoStack->resetClean();

@@ -1,5 +1,6 @@
 #include "sheet/sheetbook.h"
 
+#include "chart/formfields.h"
 #include "chart/sticky.h"
 #include "form/formview.h"
 #include "project/projectfile.h"
@@ -10,9 +11,27 @@
 #include <QDebug>
 #include <QGraphicsView>
 #include <QUndoGroup>
+#include <QUndoStack>
 
 #include <algorithm>
 #include <utility>
+
+namespace
+{
+
+QString getTextField(int number)
+{
+    return FormFields::getRowField(FormFields::CausalFactorText, number);
+}
+
+/// Whether more stands in a row than a note brings along: its GUID and its text.
+bool hasOwnWords(const QStringList &row)
+{
+    return std::any_of(row.begin() + 2, row.end(),
+                       [](const QString &value) { return !value.isEmpty() && value != "false"; });
+}
+
+} // namespace
 
 SheetBook::SheetBook(SheetHost *host, QUndoGroup *undoGroup, ProjectFile *projectFile,
                      FormView *formView)
@@ -24,6 +43,8 @@ SheetBook::SheetBook(SheetHost *host, QUndoGroup *undoGroup, ProjectFile *projec
     qDebug() << "Printable area" << printable;
     connect(mainSheet, &ProjectScene::causalFactorAdded, this, &SheetBook::onCausalFactorAdded);
     connect(mainSheet, &ProjectScene::causalFactorRemoved, this, &SheetBook::onCausalFactorRemoved);
+    connect(mainSheet, &ProjectScene::factorGoes, this, &SheetBook::onFactorGoes);
+    connect(mainSheet, &ProjectScene::stepTaken, this, &SheetBook::onStepTaken);
     connect(projectFile, &ProjectFile::loadedItem, this, &SheetBook::onItemLoaded);
 }
 
@@ -75,9 +96,11 @@ Sticky *SheetBook::getNoteWithGUID(const QString &guid) const
 
 QList<ProjectItem *> SheetBook::getProjectItems() const
 {
-    QList<ProjectItem *> items;
-    for (ProjectScene *sheet : getAllSheets())
-        items += sheet->getProjectItems();
+    QList<ProjectItem *> items = mainSheet->getProjectItems();
+    for (ProjectScene *sheet : getFactorSheets()) {
+        if (isOnMainSheet(sheet->getParentNote()) && sheet->getParentNote()->isParentItem())
+            items += sheet->getProjectItems();
+    }
     return items;
 }
 
@@ -93,8 +116,16 @@ void SheetBook::shareEditedText()
         sheet->shareEditedText();
 }
 
+bool SheetBook::isOnMainSheet(const Sticky *note) const
+{
+    return note->scene() == mainSheet;
+}
+
 void SheetBook::clear()
 {
+    for (const RestingSheet &rest : std::exchange(resting, {}))
+        delete rest.sheet;
+    leaving.clear();
     sheetsByOwner.clear();
     const QHash<const Sticky *, ProjectScene *> former = std::exchange(sheets, {});
     for (ProjectScene *sheet : former) {
@@ -133,6 +164,13 @@ void SheetBook::onItemLoaded(CanvasItemInfo &info)
 
 void SheetBook::onCausalFactorAdded(Sticky *note)
 {
+    if (sheets.contains(note))
+        return; // a step has brought it back already
+    if (resting.contains(note)) {
+        bringBack(note);
+        return;
+    }
+    takeFreeNumber(note);
     ProjectScene *sheet = createSheet(note);
     seedFactorSheet(sheet, note, mainSheet->getLossAndLoCNotes());
     if (formView) {
@@ -147,17 +185,46 @@ void SheetBook::onCausalFactorAdded(Sticky *note)
 void SheetBook::onCausalFactorRemoved(Sticky *note)
 {
     ProjectScene *sheet = sheets.value(note);
-    if (!sheet)
+    const Leave last =
+        leaving.contains(note) ? leaving.take(note) : Leave{note->getCausalFactorNumber(), false};
+    // News of a step that another has taken back.
+    const bool isBack = isOnMainSheet(note) && note->isParentItem() &&
+                        note->getSiblings().contains(getTextField(note->getCausalFactorNumber()));
+    if (!sheet || isBack)
         return;
-    sheet->finishEditing(); // a text under edit reaches its twins
-    sheets.remove(note);
-    sheetsByOwner.remove(sheet->getOwnerGUID(), sheet);
-    undoGroup->removeStack(sheet->getUndoStack());
-    emit sheetGoes(sheet);
+    if (last.undone) {
+        layAside(note, last.number);
+        return;
+    }
+    leave(sheet);
     if (formView)
-        formView->removeCausalFactor(note->getCausalFactorNumber());
-    qDeleteAll(sheet->views());
+        formView->removeCausalFactor(last.number);
     delete sheet;
+}
+
+void SheetBook::onFactorGoes(Sticky *factor, bool asked)
+{
+    leaving.insert(factor, {factor->getCausalFactorNumber(), false});
+    if (!asked)
+        keepWork(factor);
+}
+
+void SheetBook::onStepTaken()
+{
+    for (Leave &leave : leaving)
+        leave.undone = true;
+    for (ProjectScene *sheet : sheets.values()) {
+        Sticky *factor = sheet->getParentNote();
+        if (isOnMainSheet(factor))
+            continue;
+        if (leaving.remove(factor) == 0)
+            keepWork(factor);
+        layAside(factor, factor->getCausalFactorNumber());
+    }
+    for (Sticky *factor : resting.keys()) {
+        if (isOnMainSheet(factor) && factor->isParentItem())
+            bringBack(factor);
+    }
 }
 
 ProjectScene *SheetBook::createSheet(Sticky *factor)
@@ -165,8 +232,81 @@ ProjectScene *SheetBook::createSheet(Sticky *factor)
     const QSize pageSize = PageInfo().getPrintableArea().size();
     auto *sheet = new ProjectScene(host, undoGroup, projectFile, formView, pageSize, factor);
     sheet->setParent(this);
-    sheets.insert(factor, sheet);
-    sheetsByOwner.insert(factor->getGUID(), sheet);
+    enter(sheet);
     emit sheetCame(sheet);
     return sheet;
+}
+
+void SheetBook::enter(ProjectScene *sheet)
+{
+    sheets.insert(sheet->getParentNote(), sheet);
+    sheetsByOwner.insert(sheet->getOwnerGUID(), sheet);
+}
+
+void SheetBook::leave(ProjectScene *sheet)
+{
+    sheet->finishEditing(); // a text under edit reaches its twins
+    sheets.remove(sheet->getParentNote());
+    sheetsByOwner.remove(sheet->getOwnerGUID(), sheet);
+    undoGroup->removeStack(sheet->getUndoStack());
+    emit sheetGoes(sheet);
+    qDeleteAll(sheet->views());
+}
+
+void SheetBook::layAside(Sticky *factor, int number)
+{
+    ProjectScene *sheet = sheets.value(factor);
+    leave(sheet);
+    QStringList row;
+    if (formView) {
+        row = formView->getCausalFactorRow(number);
+        formView->removeCausalFactor(number);
+    }
+    resting.insert(factor, {sheet, row});
+}
+
+void SheetBook::bringBack(Sticky *factor)
+{
+    const RestingSheet rest = resting.take(factor);
+    undoGroup->addStack(rest.sheet->getUndoStack());
+    enter(rest.sheet);
+    takeFreeNumber(factor);
+    const int number = factor->getCausalFactorNumber();
+    for (Sticky *twin : rest.sheet->getAllCausalFactors()) {
+        if (factor->getSiblings().contains(twin->getGUID()))
+            twin->setCausalFactorNumber(number);
+    }
+    if (formView)
+        factor->addSibling(formView->restoreCausalFactor(factor->getGUID(), number, rest.row));
+    emit sheetCame(rest.sheet);
+}
+
+// A new number is no undo step, so the one that a step brings back may be another's by now.
+void SheetBook::takeFreeNumber(Sticky *factor)
+{
+    const int number = factor->getCausalFactorNumber();
+    for (const Sticky *other : mainSheet->getAllCausalFactors()) {
+        if (other == factor || other->getCausalFactorNumber() != number)
+            continue;
+        if (factor->getSiblings().contains(getTextField(number)))
+            factor->removeSibling(getTextField(number));
+        factor->setCausalFactorNumber(mainSheet->getFirstUnusedCFNumber());
+        return;
+    }
+}
+
+void SheetBook::keepWork(Sticky *factor)
+{
+    ProjectScene *sheet = sheets.value(factor);
+    const int number = factor->getCausalFactorNumber();
+    const bool hasWork = sheet && (sheet->getUndoStack()->canUndo() ||
+                                   (formView && hasOwnWords(formView->getCausalFactorRow(number))));
+    if (!hasWork)
+        return;
+    QList<ProjectItem *> items = getProjectItems();
+    if (!isOnMainSheet(factor))
+        items = items << factor << sheet->getProjectItems();
+    projectFile->keepSnapshot(items, formView ? formView->collectForSave() : FormValues());
+    // The step may yet call the project clean.
+    QMetaObject::invokeMethod(mainSheet, &ProjectScene::markDirty, Qt::QueuedConnection);
 }

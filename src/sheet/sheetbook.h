@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QStringList>
 
 class FormView;
 class ProjectFile;
@@ -38,7 +39,7 @@ public:
     ProjectScene *getSheetForOwner(const QString &guid) const;
     /// The main sheet is asked first; null when no sheet holds such a note.
     Sticky *getNoteWithGUID(const QString &guid) const;
-    /// What a save writes, sheet by sheet.
+    /// What a save writes, sheet by sheet; each item's owner is among them.
     QList<ProjectItem *> getProjectItems() const;
 
     /// A text under edit reaches its twins, the form and the undo stack.
@@ -57,15 +58,36 @@ public slots:
     void onItemLoaded(CanvasItemInfo &info);
     void onCausalFactorAdded(Sticky *note);
     void onCausalFactorRemoved(Sticky *note);
+    /// Keeps a snapshot first if nobody was asked and the factor's sheet or row holds work.
+    void onFactorGoes(Sticky *factor, bool asked);
+    /// Lays the sheets aside whose factor an undo took away; a redo brings them back.
+    void onStepTaken();
 
 signals:
-    /// Before anything stands on it.
+    /// A new one before anything stands on it.
     void sheetCame(ProjectScene *sheet);
     /// No look-up finds it any more.
     void sheetGoes(ProjectScene *sheet);
 
 private:
+    /// The sheet and the row of a factor that was undone.
+    struct RestingSheet {
+        ProjectScene *sheet;
+        QStringList row;
+    };
+    struct Leave {
+        int number;
+        bool undone; // or redone; else it goes for good
+    };
+
+    bool isOnMainSheet(const Sticky *note) const;
     ProjectScene *createSheet(Sticky *factor);
+    void enter(ProjectScene *sheet);
+    void leave(ProjectScene *sheet);
+    void layAside(Sticky *factor, int number);
+    void bringBack(Sticky *factor);
+    void takeFreeNumber(Sticky *factor);
+    void keepWork(Sticky *factor);
 
     SheetHost *host; // not owned, like the next three
     QUndoGroup *undoGroup;
@@ -74,4 +96,6 @@ private:
     ProjectScene *mainSheet; // child, like every sheet
     QHash<const Sticky *, ProjectScene *> sheets;
     QMultiHash<QString, ProjectScene *> sheetsByOwner; // the same, by the factor's GUID
+    QHash<Sticky *, RestingSheet> resting;
+    QHash<Sticky *, Leave> leaving; // factors whose end is yet to be told
 };

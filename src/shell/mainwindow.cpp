@@ -139,8 +139,10 @@ void MainWindow::connectCommands()
 void MainWindow::connectSheet(ProjectScene *sheet, GraphWidget *view)
 {
     connect(view, &GraphWidget::doZoom, zoomWidget, &ZoomWidget::stepZoom);
-    connect(sheet, &ProjectScene::selectionChanged, this, &MainWindow::onSelectionChanged);
-    connect(sheet, &ProjectScene::textEditingChanged, this, &MainWindow::onTextEditingChanged);
+    connect(sheet, &ProjectScene::selectionChanged, this, &MainWindow::onSelectionChanged,
+            Qt::UniqueConnection);
+    connect(sheet, &ProjectScene::textEditingChanged, this, &MainWindow::onTextEditingChanged,
+            Qt::UniqueConnection);
 }
 
 void MainWindow::clearInterface()

@@ -1,4 +1,6 @@
+#include "project/projectfile.h"
 #include "sheet/headeritem.h"
+#include "sheet/sheetbook.h"
 #include "testing/form.h"
 #include "testing/sheet.h"
 
@@ -94,6 +96,67 @@ private slots:
         sheet->scene.onFormValueChanged("causalFactor_text_1", "A lost list");
         QCOMPARE(second->getText(), QString("A lost list"));
         QCOMPARE(first->getText(), QString());
+    }
+
+    void undoneFactorsComeBackWhole()
+    {
+        FakeProgram program;
+        QUndoGroup group;
+        ProjectFile file(&program);
+        SheetBook book(&program, &group, &file, &form->view);
+        ProjectScene *main = book.getMainSheet();
+        program.scenes.append(main);
+        connect(&book, &SheetBook::sheetCame,
+                [&program](ProjectScene *sheet) { program.scenes.append(sheet); });
+        connect(&book, &SheetBook::sheetGoes,
+                [&program](ProjectScene *sheet) { program.scenes.removeOne(sheet); });
+        const auto describeAll = [&] {
+            QString text = form->view.getCausalFactorRow(1).join('|');
+            for (const ProjectScene *sheet : book.getAllSheets())
+                text += '\n' + describe(*sheet);
+            return text;
+        };
+        const QDir kept(makeDataFolder() + "/kept");
+        for (bool pasted : {true, false}) {
+            const Row in(pasted ? "pasted" : "by its role");
+            CanvasItemInfo info = noteInfo("factor", QRectF(200, 400, 120, 80), "Valve stuck",
+                                           pasted ? "Causal_Factor" : "Event");
+            info.causalFactorNumber = 1;
+            for (const char *role : {"Loss", "Loss_Of_Control"}) {
+                CanvasItemInfo end = noteInfo(role, QRectF(500, 400, 120, 120), role, role);
+                main->loadCanvasItem(end);
+            }
+            auto *note = qobject_cast<Sticky *>(main->createCanvasItem(info));
+            note->setSelected(!pasted);
+            QVERIFY(pasted || main->setSelectedNotesRole("Causal_Factor"));
+            QTRY_VERIFY(book.getSheetOf(1));
+            book.getSheetOf(1)->createItemAt(QPointF(400, 500), EventTool);
+            form->view.setFieldValue("causalFactor_description_1", "Worn seat");
+            const QString before = describeAll();
+            const int snapshots = kept.entryList(QDir::Files).size();
+            file.setDirty(false);
+
+            main->getUndoStack()->undo();
+            QTRY_VERIFY(file.isDirty());
+            QCOMPARE(kept.entryList(QDir::Files).size(), snapshots + 1);
+            QCOMPARE(book.getAllSheets(), QList<ProjectScene *>{main});
+            QCOMPARE(book.getProjectItems().size(), pasted ? 2 : 3);
+            QCOMPARE(form->view.getCausalFactorRow(1).join(QString()), QString());
+            main->getUndoStack()->redo();
+            QTRY_COMPARE(describeAll(), before);
+
+            // A new number is no step, so the old one may be taken when the factor returns.
+            main->getUndoStack()->undo();
+            QCoreApplication::processEvents();
+            info.guid = "other";
+            info.role = Role("Causal_Factor");
+            main->loadCanvasItem(info);
+            main->getUndoStack()->redo();
+            QTRY_COMPARE(book.getFactorSheets().size(), 1);
+            QCOMPARE(note->getCausalFactorNumber(), 2);
+            QCOMPARE(form->view.getFieldValue("causalFactor_description_2"), QString("Worn seat"));
+            book.clear();
+        }
     }
 };
 
