@@ -247,8 +247,6 @@ function refreshNow() {
         if (next && list[i + 1])
             next.style.display = isShown(list[i + 1]) ? "none" : "";
     });
-    const name = [byId("incidentTitle").value, byId("fileNumber").value].filter(Boolean).join(" \u00b7 ");
-    all(".running").forEach(line => { line.textContent = name; });
     byId("noCausalFactors").style.display = byId("causalFactors").firstChild ? "none" : "";
     markPosition();
 }
@@ -273,7 +271,6 @@ function buildSteps() {
         number.textContent = i + 1;
         const head = section.querySelector(".step-head");
         head.insertBefore(number, head.firstChild);
-        head.insertAdjacentHTML("afterbegin", "<span class=\"running\"></span>"); // on paper
         section.stub = makeButton((i + 1) + "  " + head.querySelector("h2").textContent, "stub",
             () => goToStep(i + 1));
         section.parentNode.insertBefore(section.stub, section);

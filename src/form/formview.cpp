@@ -1,6 +1,7 @@
 #include "form/formview.h"
 
 #include "chart/formfields.h"
+#include "form/formprinter.h"
 #include "form/formview_page.h"
 #include "support/helptextbrowser.h"
 
@@ -12,10 +13,10 @@
 #include <QHelpEngine>
 #include <QHelpLink>
 #include <QPrintPreviewDialog>
-#include <QPrinter>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTemporaryFile>
 #include <QUndoGroup>
 #include <QUndoStack>
 #include <QWebElement>
@@ -178,11 +179,33 @@ void FormView::onPrintRequested()
 {
     if (!mainFrame)
         return;
-    QPrinter printer;
+    FormPrinter printer;
     printer.setPageMargins(PaperMargins, QPageLayout::Millimeter);
     QPrintPreviewDialog dialog(&printer, this);
+    connect(&dialog, &QPrintPreviewDialog::paintRequested, this,
+            [this, &printer] { printer.setHead(getPaperName(), countPages(printer)); });
     connect(&dialog, &QPrintPreviewDialog::paintRequested, mainFrame, &QWebFrame::print);
     dialog.exec();
+}
+
+int FormView::countPages(const QPrinter &printer) const
+{
+    QTemporaryFile file;
+    if (!file.open())
+        return 0;
+    FormPrinter counter;
+    counter.setOutputFormat(QPrinter::PdfFormat);
+    counter.setOutputFileName(file.fileName());
+    counter.setPageLayout(printer.pageLayout());
+    mainFrame->print(&counter);
+    return counter.getPageCount();
+}
+
+QString FormView::getPaperName() const
+{
+    QStringList names = {getFieldValue("incidentTitle"), getFieldValue("fileNumber")};
+    names.removeAll(QString());
+    return names.join(QString::fromUtf8(" · "));
 }
 
 void FormView::onExportFormClicked()

@@ -9,6 +9,7 @@
 
 class HelpTextBrowser;
 class QHelpEngine;
+class QPrinter;
 class QUndoGroup;
 class QUndoStack;
 class QWebFrame;
@@ -89,6 +90,8 @@ private:
     static bool isFileInput(const QWebElement &element);
     static bool isComboBox(const QWebElement &element);
 
+    int countPages(const QPrinter &printer) const;
+    QString getPaperName() const;
     QWebElement findField(const QString &id) const;
     void loadData();
     void createRows();

@@ -1,6 +1,5 @@
+#include "form/formprinter.h"
 #include "testing/form.h"
-
-#include <QPrinter>
 
 #include <memory>
 
@@ -159,12 +158,14 @@ private slots:
                     .toBool());
         form->view.setFieldValue("evidence", "short");
         QTemporaryDir folder;
-        QPrinter printer;
+        FormPrinter printer;
+        printer.setHead("Fire", 2);
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(folder.filePath("form.pdf"));
         form->run("window.scrollTo(0, 900)");
         form->web->page()->mainFrame()->print(&printer);
         QCOMPARE(form->run("window.onPaper").toString(), QString("none,block,101,none"));
+        QCOMPARE(printer.getPageCount(), 2);
         QTRY_COMPARE(form->run("window.pageYOffset").toInt(), 900);
         form->run("showStepsUpTo(3)"); // as when a project is opened
         QCOMPARE(form->run("window.pageYOffset").toInt(), 0);

@@ -1,0 +1,57 @@
+#include "form/formprinter.h"
+
+#include <QPaintEngine>
+#include <QPainter>
+
+namespace
+{
+
+constexpr double HeadHeight = 9; // millimetres, like the next; both in the upper margin
+constexpr double HeadGap = 4;
+constexpr double HeadFont = 8; // points
+const QColor HeadColour("#444444");
+
+} // namespace
+
+void FormPrinter::setHead(const QString &newName, int newPages)
+{
+    name = newName;
+    pages = newPages;
+    page = 1;
+}
+
+bool FormPrinter::newPage()
+{
+    if (page == 1)
+        paintHead();
+    if (!QPrinter::newPage())
+        return false;
+    ++page;
+    paintHead();
+    return true;
+}
+
+void FormPrinter::paintHead()
+{
+    QPainter *painter = paintEngine()->painter();
+    if (!painter || pages < 2)
+        return;
+    const double millimetre = resolution() / 25.4;
+    const double width = pageLayout().paintRect(QPageLayout::Millimeter).width() * millimetre;
+    const QRectF line(0, -HeadHeight * millimetre, width, (HeadHeight - HeadGap) * millimetre);
+    QFont font("Arial");
+    font.setPointSizeF(HeadFont);
+    painter->save();
+    painter->resetTransform();
+    painter->setClipping(false);
+    painter->setOpacity(1);
+    painter->setPen(HeadColour);
+    painter->setFont(font);
+    const QString number = QString("Page %1 of %2").arg(page).arg(pages);
+    const QFontMetricsF metrics(font, this);
+    const double left = width - metrics.horizontalAdvance(number + "  ");
+    painter->drawText(line, Qt::AlignRight | Qt::AlignTop, number);
+    painter->drawText(line, Qt::AlignLeft | Qt::AlignTop,
+                      metrics.elidedText(name, Qt::ElideRight, left));
+    painter->restore();
+}
