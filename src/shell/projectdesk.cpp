@@ -48,6 +48,8 @@ void ProjectDesk::setProject(ProjectFile *file, SheetBook *sheets, FormView *for
     connect(file, &ProjectFile::requestAutoSave, this, &ProjectDesk::onAutoSaveRequested);
     connect(file, &ProjectFile::requestSnapshot, this, &ProjectDesk::onSnapshotRequested);
     connect(file, &ProjectFile::dirtyChanged, this, &ProjectDesk::onDirtyChanged);
+    connect(file, &ProjectFile::openedAsCopy, this, &ProjectDesk::onOpenedAsCopy,
+            Qt::QueuedConnection);
     connect(form, &FormView::formChanged, this, &ProjectDesk::onFormChanged);
 }
 
@@ -166,6 +168,14 @@ void ProjectDesk::onProjectOpened(bool addToRecentFiles)
     book->getMainSheet()->setPageSize(PageInfo().getPrintableArea().size());
 }
 
+void ProjectDesk::onOpenedAsCopy()
+{
+    QMessageBox::information(window, "Opened as a copy",
+                             "This file is of an older version and can't be written.\n"
+                             "Its contents were opened; save them under another name.",
+                             QMessageBox::Ok);
+}
+
 void ProjectDesk::openWaitingProject()
 {
     if (waitingOpenName.isNull())
@@ -196,14 +206,19 @@ void ProjectDesk::saveProject(bool chooseNewName, bool autoSave)
     else
         book->finishEditing();
     emit savingAllowed(false);
-    const QString name =
-        autoSave ? projectFile->getAutoSaveNameForOpenFile() : getSaveName(chooseNewName);
+    const bool chosen = !autoSave && (chooseNewName || projectFile->requiresFilenamePrompt());
+    const QString name = chosen     ? askNewName()
+                         : autoSave ? projectFile->getAutoSaveNameForOpenFile()
+                                    : projectFile->getOpenFilename();
     if (name.isNull())
         return; // cancelled: the Save action stays off until a later save has ended
     if (autoSave)
         qDebug() << "Auto Saving to " << name;
     const auto finish = qScopeGuard([this] { emit savingAllowed(true); });
-    storeProject(name, autoSave);
+    if (autoSave)
+        storeAutoSave(name);
+    else
+        storeProject(name, chosen ? &ProjectFile::saveNewFile : &ProjectFile::saveFile);
     openWaitingProject();
 }
 
@@ -213,39 +228,29 @@ void ProjectDesk::onAutoSaveRequested()
     saveProject(false, true);
 }
 
-QString ProjectDesk::getSaveName(bool chooseNewName)
+QString ProjectDesk::askNewName()
 {
-    if (!chooseNewName && !projectFile->requiresFilenamePrompt())
-        return projectFile->getOpenFilename();
     const QString name = askSaveName(window, "Save project file...", getStartFolder("lastSavePath"),
                                      ProjectFilter, ".epf", Qt::CaseSensitive);
     if (name.isNull())
         return name;
     rememberFolder("lastSavePath", name);
-    removeFormerFile(name);
     addRecentFile(name);
     return name;
 }
 
-void ProjectDesk::removeFormerFile(const QString &name)
+void ProjectDesk::storeAutoSave(const QString &name)
 {
-    if (!QFile::exists(name))
-        return;
-    projectFile->keepCopy(name);
-    qDebug() << "deleting existing file" << name;
-    qDebug() << QFile::remove(name);
+    const QScopedValueRollback<bool> guard(storing, true);
+    window->statusBar()->showMessage("Autosaving...");
+    const auto clear = qScopeGuard([this] { window->statusBar()->clearMessage(); });
+    writeProject(name, book->getProjectItems(), &ProjectFile::saveFile);
 }
 
-void ProjectDesk::storeProject(const QString &name, bool autoSave)
+void ProjectDesk::storeProject(const QString &name, Write write)
 {
     const QScopedValueRollback<bool> guard(storing, true);
     const QList<ProjectItem *> items = book->getProjectItems();
-    if (autoSave) {
-        window->statusBar()->showMessage("Autosaving...");
-        const auto clear = qScopeGuard([this] { window->statusBar()->clearMessage(); });
-        writeProject(name, items);
-        return;
-    }
     const bool foreignChange =
         name == projectFile->getOpenFilename() && projectFile->hasChangedOnDisk();
     SaveProgressDialog progress("Saving...", items.size(), window);
@@ -254,7 +259,7 @@ void ProjectDesk::storeProject(const QString &name, bool autoSave)
     progress.setWindowModality(Qt::WindowModal);
     progress.show();
     QCoreApplication::processEvents();
-    if (!writeProject(name, items))
+    if (!writeProject(name, items, write))
         return;
     setTitleFor(name);
     forgetChanges();
@@ -262,10 +267,10 @@ void ProjectDesk::storeProject(const QString &name, bool autoSave)
         tellOfForeignChange();
 }
 
-bool ProjectDesk::writeProject(const QString &name, const QList<ProjectItem *> &items)
+bool ProjectDesk::writeProject(const QString &name, const QList<ProjectItem *> &items, Write write)
 {
     const FormValues values = collectFormValues();
-    if (!projectFile->saveFile(name, items, values)) {
+    if (!(projectFile->*write)(name, items, values)) {
         QMessageBox::critical(window, "Save failed", SaveFailedText + projectFile->getLastError(),
                               QMessageBox::Ok);
         return false;

@@ -68,6 +68,10 @@ signals:
     void recentFilesChanged();
 
 private:
+    /// Into the file, or in the place of a former one.
+    using Write = bool (ProjectFile::*)(const QString &name, const QList<ProjectItem *> &items,
+                                        const FormValues &values);
+
     bool isBusy() const;
     QString askOpenName();
     void tellThatFileIsGone(const QString &name);
@@ -76,11 +80,12 @@ private:
     /// What was asked for while a file was opened or saved.
     void openWaitingProject();
     void setTitleFor(const QString &path);
-    /// The name to save under, null when the user cancelled.
-    QString getSaveName(bool chooseNewName);
-    void removeFormerFile(const QString &name);
-    void storeProject(const QString &name, bool autoSave);
-    bool writeProject(const QString &name, const QList<ProjectItem *> &items);
+    void onOpenedAsCopy();
+    /// Null when the user cancelled.
+    QString askNewName();
+    void storeAutoSave(const QString &name);
+    void storeProject(const QString &name, Write write);
+    bool writeProject(const QString &name, const QList<ProjectItem *> &items, Write write);
     void tellOfForeignChange();
     bool keepSnapshot();
     /// Keeps what the user wasn't asked about or could not save. Takes what checkSave gave.

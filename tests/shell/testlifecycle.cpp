@@ -212,6 +212,25 @@ private slots:
         QCOMPARE(describe(*tw->chart()), chart);
     }
 
+    /// The former file goes when the new one stands.
+    void failedSaveAsLeavesTheFormer()
+    {
+        const QByteArray former = read(copySample("other.epf"));
+        tw->makeDirty();
+        QFile inTheWay(dataFile("kept"));
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly)); // so that nothing can be kept
+        DialogAnswer answer(fileChoice(path("other")));
+        BoxAnswer overwrite(QMessageBox::Yes);
+        DialogAnswer failure(inDialog<QMessageBox>([](QMessageBox *box) {
+            if (box->windowTitle() == "Save failed")
+                box->accept();
+        }));
+        tw->window.saveProjectAs();
+        QVERIFY(inTheWay.remove());
+        QCOMPARE(read(path("other.epf")), former);
+        QVERIFY(tw->file->isDirty());
+    }
+
     void saveAndOpenAgain()
     {
         tw->window.openProject(copySample("x.epf"));
