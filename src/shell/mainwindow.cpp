@@ -147,8 +147,6 @@ void MainWindow::connectSheet(ProjectScene *sheet, GraphWidget *view)
 
 void MainWindow::clearInterface()
 {
-    // With the form in front no tab change follows that would bring it back.
-    currentScene = getMainScene();
     book->clear();
     formView->clearForm();
     desk->forgetChanges();
@@ -166,6 +164,7 @@ void MainWindow::onSheetGoes(ProjectScene *sheet)
     tabWidget->removeTab(tabWidget->indexOf(getView(sheet)));
     if (currentScene != sheet)
         return;
+    // With the form in front no tab change follows that would bring it back.
     currentScene = getMainScene();
     undoGroup->setActiveStack(currentScene->getUndoStack());
 }
