@@ -10,8 +10,8 @@
 namespace
 {
 
-const char *const Journals[] = {"-journal", "-wal"};
-const char Index[] = "-shm"; // of a log; made anew from it
+constexpr const char *Journals[] = {"-journal", "-wal"};
+constexpr char Index[] = "-shm"; // of a log; made anew from it
 
 constexpr int BlockSize = 1 << 20; // bytes, like the next
 constexpr int JournalTail = 16;

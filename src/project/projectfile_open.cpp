@@ -28,8 +28,8 @@ constexpr qint64 StepsForSmallFile = 10 * 1000 * 1000;
 constexpr qint64 StepsForUpgrade = 500 * 1000 * 1000;
 
 constexpr int DatabaseHeaderSize = 100; // bytes
-const char DamagedText[] = "This file is damaged.";
-const char NoItems[] = "Failed to get item count from file.";
+constexpr char DamagedText[] = "This file is damaged.";
+constexpr char NoItems[] = "Failed to get item count from file.";
 
 /// The database takes a scrap of a file for an empty one, and fills up a page that is cut
 /// short. With a journal or a log beside it the file may be made whole from there.

@@ -14,7 +14,7 @@
 namespace
 {
 
-const char SnapshotConnection[] = "snapshot";
+constexpr char SnapshotConnection[] = "snapshot";
 
 } // namespace
 

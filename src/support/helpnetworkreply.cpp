@@ -6,7 +6,7 @@
 
 namespace
 {
-const int GUESS_LENGTH = 512; // bytes that the view wants to see before it believes a type
+constexpr int GUESS_LENGTH = 512; // bytes that the view wants to see before it believes a type
 }
 
 HelpNetworkReply::HelpNetworkReply(const QNetworkRequest &request, const QByteArray &data,

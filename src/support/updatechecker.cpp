@@ -10,7 +10,7 @@
 
 namespace
 {
-const double PROGRAM_VERSION = 2.01;
+constexpr double PROGRAM_VERSION = 2.01;
 }
 
 UpdateChecker::UpdateChecker(QObject *parent)

@@ -56,8 +56,6 @@ private slots:
             QString autoSave;
             bool asksForName;
         } rows[] = {
-            {"a folder/bridge.epf", "bridge", data + "bridge.epf.autosave", false},
-            {"f/bridge.EPF", "bridge", data + "bridge.EPF.autosave", false},
             {"f/a.epf.b.epf", "a.b", data + "a.epf.b.epf.autosave", false},
             {"f/b.epf.autosave", "b.epf.autosave", data + "b.epf.autosave.autosave", true},
             {"f/b.AUTOSAVE", "b.AUTOSAVE", data + "b.AUTOSAVE.autosave", false},
@@ -139,18 +137,6 @@ private slots:
         QVERIFY(project.save(path)); // clean now: nothing to come back to
         QCoreApplication::processEvents();
         QVERIFY(requested.isEmpty());
-    }
-
-    void aRemovedProjectCannotBeAutoSaved()
-    {
-        TestProject project;
-        QVERIFY(project.open(path));
-        QVERIFY(QFile::remove(path));
-        QCOMPARE(project.file.getAutoSaveNameForOpenFile(),
-                 makeDataFolder() + '/' + path + ".autosave");
-        QVERIFY(!project.save(project.file.getAutoSaveNameForOpenFile()));
-        QVERIFY(!project.file.getLastError().isEmpty());
-        QVERIFY(project.save(path));
     }
 
     void anEndlessEditAsksForASnapshot()

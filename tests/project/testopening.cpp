@@ -90,9 +90,7 @@ private slots:
             const char *expected; // number, border, style, siblings, alignment, relevance
         } rows[] = {
             {"textAlignment", "", plain},
-            {"causalFactorNumber", "1.5", plain},
             {"borderLineWidth", "3px", plain},
-            {"borderLineWidth", "25", "0 25 1  132 relevant"},
             {"borderLineWidth", "2000000000", "0 1000 1  132 relevant"},
             {"borderLineWidth", "-4", plain},
             {"lineStyle", "77", plain},
@@ -100,8 +98,6 @@ private slots:
             {"sibling", ",loss", "0 0 1 loss 132 relevant"},
             {"textAlignment", "AlignRight alignleft", "0 0 1  0 relevant"},
             {"textAlignment", "  AlignTop   AlignLeft ", "0 0 1  33 relevant"},
-            {"notRelevant", "TRUE", plain},
-            {"shadowColor", "#ff0000", plain},
         };
         for (const auto &row : rows) {
             const Row in(row.value);
@@ -120,22 +116,6 @@ private slots:
                          .arg(info.notRelevant ? "crossed out" : "relevant"),
                      QString(row.expected));
         }
-    }
-
-    void itemTypesReadTheirOwnColumns()
-    {
-        TestProject project;
-        QVERIFY(project.open(makeFile(emptyProject({
-            "INSERT INTO items VALUES('{1}',1,'Event',0,0,9,9,'text','Arial,9',NULL,NULL)",
-            "INSERT INTO items VALUES('{8}',8,'navy',0,0,9,9,'0','0',0,NULL)",
-            "INSERT INTO items VALUES('{777}',777,'Event',0,0,9,9,'text','',NULL,NULL)",
-            "INSERT INTO items VALUES('{3}',3,'condition',0,0,9,9,'t','no,such,font',NULL,'')",
-        }))));
-        QVERIFY(project.getRecord("{1}").text.isEmpty() && !project.getRecord("{1}").customFont);
-        QCOMPARE(project.getRecord("{8}").backgroundColor, QColor("navy"));
-        QCOMPARE(project.getRecord("{777}").type, 777);
-        QCOMPARE(project.getRecord("{3}").role.getTypeName(), QString("Event"));
-        QCOMPARE(project.getRecord("{3}").font, QFont());
     }
 
     void picturesAreRaster()
@@ -269,16 +249,6 @@ private slots:
         QVERIFY(project.records.empty());
         QCOMPARE(project.file.getOpenFilename(), QString("untitled"));
         QVERIFY(project.file.requiresFilenamePrompt() && !project.file.isDirty());
-    }
-
-    void encodings()
-    {
-        QCOMPARE(ProjectFile::alignmentToString(Qt::AlignHCenter | Qt::AlignLeft | Qt::AlignTop),
-                 QString("AlignHCenter AlignTop"));
-        QCOMPARE(ProjectFile::alignmentToString(Qt::AlignRight | Qt::AlignBottom), QString());
-        QCOMPARE(ProjectFile::stringToAlignment("AlignJustify nonsense AlignVCenter"),
-                 Qt::AlignJustify | Qt::AlignVCenter);
-        QVERIFY(!ProjectFile::stringToBool("True"));
     }
 };
 

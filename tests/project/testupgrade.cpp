@@ -60,11 +60,6 @@ private slots:
              {noteRow("{1}", "Loss_Of_Control", "tilt")},
              {"lossOfControl|tilt"},
              {"{1}|,lossOfControl"}},
-            {"loss of control that has its field",
-             {noteRow("{1}", "Loss_Of_Control", "tilt"),
-              propertyRow("{1}", "sibling", "lossOfControl,{9}")},
-             {"lossOfControl|tilt"},
-             {"{1}|lossOfControl,{9}"}},
             {"a loss on another sheet", {noteRow("{1}", "Loss", "elsewhere", "'{f}'")}, {}, {}},
             {"factors overwrite the loss of control",
              {noteRow("{1}", "Loss_Of_Control", "tilt"), noteRow("{a}", "Causal_Factor", "brake"),
@@ -79,11 +74,6 @@ private slots:
              {noteRow("{a}", "Causal_Factor", "brake"), noteRow("{b}", "Causal_Factor", "switch")},
              {"causalFactor_guid_0|{b}", "causalFactor_text_0|switch"},
              {"|"}},
-            // Without the column that names the sheet no note counts as standing on the main one.
-            {"no sheets",
-             {noteRow("{1}", "Loss", "loss"), "ALTER TABLE items DROP COLUMN parent"},
-             {},
-             {}},
         };
         for (const auto &row : rows) {
             const Row in(row.name);
