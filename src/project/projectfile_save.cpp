@@ -101,7 +101,11 @@ bool ProjectFile::openForWriting(QSqlDatabase &db, const QString &filename)
     }
     if (!isSafeFile(filename))
         return false;
-    keepCopy(filename);
+    const bool isAsRead = filename == openFilename && !hasChangedOnDisk();
+    if (!keepCopy(filename) && !isAsRead) {
+        setLastError("What another program wrote into this file can't be kept.");
+        return false;
+    }
     db.setDatabaseName(filename);
     if (!db.open())
         setLastError(db.lastError().text());

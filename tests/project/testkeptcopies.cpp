@@ -128,10 +128,15 @@ private slots:
         QVERIFY(project.save(path));
         QVERIFY(project.save(path));
         QCOMPARE(readBytes(getKeptPath(" project.epf")), before);
+        QDir(kept).removeRecursively();
+        writeBytes(kept, "a file in its place");
+        runSql(path, {"DELETE FROM connections"});
+        QVERIFY(!project.save(path)); // no way to keep what others wrote
+        QVERIFY(project.open(path) && project.save(path) && QFile::remove(kept));
         runSql(path, {"DELETE FROM properties"}); // by others, and older now
         QVERIFY(project.open(path));
         QVERIFY(project.save(path));
-        QCOMPARE(getKept().size(), 2);
+        QCOMPARE(getKept().size(), 1);
     }
 
     void aNewFileTakesThePlaceOfAnother()
