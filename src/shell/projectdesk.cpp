@@ -47,6 +47,8 @@ void ProjectDesk::setProject(ProjectFile *file, SheetBook *sheets, FormView *for
     undoGroup = group;
     connect(file, &ProjectFile::requestAutoSave, this, &ProjectDesk::onAutoSaveRequested);
     connect(file, &ProjectFile::requestSnapshot, this, &ProjectDesk::onSnapshotRequested);
+    // Queued: nothing may run within the opening.
+    connect(file, &ProjectFile::openedAsCopy, this, &ProjectDesk::tellOfCopy, Qt::QueuedConnection);
     connect(file, &ProjectFile::dirtyChanged, this, &ProjectDesk::onDirtyChanged);
     connect(file, &ProjectFile::openedAsCopy, this, &ProjectDesk::onOpenedAsCopy,
             Qt::QueuedConnection);
@@ -276,6 +278,14 @@ bool ProjectDesk::writeProject(const QString &name, const QList<ProjectItem *> &
         return false;
     }
     return true;
+}
+
+void ProjectDesk::tellOfCopy()
+{
+    QMessageBox::information(window, "TRAC/Ex Examiner",
+                             "This project is of an older version and its file can't be written.\n"
+                             "Use Save As to keep your changes under another name.",
+                             QMessageBox::Ok);
 }
 
 void ProjectDesk::tellOfForeignChange()

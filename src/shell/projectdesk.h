@@ -87,6 +87,8 @@ private:
     void storeProject(const QString &name, Write write);
     bool writeProject(const QString &name, const QList<ProjectItem *> &items, Write write);
     void tellOfForeignChange();
+    /// What was opened is a copy of a file that can't be written.
+    void tellOfCopy();
     bool keepSnapshot();
     /// Keeps what the user wasn't asked about or could not save. Takes what checkSave gave.
     /// False when that failed: then an auto-save may be all that is left of the work.
