@@ -3,13 +3,13 @@
 #include "chart/chartsheet.h"
 #include "chart/circlednumberitem.h"
 #include "chart/crosslines.h"
+#include "chart/notepicture.h"
 #include "chart/notetext.h"
 #include "chart/resizegrip.h"
 #include "chart/sheethost.h"
 #include "chart/workingdropshadow.h"
 #include "support/fonts.h"
 
-#include <QGraphicsPixmapItem>
 #include <QTextDocument>
 #include <QTextOption>
 
@@ -75,10 +75,8 @@ void Sticky::makePicture()
     if (info.image.isNull())
         return;
     info.type = ImageTool;
-    imageItem = new QGraphicsPixmapItem(info.image, this);
+    imageItem = new NotePicture(info.image, this);
     imageItem->setPos(2.5, 2.5);
-    imageItem->setTransformationMode(Qt::SmoothTransformation); // in a zoomed view
-    imageItem->setShapeMode(QGraphicsPixmapItem::BoundingRectShape);
     imageItem->setToolTip(tr("Double click to show large image"));
 }
 

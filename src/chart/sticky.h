@@ -4,6 +4,7 @@
 
 class CircledNumberItem;
 class CrossLines;
+class NotePicture;
 class NoteText;
 class WorkingDropShadow;
 
@@ -141,9 +142,7 @@ private:
     QSizeF getTextInset() const;
     qreal getTextHeight() const;
     void placeText(const QSizeF &inset);
-    QSizeF getPictureSize() const;
     void placePicture(const QSizeF &inset, bool doItFast);
-    void scalePicture(const QSize &space, bool doItFast);
 
     bool isCircleAt(const QPointF &p) const;
     bool isPictureAt(const QPointF &p) const;
@@ -152,8 +151,8 @@ private:
     void finishMove();
     void finishResize();
 
-    NoteText *noteText = nullptr;             // child
-    QGraphicsPixmapItem *imageItem = nullptr; // child; null without a picture
+    NoteText *noteText = nullptr;     // child
+    NotePicture *imageItem = nullptr; // child; null without a picture
     bool editing = false;
     Side highlightedEdge = NoSide;
     CircledNumberItem *circle = nullptr; // child

@@ -1,10 +1,10 @@
 #include "chart/circlednumberitem.h"
 #include "chart/crosslines.h"
+#include "chart/notepicture.h"
 #include "chart/notetext.h"
 #include "chart/resizegrip.h"
 #include "chart/sticky.h"
 
-#include <QGraphicsPixmapItem>
 #include <QPainter>
 
 namespace
@@ -13,6 +13,8 @@ namespace
 constexpr qreal CornerPart = 0.0625; // of a round shape's sides that text keeps clear of
 constexpr qreal MarkerHeight = 20;   // of a new sequence marker
 constexpr qreal PictureGap = 5;      // between picture and text
+constexpr qreal MiterLimit =
+    1.5; // of a border's width beyond the corner; less would cut right angles on paper
 
 // Antialiasing would spread thin straight lines over two rows of pixels.
 void drawSharpRect(QPainter *painter, const QRectF &rect)
@@ -27,7 +29,9 @@ void drawSharpRect(QPainter *painter, const QRectF &rect)
 
 QRectF Sticky::boundingRect() const
 {
-    const qreal margin = info.borderLineWidth / 2.0;
+    // A plate's corners reach out by up to the miter limit.
+    const bool isPlate = info.role.getInfo().shape == RoleInfo::Plate;
+    const qreal margin = info.borderLineWidth * (isPlate ? MiterLimit : 0.5);
     return rect.adjusted(-margin, -margin, margin, margin);
 }
 
@@ -38,6 +42,8 @@ void Sticky::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget 
         pen.setColor(Qt::red);
     if (info.borderLineWidth > 0)
         pen.setWidth(info.borderLineWidth);
+    pen.setJoinStyle(Qt::MiterJoin);
+    pen.setMiterLimit(MiterLimit);
     painter->setPen(pen);
     painter->setBrush(info.backgroundColor.isValid() ? QBrush(info.backgroundColor)
                                                      : info.role.getInfo().brush);
@@ -133,33 +139,8 @@ void Sticky::placePicture(const QSizeF &inset, bool doItFast)
     const qreal textWidth = noteText->textWidth();
     const qreal height = noteText->y() - PictureGap;
     // While the user types, small steps of the text leave the picture alone.
-    if (!editing || qAbs(getPictureSize().height() - height) > 5)
-        scalePicture(QSize(int(textWidth), int(height)), doItFast);
-    imageItem->setPos(inset.width() + (textWidth - getPictureSize().width()) * 0.5, inset.height());
-}
-
-QSizeF Sticky::getPictureSize() const
-{
-    return QSizeF(imageItem->pixmap().size()) * imageItem->scale();
-}
-
-void Sticky::scalePicture(const QSize &space, bool doItFast)
-{
-    if (space == pictureSpace && doItFast == pictureIsRough)
-        return;
-    pictureSpace = space;
-    pictureIsRough = doItFast;
-    if (space.isEmpty()) {
-        imageItem->setPixmap(QPixmap());
-        return;
-    }
-    const QSize full = info.image.size();
-    const QSize fitting = full.scaled(space, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
-    // The view enlarges: a note of any size holds no more pixels than its picture has.
-    const bool enlarged = fitting.width() > full.width();
-    imageItem->setScale(enlarged ? qreal(fitting.width()) / full.width() : 1);
-    imageItem->setPixmap(
-        enlarged ? info.image
-                 : info.image.scaled(fitting, Qt::IgnoreAspectRatio,
-                                     doItFast ? Qt::FastTransformation : Qt::SmoothTransformation));
+    if (!editing || qAbs(imageItem->getSize().height() - height) > 5)
+        imageItem->fit(QSize(int(textWidth), int(height)), doItFast);
+    imageItem->setPos(inset.width() + (textWidth - imageItem->getSize().width()) * 0.5,
+                      inset.height());
 }

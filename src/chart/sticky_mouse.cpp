@@ -1,14 +1,13 @@
 #include "chart/chartsheet.h"
 #include "chart/circlednumberitem.h"
 #include "chart/imagepreviewdialog.h"
+#include "chart/notepicture.h"
 #include "chart/notetext.h"
 #include "chart/resizegrip.h"
 #include "chart/sheethost.h"
 #include "chart/sticky.h"
 
 #include <QAbstractTextDocumentLayout>
-#include <QGraphicsPixmapItem>
-#include <QGraphicsScene>
 #include <QGraphicsSceneContextMenuEvent>
 #include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>

@@ -28,6 +28,7 @@ void Sticky::setRoleType(const QString &role)
 
     removeRoleSiblings();
     addRoleSiblings(role);
+    prepareGeometryChange(); // bounds depend on the shape
     info.role.setType(role);
     circle->setVisible(!info.role.getCircleDecoratorType().isEmpty());
     relayout(false);

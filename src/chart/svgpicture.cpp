@@ -2,6 +2,7 @@
 
 #include "chart/chartsheet.h"
 #include "chart/resizegrip.h"
+#include "chart/sharpness.h"
 
 #include <QGraphicsSceneMouseEvent>
 #include <QPainter>
@@ -10,7 +11,7 @@ namespace
 {
 
 constexpr QSizeF StandardSize(17, 82);
-constexpr qint64 LargestCache = 1 << 16; // pixels; a file may hold thousands of huge barriers
+constexpr qreal LargestCache = 1 << 16; // pixels; a file may hold thousands of huge barriers
 
 } // namespace
 
@@ -29,13 +30,6 @@ SVGPicture::SVGPicture(const QString &resource, ChartSheet *sheet, CanvasItemInf
 void SVGPicture::relayout()
 {
     resizeGrip->relayout(rect);
-    const QSize size = rect.size().toSize();
-    cache = qint64(size.width()) * size.height() <= LargestCache ? QPixmap(size) : QPixmap();
-    if (!cache.isNull()) {
-        cache.fill(Qt::transparent);
-        QPainter painter(&cache);
-        draw(&painter, cache.rect());
-    }
     update();
 }
 
@@ -58,17 +52,46 @@ void SVGPicture::setSize(QSizeF size)
 
 void SVGPicture::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
-    painter->setRenderHint(QPainter::SmoothPixmapTransform); // in a zoomed view
-    if (!cache.isNull())
-        painter->drawPixmap(0, 0, cache);
-    else if (!rect.isEmpty())
-        draw(painter, rect);
+    if (rect.isEmpty())
+        return;
+    const qreal pixels = getPixelsPerUnit(painter);
+    const bool isSmall = rect.width() * rect.height() * pixels * pixels <= LargestCache;
+    const bool isUpright = painter->worldTransform().type() <= QTransform::TxScale;
+    if (isSmall && isUpright && isPainterOnPixels(painter)) {
+        drawFromCache(painter);
+        return;
+    }
+    painter->setRenderHint(QPainter::Antialiasing, false);
+    renderer.render(painter, rect);
 }
 
-void SVGPicture::draw(QPainter *painter, const QRectF &box)
+// Drawn pixel by pixel, at any zoom.
+void SVGPicture::drawFromCache(QPainter *painter)
 {
-    painter->setRenderHint(QPainter::Antialiasing, false);
-    renderer.render(painter, box);
+    const QRectF place = painter->worldTransform().mapRect(rect);
+    const qreal ratio = painter->device()->devicePixelRatioF();
+    const QSize pixels = (place.size() * ratio).toSize();
+    if (cache.size() != pixels)
+        fillCache(pixels, ratio);
+    if (cache.isNull())
+        return;
+    painter->save();
+    painter->setWorldTransform(QTransform());
+    painter->drawPixmap(place.topLeft().toPoint(), cache);
+    painter->restore();
+}
+
+void SVGPicture::fillCache(const QSize &pixels, qreal ratio)
+{
+    cache = QPixmap(pixels);
+    if (cache.isNull())
+        return;
+    cache.fill(Qt::transparent);
+    QPainter painter(&cache);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    renderer.render(&painter, cache.rect());
+    painter.end();
+    cache.setDevicePixelRatio(ratio);
 }
 
 QVariant SVGPicture::itemChange(GraphicsItemChange change, const QVariant &value)

@@ -17,8 +17,7 @@ public:
     /// `resource` is the path of the drawing; one that doesn't load shows nothing.
     SVGPicture(const QString &resource, ChartSheet *sheet, CanvasItemInfo &info);
 
-    /// Draws the picture anew in its present size. Hides the base's slot, which
-    /// stays without effect.
+    /// Follows a new size. Hides the base's slot, which stays without effect.
     void relayout();
     using BoxItem::relayout;
 
@@ -37,8 +36,9 @@ protected:
     void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
 
 private:
-    void draw(QPainter *painter, const QRectF &box);
+    void drawFromCache(QPainter *painter);
+    void fillCache(const QSize &pixels, qreal ratio);
 
     QSvgRenderer renderer;
-    QPixmap cache; // null when the box is empty or too large to be kept as pixels
+    QPixmap cache; // as last drawn in a view
 };

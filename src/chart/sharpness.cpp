@@ -1,0 +1,26 @@
+#include "chart/sharpness.h"
+
+#include <QPaintEngine>
+#include <QPainter>
+#include <QtMath>
+
+namespace
+{
+
+constexpr qreal PaperResolution = 300; // dots to the inch
+
+} // namespace
+
+qreal getPixelsPerUnit(const QPainter *painter)
+{
+    const QTransform transform = painter->deviceTransform();
+    const qreal pixels = qSqrt(qAbs(transform.determinant()));
+    if (isPainterOnPixels(painter))
+        return pixels;
+    return pixels * PaperResolution / painter->device()->logicalDpiX();
+}
+
+bool isPainterOnPixels(const QPainter *painter)
+{
+    return painter->paintEngine()->type() == QPaintEngine::Raster;
+}
