@@ -1,7 +1,9 @@
 #include "chart/boxitem.h"
 
+#include "chart/chartsheet.h"
 #include "chart/resizegrip.h"
 
+#include <QGraphicsScene>
 #include <QGraphicsSceneMouseEvent>
 
 namespace
@@ -15,51 +17,119 @@ BoxItem::BoxItem(ChartSheet *sheet, CanvasItemInfo &info) : ProjectItem(sheet, i
 
 BoxItem::~BoxItem() = default;
 
-void BoxItem::handleResizeEvent(QGraphicsSceneMouseEvent *event)
-{
-    // The event comes by way of the handle, mapped from where that was last painted:
-    // the second of two moves without a repaint between them would be off by the first.
-    event->setPos(mapFromScene(event->scenePos()));
-    prepareGeometryChange();
-    const int handle = resizeHandleInUse;
-    if (handle >= 1 && handle <= 3)
-        dragTop(event);
-    else if (handle >= 5 && handle <= 7)
-        dragBottom(event);
+void BoxItem::setShadow(bool) {}
 
-    if (handle == 1 || handle == 7 || handle == 8)
-        dragLeft(event);
-    else if (handle >= 3 && handle <= 5)
-        dragRight(event);
-    event->accept();
+void BoxItem::setGeometry(const QRectF &geometry)
+{
+    prepareGeometryChange();
+    // The position comes last: who hears of it may look for items on the sheet, which
+    // files this one under its bounds again.
+    rect.setSize(geometry.size());
+    setPos(geometry.topLeft());
 }
 
 // The top and left edges refuse to go too far, the others stop at the minimum:
 // an edge that moves the item would else push it along.
-void BoxItem::dragTop(QGraphicsSceneMouseEvent *event)
+void BoxItem::handleResizeEvent(QGraphicsSceneMouseEvent *event)
 {
-    const qreal height = rect.bottom() - event->pos().y();
-    if (height <= MinimumSide)
+    const qreal x = qMax(0.0, event->scenePos().x());
+    const qreal y = qMax(0.0, event->scenePos().y());
+    const int handle = resizeHandleInUse;
+    QRectF box = getGeometry();
+    if (handle >= 1 && handle <= 3) {
+        if (box.bottom() - y > MinimumSide)
+            box.setTop(y);
+    } else if (handle >= 5 && handle <= 7) {
+        box.setBottom(qMax(box.top() + MinimumSide, y));
+    }
+    if (handle == 1 || handle == 7 || handle == 8) {
+        if (box.right() - x > MinimumSide)
+            box.setLeft(x);
+    } else if (handle >= 3 && handle <= 5) {
+        box.setRight(qMax(box.left() + MinimumSide, x));
+    }
+    setGeometry(box);
+    event->accept();
+}
+
+void BoxItem::mousePressEvent(QGraphicsSceneMouseEvent *event)
+{
+    const bool left = event->button() == Qt::LeftButton;
+    if (left) {
+        resizeHandleInUse = resizeGrip->contains(event->scenePos());
+        geometryAtPress = getGeometry();
+    }
+    ProjectItem::mousePressEvent(event); // settles the selection
+    if (left)
+        rememberGroup();
+}
+
+bool BoxItem::sceneEvent(QEvent *event)
+{
+    // A deletion may take the mouse away before its release.
+    if (event->type() == QEvent::UngrabMouse && !groupAtPress.isEmpty())
+        giveUpDrag();
+    return ProjectItem::sceneEvent(event);
+}
+
+// With the control key a box that is not selected moves too.
+void BoxItem::rememberGroup()
+{
+    groupAtPress = {{this, getGeometry()}};
+    if (!scene() || resizeHandleInUse != 0)
         return;
-    setPos(scenePos().x(), event->scenePos().y());
-    rect.setHeight(height);
+    for (QGraphicsItem *item : scene()->selectedItems()) {
+        auto *box = qobject_cast<BoxItem *>(item->toGraphicsObject());
+        if (box && box != this)
+            groupAtPress.append({box, box->getGeometry()});
+    }
 }
 
-void BoxItem::dragLeft(QGraphicsSceneMouseEvent *event)
+void BoxItem::setGroupShadow(bool enabled)
 {
-    const qreal width = rect.right() - event->pos().x();
-    if (width <= MinimumSide)
+    for (const auto &[box, before] : qAsConst(groupAtPress)) {
+        if (box)
+            box->setShadow(enabled);
+    }
+}
+
+QPointF BoxItem::getPlaceAtRest(const QGraphicsItem *item) const
+{
+    return ChartSheet::getNearestGridPoint(item->pos());
+}
+
+void BoxItem::settleGroup()
+{
+    setPos(getPlaceAtRest(this));
+    if (!scene())
         return;
-    setPos(event->scenePos().x(), scenePos().y());
-    rect.setWidth(width);
+    for (QGraphicsItem *item : scene()->selectedItems())
+        item->setPos(getPlaceAtRest(item));
 }
 
-void BoxItem::dragRight(QGraphicsSceneMouseEvent *event)
+void BoxItem::finishDrag()
 {
-    rect.setWidth(qMax(MinimumSide, event->pos().x() - rect.x()));
+    moving = false;
+    resizeHandleInUse = 0;
+    BoxGeometries changed;
+    for (const auto &[box, before] : qAsConst(groupAtPress)) {
+        if (box && box->getGeometry() != before)
+            changed.append({box, before});
+    }
+    groupAtPress.clear();
+    if (!changed.isEmpty())
+        emit dragged(changed);
+    emit moveFinished(this, geometryAtPress);
 }
 
-void BoxItem::dragBottom(QGraphicsSceneMouseEvent *event)
+void BoxItem::giveUpDrag()
 {
-    rect.setHeight(qMax(MinimumSide, event->pos().y() - rect.y()));
+    setGroupShadow(false);
+    for (const auto &[box, before] : qAsConst(groupAtPress)) {
+        if (!box || box->getGeometry() == before)
+            continue;
+        box->setPos(before.topLeft());
+        box->setSize(before.size());
+    }
+    finishDrag();
 }

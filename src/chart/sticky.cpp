@@ -237,6 +237,7 @@ void Sticky::setShadow(bool enabled)
 {
     if (!enabled && !dropShadow)
         return;
+    prepareGeometryChange(); // the effect itself tells of its bounds when they have changed
     if (!dropShadow) {
         dropShadow = new WorkingDropShadow(this);
         setGraphicsEffect(dropShadow);
@@ -259,6 +260,8 @@ QVariant Sticky::itemChange(GraphicsItemChange change, const QVariant &value)
         setZValue(selected ? SelectedZ : RestingZ);
         resizeGrip->setVisible(selected);
         emit selectionChanged();
+    } else if (change == ItemSceneChange) {
+        setShadow(false); // off the sheet, its children would be looked for without it
     } else if (change == ItemPositionHasChanged) {
         emit moved(this);
     }

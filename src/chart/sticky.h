@@ -58,7 +58,7 @@ public:
     void setTextColor(const QColor &color);
     void setTextAlignment(Qt::Alignment alignment);
     void setNotRelevant(bool notRelevant);
-    void setShadow(bool enabled);
+    void setShadow(bool enabled) override;
     void setCausalFactorNumber(int number);
 
     /// Takes the role without asking; the sheet's rules come before.
@@ -116,7 +116,6 @@ signals:
 
 protected:
     QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
-    bool sceneEvent(QEvent *event) override;
     void hoverMoveEvent(QGraphicsSceneHoverEvent *event) override;
     void hoverLeaveEvent(QGraphicsSceneHoverEvent *event) override;
     void contextMenuEvent(QGraphicsSceneContextMenuEvent *event) override;
@@ -147,9 +146,7 @@ private:
     bool isCircleAt(const QPointF &p) const;
     bool isPictureAt(const QPointF &p) const;
     void beginEditing();
-    void setSelectionShadow(bool enabled);
-    void finishMove();
-    void finishResize();
+    void snapResize();
 
     NoteText *noteText = nullptr;     // child
     NotePicture *imageItem = nullptr; // child; null without a picture

@@ -21,13 +21,9 @@ void Sticky::mousePressEvent(QGraphicsSceneMouseEvent *event)
         event->accept();
         return;
     }
-    if (event->button() == Qt::LeftButton) {
-        resizeHandleInUse = resizeGrip->contains(event->scenePos());
-        if (resizeHandleInUse != 0)
-            emit moveStarted();
-        geometryAtPress = getGeometry();
-    }
     BoxItem::mousePressEvent(event);
+    if (event->button() == Qt::LeftButton && resizeHandleInUse != 0)
+        emit moveStarted();
 }
 
 void Sticky::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
@@ -48,7 +44,7 @@ void Sticky::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
     if (!moving) {
         moving = true;
         emit moveStarted();
-        setSelectionShadow(true);
+        setGroupShadow(true);
     }
     BoxItem::mouseMoveEvent(event);
 }
@@ -61,58 +57,22 @@ void Sticky::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
     }
     if (event->button() == Qt::LeftButton) {
         if (resizeHandleInUse == 0)
-            finishMove();
+            settleGroup();
         else
-            finishResize();
-        resizeHandleInUse = 0;
+            snapResize();
+        setGroupShadow(false);
+        finishDrag();
     }
     BoxItem::mouseReleaseEvent(event);
 }
 
-bool Sticky::sceneEvent(QEvent *event)
+void Sticky::snapResize()
 {
-    // A deletion may take the mouse away before its release.
-    if (event->type() == QEvent::UngrabMouse && (moving || resizeHandleInUse != 0)) {
-        moving = false;
-        resizeHandleInUse = 0;
-        setSelectionShadow(false);
-        setShadow(false);
-    }
-    return BoxItem::sceneEvent(event);
-}
-
-void Sticky::setSelectionShadow(bool enabled)
-{
-    if (!scene())
-        return;
-    for (QGraphicsItem *item : scene()->selectedItems()) {
-        if (auto *note = qgraphicsitem_cast<Sticky *>(item))
-            note->setShadow(enabled);
-    }
-}
-
-void Sticky::finishMove()
-{
-    if (scene()) {
-        for (QGraphicsItem *item : scene()->selectedItems())
-            item->setPos(ChartSheet::getNearestGridPoint(item->pos()));
-    }
-    setSelectionShadow(false);
-    emit moveFinished(this, geometryAtPress);
-    moving = false;
-}
-
-void Sticky::finishResize()
-{
-    prepareGeometryChange();
-    const QPointF corner = mapToScene(rect.bottomRight());
-    setPos(ChartSheet::getNearestGridPoint(scenePos()));
-    const QPointF extent = mapFromScene(ChartSheet::getNearestGridPoint(corner));
-    rect.setSize(QSizeF(extent.x(), extent.y()));
+    const QRectF box = getGeometry();
+    setGeometry(QRectF(ChartSheet::getNearestGridPoint(box.topLeft()),
+                       ChartSheet::getNearestGridPoint(box.bottomRight())));
     emit moved(this); // lines have followed the mouse, perhaps for no change in the end
     relayout(false);
-    emit moveFinished(this, geometryAtPress);
-    update();
 }
 
 void Sticky::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)

@@ -103,13 +103,13 @@ QVariant SVGPicture::itemChange(GraphicsItemChange change, const QVariant &value
     return BoxItem::itemChange(change, value);
 }
 
-void SVGPicture::mousePressEvent(QGraphicsSceneMouseEvent *event)
+// A barrier keeps its own place, as long as that is on the sheet; notes that it takes along
+// go to the grid.
+QPointF SVGPicture::getPlaceAtRest(const QGraphicsItem *item) const
 {
-    if (event->button() == Qt::LeftButton) {
-        resizeHandleInUse = resizeGrip->contains(event->scenePos());
-        geometryAtPress = getGeometry();
-    }
-    BoxItem::mousePressEvent(event);
+    if (item->type() != Type)
+        return BoxItem::getPlaceAtRest(item);
+    return QPointF(qMax(0.0, item->x()), qMax(0.0, item->y()));
 }
 
 void SVGPicture::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
@@ -125,8 +125,9 @@ void SVGPicture::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
 void SVGPicture::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton) {
-        resizeHandleInUse = 0;
-        emit moveFinished(this, geometryAtPress);
+        if (resizeHandleInUse == 0)
+            settleGroup();
+        finishDrag();
     }
     event->ignore();
     BoxItem::mouseReleaseEvent(event);

@@ -69,6 +69,19 @@ void DeleteCommand::redo()
     scene->update();
 }
 
+GeometryChangeCommand::GeometryChangeCommand(const BoxGeometries &before, QUndoCommand *parent)
+    : QUndoCommand(parent)
+{
+    bool moved = false;
+    for (const auto &[item, geometry] : before) {
+        items << item;
+        oldGeometry << geometry;
+        newGeometry << item->getGeometry();
+        moved = moved || item->pos() != geometry.topLeft();
+    }
+    setText(moved ? withCount("move", items.size()) : "resize item");
+}
+
 GeometryChangeCommand::GeometryChangeCommand(const QList<BoxItem *> &items,
                                              const QPointF &moveDelta, const QSizeF &sizeDelta,
                                              QUndoCommand *parent)

@@ -35,10 +35,13 @@ private:
     QList<QGraphicsItem *> items;
 };
 
-/// Built after the move or resize has happened, with its deltas.
+/// Built after the move or resize has happened.
 class GeometryChangeCommand : public QUndoCommand
 {
 public:
+    /// Of boxes that a drag changed, each in its own way.
+    explicit GeometryChangeCommand(const BoxGeometries &before, QUndoCommand *parent = nullptr);
+    /// Of boxes that all changed by the same.
     GeometryChangeCommand(const QList<BoxItem *> &items, const QPointF &moveDelta,
                           const QSizeF &sizeDelta, QUndoCommand *parent = nullptr);
     void undo() override;

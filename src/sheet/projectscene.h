@@ -130,6 +130,7 @@ public slots:
     void updatePageNumberItems();
     void onItemMoveStarted();
     void onItemMoveFinished(BoxItem *item, const QRectF &oldGeometry);
+    void onBoxesDragged(const BoxGeometries &before);
     void onRequestCausalFactorNumberChange(Sticky *note);
     void onLineEndDragged(Line *line, const LineEnds &before);
     void onStickyTextEdited(Sticky *source, QString from, QString to);
@@ -201,6 +202,7 @@ private:
 
     ProjectItem *makeItem(CanvasItemInfo &info);
     Sticky *makeNote(CanvasItemInfo &info);
+    void connectDrag(BoxItem *box);
     Line *makeLine(CanvasItemInfo &info);
     ProjectItem *makeBarrier(const QString &resource, CanvasItemInfo &info);
     std::optional<QPixmap> chooseImage();

@@ -114,8 +114,7 @@ Sticky *ProjectScene::makeNote(CanvasItemInfo &info)
     connect(note, &Sticky::moveStarted, this, &ProjectScene::onItemMoveStarted,
             Qt::QueuedConnection);
     connect(note, &Sticky::moved, this, [this] { itemsBound.reset(); });
-    connect(note, &Sticky::moveFinished, this, &ProjectScene::onItemMoveFinished,
-            Qt::QueuedConnection);
+    connectDrag(note);
     connect(note, &Sticky::causalFactorAdded, this, &ProjectScene::onNoteBecameCausalFactor,
             Qt::QueuedConnection);
     connect(note, &Sticky::causalFactorRemoved, this, &ProjectScene::onNoteWasCausalFactor,
@@ -142,10 +141,16 @@ Line *ProjectScene::makeLine(CanvasItemInfo &info)
 ProjectItem *ProjectScene::makeBarrier(const QString &resource, CanvasItemInfo &info)
 {
     auto *barrier = new SVGPicture(resource, this, info);
-    connect(barrier, &SVGPicture::moveFinished, this, &ProjectScene::onItemMoveFinished,
-            Qt::QueuedConnection);
+    connectDrag(barrier);
     connect(barrier, &SVGPicture::selectionChanged, this, &ProjectScene::onSelectionChanged);
     return barrier;
+}
+
+void ProjectScene::connectDrag(BoxItem *box)
+{
+    connect(box, &BoxItem::dragged, this, &ProjectScene::onBoxesDragged, Qt::QueuedConnection);
+    connect(box, &BoxItem::moveFinished, this, &ProjectScene::onItemMoveFinished,
+            Qt::QueuedConnection);
 }
 
 /// Nothing when the user chose no file, a null picture when it can't be read.
@@ -200,18 +205,18 @@ void ProjectScene::onLineEndDragged(Line *line, const LineEnds &before)
     undoStack->push(new LineEndCommand(line, before));
 }
 
-void ProjectScene::onItemMoveFinished(BoxItem *item, const QRectF &oldGeometry)
+void ProjectScene::onItemMoveFinished(BoxItem *, const QRectF &)
 {
     canvasCheckTimer.stop();
-    if (!isAlive(item))
-        return; // the news waited in the queue while the sheet was cleared
-    const QRectF geometry = item->getGeometry();
-    if (geometry.topLeft() == oldGeometry.topLeft() && geometry.size() == oldGeometry.size())
-        return;
-    // A handle changes its own box only: taking back a resize must leave the rest of the
-    // selection as it is.
-    const bool resized = geometry.size() != oldGeometry.size();
-    undoStack->push(new GeometryChangeCommand(resized ? QList<BoxItem *>{item} : getSelectedBoxes(),
-                                              geometry.topLeft() - oldGeometry.topLeft(),
-                                              geometry.size() - oldGeometry.size()));
+}
+
+void ProjectScene::onBoxesDragged(const BoxGeometries &before)
+{
+    BoxGeometries standing; // the news waited in the queue, perhaps while the sheet was cleared
+    for (const auto &[box, geometry] : before) {
+        if (isAlive(box))
+            standing.append({box, geometry});
+    }
+    if (!standing.isEmpty())
+        undoStack->push(new GeometryChangeCommand(standing));
 }

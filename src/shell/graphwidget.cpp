@@ -51,6 +51,10 @@ QRectF GraphWidget::getCurrentPageBounds() const
 
 void GraphWidget::setZoomScale(int percent)
 {
+    // The bounds of a shadow depend on the zoom: a note that is being dragged would no longer
+    // be found where the sheet has filed it.
+    for (Sticky *note : projectScene->getSelectedNotes())
+        note->setShadow(false);
     zoom = percent;
     letGo();
     resetTransform();
