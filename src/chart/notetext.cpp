@@ -23,6 +23,7 @@ void NoteText::setEditable(bool editable)
     if (editable) {
         highlighter = new SpellingHighlighter(document());
         setTextInteractionFlags(Qt::TextEditorInteraction);
+        refuseRichText();
         return;
     }
     delete highlighter;
@@ -38,6 +39,29 @@ void NoteText::setFocus(Qt::FocusReason reason)
     qDebug() << "Note text takes the focus, enabled:" << isEnabled()
              << "focusable:" << bool(flags() & ItemIsFocusable) << "focused:" << hasFocus();
     QGraphicsItem::setFocus(reason);
+}
+
+// What is pasted or dropped comes as plain text. The item offers no such choice itself, but
+// the editor in it has it as a property.
+void NoteText::refuseRichText()
+{
+    for (QObject *child : children()) {
+        if (child->inherits("QWidgetTextControl"))
+            child->setProperty("acceptRichText", false);
+    }
+}
+
+void NoteText::moveCursorTo(const QPointF &scenePos)
+{
+    setFocus(Qt::MouseFocusReason);
+    QTextCursor cursor = textCursor();
+    cursor.setPosition(getPositionAt(mapFromScene(scenePos)));
+    setTextCursor(cursor);
+}
+
+int NoteText::getPositionAt(const QPointF &p) const
+{
+    return document()->documentLayout()->hitTest(p, Qt::FuzzyHit);
 }
 
 // A passive label has no cursor, no selection and nothing beyond its bounds: without the
@@ -61,7 +85,7 @@ void NoteText::keyPressEvent(QKeyEvent *event)
 
 void NoteText::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
 {
-    const int position = document()->documentLayout()->hitTest(event->pos(), Qt::FuzzyHit);
+    const int position = getPositionAt(event->pos());
     const QString word = getWordAt(position).selectedText();
     if (word.isEmpty() || highlighter->getSpell()->checkWord(word)) {
         QGraphicsTextItem::contextMenuEvent(event);

@@ -18,6 +18,8 @@ public:
 
     void setEditable(bool editable);
     void setFocus(Qt::FocusReason reason);
+    /// Takes the focus too.
+    void moveCursorTo(const QPointF &scenePos);
 
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
 
@@ -34,6 +36,8 @@ protected:
     void contextMenuEvent(QGraphicsSceneContextMenuEvent *event) override;
 
 private:
+    void refuseRichText();
+    int getPositionAt(const QPointF &p) const;
     QTextCursor getWordAt(int position) const;
     void fillSuggestionsMenu(QMenu *menu, const QString &word, int position) const;
 

@@ -111,6 +111,8 @@ signals:
     void causalFactorRemoved(Sticky *note);
     void requestCausalFactorNumberChange(Sticky *note);
     void editingStarted(Sticky *note);
+    /// The text under edit is no longer as it was when editing began.
+    void textTouched(Sticky *note);
     /// Editing has ended, also without a change.
     void textEdited(Sticky *source, QString from, QString to);
 
@@ -131,6 +133,8 @@ private:
     void makeCircle();
     void makeText();
     bool decorateCircle(const QString &decorator);
+    void catchUp();
+    void onTextModified(bool modified);
     void squareForRole(const QString &role);
     QList<Sticky *> getSiblingNotes() const;
     bool changeFont(const QFont &font, bool custom);

@@ -17,8 +17,9 @@
 
 void Sticky::mousePressEvent(QGraphicsSceneMouseEvent *event)
 {
-    if (noteText->hasFocus()) {
+    if (editing && resizeGrip->contains(event->scenePos()) == 0) {
         event->accept();
+        noteText->moveCursorTo(event->scenePos());
         return;
     }
     BoxItem::mousePressEvent(event);
@@ -64,6 +65,8 @@ void Sticky::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
         finishDrag();
     }
     BoxItem::mouseReleaseEvent(event);
+    if (editing) // its handle took the focus from the text
+        noteText->setFocus(Qt::MouseFocusReason);
 }
 
 void Sticky::snapResize()
@@ -85,6 +88,8 @@ void Sticky::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)
     } else if (isCircleAt(event->pos())) {
         if (sheet->getOwnerGUID().isEmpty())
             emit requestCausalFactorNumberChange(this);
+    } else if (editing) {
+        noteText->moveCursorTo(event->scenePos());
     } else {
         beginEditing();
     }
@@ -116,10 +121,20 @@ void Sticky::beginEditing()
         if (info.role.getInfo().shape == RoleInfo::Ellipse)
             noteText->setPos(rect.width() * 0.0625 + 2.5, (rect.height() - getTextHeight()) * 0.5);
     }
+    QTextDocument *document = noteText->document();
+    document->setModified(false);
+    connect(document, &QTextDocument::modificationChanged, this, &Sticky::onTextModified,
+            Qt::UniqueConnection);
     noteText->setFocus(Qt::MouseFocusReason);
     QTextCursor cursor = noteText->textCursor();
     cursor.movePosition(QTextCursor::End);
     noteText->setTextCursor(cursor);
+}
+
+void Sticky::onTextModified(bool modified)
+{
+    if (modified)
+        emit textTouched(this);
 }
 
 void Sticky::finishEditing()
@@ -127,6 +142,7 @@ void Sticky::finishEditing()
     editing = false;
     emit textEdited(this, textBeforeEdit, getText());
     setHandlesChildEvents(true);
+    disconnect(noteText->document(), nullptr, this, nullptr);
     disconnect(noteText->document()->documentLayout(), nullptr, this, nullptr);
     noteText->setEditable(false);
     setSiblingText();

@@ -105,7 +105,7 @@ template<typename Event> void aimAtLine(Event *event)
 void ProjectScene::dragEnterEvent(QGraphicsSceneDragDropEvent *event)
 {
     dragMoveEvent(event);
-    highlightItem->setVisible(event->isAccepted());
+    highlightItem->setVisible(event->isAccepted() && readTool(event->mimeData()).has_value());
 }
 
 void ProjectScene::dragMoveEvent(QGraphicsSceneDragDropEvent *event)
@@ -113,15 +113,18 @@ void ProjectScene::dragMoveEvent(QGraphicsSceneDragDropEvent *event)
     const std::optional<int> tool = readTool(event->mimeData());
     if (!tool) {
         event->ignore();
+        if (editingNote) // takes text
+            QGraphicsScene::dragMoveEvent(event);
         return;
     }
     moveHighlight(*tool, event->scenePos());
     acceptAsMove(event);
 }
 
-void ProjectScene::dragLeaveEvent(QGraphicsSceneDragDropEvent *)
+void ProjectScene::dragLeaveEvent(QGraphicsSceneDragDropEvent *event)
 {
     hideHighlightItem();
+    QGraphicsScene::dragLeaveEvent(event);
 }
 
 void ProjectScene::dropEvent(QGraphicsSceneDragDropEvent *event)
@@ -129,6 +132,8 @@ void ProjectScene::dropEvent(QGraphicsSceneDragDropEvent *event)
     const std::optional<int> tool = readTool(event->mimeData());
     if (!tool) {
         event->ignore();
+        if (editingNote)
+            QGraphicsScene::dropEvent(event);
         return;
     }
     createItemAt(event->scenePos(), *tool);
