@@ -65,7 +65,9 @@ public:
     void setRoleType(const QString &role);
     /// Ties a Loss or a Loss Of Control to its form field; other roles have none.
     void addRoleSiblings(const QString &role);
-    /// Forgets the note when it is deleted. Null and a repeat change nothing.
+    /// Cuts the present role's tie to the form.
+    void removeRoleSiblings();
+    /// Forgets the note while it is deleted. Null and a repeat change nothing.
     void addSibling(Sticky *note);
     /// A GUID or a form field id; nothing tells of its end.
     void addSibling(const QString &id);
@@ -138,7 +140,6 @@ private:
     void squareForRole(const QString &role);
     QList<Sticky *> getSiblingNotes() const;
     bool changeFont(const QFont &font, bool custom);
-    void removeRoleSiblings();
 
     void drawShape(QPainter *painter) const;
     void drawHighlightEdge(QPainter *painter, Side side) const;

@@ -11,6 +11,7 @@ void Sticky::setRoleType(const QString &role)
 {
     const Role newRole(role);
     const bool wasParent = isParentItem();
+    removeRoleSiblings(); // before the text changes: the form keeps its own
     squareForRole(role);
 
     circle->setBrush(QBrush(Qt::white));
@@ -26,7 +27,6 @@ void Sticky::setRoleType(const QString &role)
     else if (wasParent && !newRole.isParentItem())
         emit causalFactorRemoved(this);
 
-    removeRoleSiblings();
     addRoleSiblings(role);
     prepareGeometryChange(); // bounds depend on the shape
     info.role.setType(role);
@@ -64,15 +64,12 @@ bool Sticky::decorateCircle(const QString &decorator)
 
 void Sticky::removeRoleSiblings()
 {
-    if (getRoleType() == RoleType::Loss) {
-        removeSibling(FormFields::Loss);
-    } else if (getRoleType() == RoleType::LossOfControl) {
-        removeSibling(FormFields::LossOfControl);
-    } else if (getRoleType() == RoleType::CausalFactor) {
-        for (const QString &id : QStringList(info.siblings)) {
-            if (FormFields::isOfCausalFactor(id))
-                removeSibling(id);
-        }
+    const QString role = getRoleType();
+    for (const QString &id : QStringList(info.siblings)) {
+        if ((role == RoleType::Loss && id == FormFields::Loss) ||
+            (role == RoleType::LossOfControl && id == FormFields::LossOfControl) ||
+            (role == RoleType::CausalFactor && FormFields::isOfCausalFactor(id)))
+            removeSibling(id);
     }
 }
 

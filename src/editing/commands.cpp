@@ -198,9 +198,9 @@ void TextAlignmentChangeCommand::redo()
 }
 
 RoleChangeCommand::RoleChangeCommand(const QList<Sticky *> &notes, const QString &roleType,
-                                     QUndoCommand *parent)
+                                     FormText formText, QUndoCommand *parent)
     : QUndoCommand("change role to " + QString(roleType).replace('_', ' '), parent), notes(notes),
-      newRole(roleType)
+      newRole(roleType), formText(std::move(formText))
 {
     for (Sticky *note : notes) {
         oldRoles << note->getRoleType();
@@ -211,15 +211,39 @@ RoleChangeCommand::RoleChangeCommand(const QList<Sticky *> &notes, const QString
 void RoleChangeCommand::undo()
 {
     for (int i = 0; i < notes.size(); ++i) {
-        notes.at(i)->setRoleType(oldRoles.at(i));
-        takeBackShape(notes.at(i), oldRecords.at(i));
+        Sticky *note = notes.at(i);
+        takeBackText(note, oldRecords.at(i).text, newTexts.at(i));
+        takeRole(note, oldRoles.at(i));
+        takeBackShape(note, oldRecords.at(i));
     }
 }
 
 void RoleChangeCommand::redo()
 {
-    for (Sticky *note : qAsConst(notes))
-        note->setRoleType(newRole);
+    newTexts.clear();
+    for (int i = 0; i < notes.size(); ++i) {
+        takeRole(notes.at(i), newRole);
+        newTexts << notes.at(i)->getText();
+    }
+}
+
+// A text that came from elsewhere since stays, unless the form keeps it.
+void RoleChangeCommand::takeBackText(Sticky *note, const QString &oldText,
+                                     const QString &newText) const
+{
+    const QString text = note->getText();
+    const bool isInForm = formText && formText(note) == text;
+    note->removeRoleSiblings(); // first: the form keeps its own
+    if (text != oldText && (text == newText || isInForm))
+        note->setText(oldText);
+}
+
+void RoleChangeCommand::takeRole(Sticky *note, const QString &role) const
+{
+    note->setRoleType(role);
+    const QString text = formText ? formText(note) : QString();
+    if (!text.isEmpty() && text != note->getText())
+        note->setText(text);
 }
 
 /// Some roles make a note square, and a transfer gets a text and an alignment of its own.

@@ -7,6 +7,8 @@
 #include <QUndoCommand>
 #include <QVariant>
 
+#include <functional>
+
 // The undo steps of a chart. None owns an item: a sheet clears its stack
 // together with its items. None merges with another.
 
@@ -127,18 +129,25 @@ private:
 class RoleChangeCommand : public QUndoCommand
 {
 public:
+    /// What the form holds for a note of its role, which wins over the note; empty for nothing.
+    using FormText = std::function<QString(const Sticky *)>;
+
     RoleChangeCommand(const QList<Sticky *> &notes, const QString &roleType,
-                      QUndoCommand *parent = nullptr);
+                      FormText formText = nullptr, QUndoCommand *parent = nullptr);
     void undo() override;
     void redo() override;
 
 private:
+    void takeBackText(Sticky *note, const QString &oldText, const QString &newText) const;
+    void takeRole(Sticky *note, const QString &role) const;
     void takeBackShape(Sticky *note, const CanvasItemInfo &old) const;
 
     QList<Sticky *> notes;
     QList<QString> oldRoles;
     QList<CanvasItemInfo> oldRecords;
+    QStringList newTexts;
     QString newRole;
+    FormText formText;
 };
 
 /// Sets a QObject property by name; the items' own label is the text.

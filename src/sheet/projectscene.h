@@ -215,7 +215,7 @@ private:
     void dropLine(Line *line);
     void moveSelectedBoxes(const QPointF &step);
     bool askToDropSheet(const QString &title, const QString &text);
-    void takeFormTexts(const QList<Sticky *> &notes);
+    QString getFormText(const Sticky *note) const;
     void fillFormField(Sticky *note);
     Sticky *getCausalFactor(int number) const;
     void moveCausalFactor(Sticky *note, int number);

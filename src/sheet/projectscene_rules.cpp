@@ -61,8 +61,10 @@ bool ProjectScene::setSelectedNotesRole(const QString &role)
     if (notes.isEmpty())
         return true;
     const QScopedValueRollback<bool> guard(asked, true);
-    undoStack->push(new RoleChangeCommand(notes, role));
-    takeFormTexts(notes);
+    undoStack->push(new RoleChangeCommand(
+        notes, role, [this](const Sticky *note) { return getFormText(note); }));
+    for (Sticky *note : notes)
+        fillFormField(note);
     return true;
 }
 
@@ -122,25 +124,23 @@ bool ProjectScene::askToDropSheet(const QString &title, const QString &text)
 }
 
 // The form wins over the note: one that has just become the Loss takes the text
-// that stands in the form's field. An empty field takes the note's.
-void ProjectScene::takeFormTexts(const QList<Sticky *> &notes)
+// that stands in the form's field.
+QString ProjectScene::getFormText(const Sticky *note) const
 {
-    if (!formView)
-        return;
-    for (Sticky *note : notes) {
-        const QStringList siblings = note->getSiblings();
-        for (const QString &id : siblings) {
-            const QString value = formView->getFieldValue(id);
-            if (!value.isEmpty() && value != note->getText())
-                undoStack->push(new TextChangeCommand(note, note->getText(), value));
-        }
-        fillFormField(note);
+    QString text;
+    for (const QString &id : note->getSiblings()) {
+        const QString value = formView ? formView->getFieldValue(id) : QString();
+        if (!value.isEmpty())
+            text = value;
     }
+    return text;
 }
 
 // Left empty, the field would replace the note's text with the first letter typed there.
 void ProjectScene::fillFormField(Sticky *note)
 {
+    if (!formView)
+        return;
     for (const QString id : {FormFields::Loss, FormFields::LossOfControl}) {
         if (note->getSiblings().contains(id) && formView->getFieldValue(id).isEmpty())
             formView->setFieldValue(id, note->getText());
@@ -160,7 +160,7 @@ void ProjectScene::onStepTaken(int index)
     QMetaObject::invokeMethod(this, &ProjectScene::checkCanvasSize, Qt::QueuedConnection);
     const auto [loss, lossOfControl] = getLossAndLoCNotes();
     for (Sticky *note : {loss, lossOfControl}) {
-        if (note && formView)
+        if (note)
             fillFormField(note);
     }
     emit stepTaken();

@@ -45,6 +45,11 @@ private slots:
             QVERIFY(sheet->scene.setSelectedNotesRole("Loss"));
             QCOMPARE(note->getText(), both);
             QCOMPARE(form->view.getFieldValue("loss"), both);
+            sheet->getStack()->undo();
+            QCOMPARE(note->getText(), text);
+            QCOMPARE(form->view.getFieldValue("loss"), both);
+            sheet->getStack()->redo();
+            QCOMPARE(note->getText(), both);
             emit form->view.formValueChanged("loss", "Typed");
             QCOMPARE(note->getText(), QString("Typed"));
 
