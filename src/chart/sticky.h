@@ -104,10 +104,13 @@ public slots:
     void relayout(bool doItFast) override;
     void onTextChanged();
     void onSiblingDeleted(Sticky *deletedSticky);
+    void onSiblingReturned(Sticky *note);
 
 signals:
     /// It left its sheet or is being destroyed.
     void deleted(Sticky *note);
+    /// It stands on its sheet again.
+    void returned(Sticky *note);
     /// Sent while the old role is still in force: to be received queued, like the next.
     void causalFactorAdded(Sticky *note);
     void causalFactorRemoved(Sticky *note);
@@ -161,6 +164,5 @@ private:
     QString textBeforeEdit;
     std::unique_ptr<CrossLines> crossLines;
     WorkingDropShadow *dropShadow = nullptr; // the item's effect, made with the first shadow
-    QSize pictureSpace;                      // what the shown picture was scaled for
-    bool pictureIsRough = false;             // scaled in haste
+    QHash<QString, int> deletedSiblings;     // the places that they had
 };

@@ -86,6 +86,7 @@ void Sticky::addSibling(Sticky *note)
     if (note && !info.siblings.contains(note->getGUID())) {
         info.siblings.append(note->getGUID());
         connect(note, &Sticky::deleted, this, &Sticky::onSiblingDeleted);
+        connect(note, &Sticky::returned, this, &Sticky::onSiblingReturned);
     } else {
         qDebug() << "ERROR: NULL SIBLING??";
     }
@@ -109,7 +110,35 @@ void Sticky::removeSibling(const QString &id)
 
 void Sticky::onSiblingDeleted(Sticky *deletedSticky)
 {
-    removeSibling(deletedSticky->getGUID());
+    const QString guid = deletedSticky->getGUID();
+    if (info.siblings.contains(guid))
+        deletedSiblings.insert(guid, info.siblings.indexOf(guid));
+    removeSibling(guid);
+}
+
+void Sticky::onSiblingReturned(Sticky *note)
+{
+    const QString guid = note->getGUID();
+    if (deletedSiblings.contains(guid) && !info.siblings.contains(guid))
+        info.siblings.insert(qMin(deletedSiblings.take(guid), info.siblings.size()), guid);
+}
+
+// What changed meanwhile reached only the notes that stood on a sheet.
+void Sticky::catchUp()
+{
+    const QList<Sticky *> notes = getSiblingNotes();
+    if (notes.isEmpty())
+        return;
+    const Sticky *twin = notes.first();
+    setText(twin->noteText->toPlainText());
+    if (twin->info.customFont)
+        setCustomFont(twin->getFont());
+    else
+        setDefaultFont(twin->getFont());
+    setTextColor(twin->info.textColor);
+    setTextAlignment(twin->info.textAlignment);
+    setCustomBackgroundColor(twin->info.backgroundColor);
+    setCausalFactorNumber(twin->getCausalFactorNumber());
 }
 
 void Sticky::setSiblingText()
@@ -125,6 +154,8 @@ void Sticky::setSiblingText()
 
 void Sticky::notifySceneAddition()
 {
+    emit returned(this);
+    catchUp();
     if (isParentItem())
         emit causalFactorAdded(this);
 }
