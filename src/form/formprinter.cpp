@@ -8,8 +8,8 @@ namespace
 
 constexpr double HeadHeight = 9; // millimetres, like the next; both in the upper margin
 constexpr double HeadGap = 4;
-constexpr double HeadFont = 8; // points
-const QColor HeadColour("#444444");
+constexpr double HeadFont = 9; // points
+const QColor HeadColour("#222222");
 
 } // namespace
 

@@ -144,7 +144,7 @@ private slots:
         form->run("window.scrollTo(0, 900)");
         form->web->page()->mainFrame()->print(&printer);
         QCOMPARE(form->run("window.onPaper").toString(), QString("none,block,101,none"));
-        QCOMPARE(printer.getPageCount(), 2);
+        QVERIFY(printer.getPageCount() > 1);
         QTRY_COMPARE(form->run("window.pageYOffset").toInt(), 900);
         form->run("showStepsUpTo(3)"); // as when a project is opened
         QCOMPARE(form->run("window.pageYOffset").toInt(), 0);
