@@ -1,533 +1,290 @@
 #include "chart/line.h"
 
 #include "chart/toolid.h"
-#include "testing/dialogs.h"
-#include "testing/fakes.h"
-#include "testing/testmain.h"
+#include "testing/records.h"
+#include "testing/rows.h"
+#include "testing/sheet.h"
 
-#include <QGraphicsSceneContextMenuEvent>
-#include <QSignalSpy>
+#include <QPrinter>
+#include <QUndoStack>
 
 class TestLine : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init()
+    {
+        sheet = std::make_unique<Sheet>();
+        left = qobject_cast<Sticky *>(sheet->add(noteInfo("{left}", QRectF(100, 100, 80, 60))));
+        right = qobject_cast<Sticky *>(sheet->add(noteInfo("{right}", QRectF(400, 200, 80, 60))));
+        line = addLine(QPointF(180, 130), QPointF(400, 230), ConnectorTool);
+    }
 
-    void kinds_data();
-    void kinds();
-    void widthGoesToTheCallersRecord_data();
-    void widthGoesToTheCallersRecord();
-    void startFollowsAtOnceAndEndLater();
-    void autoSideTurnsWithTheOtherEnd();
-    void originIsNoAnswer();
-    void connectedTwiceFollowsOnce();
-    void disconnecting();
-    void lateMoveOfAFormerNote();
-    void draggedOntoANote();
-    void draggedOntoTheNoteOfTheOtherEnd();
-    void draggedOffItsNote();
-    void draggedFromNoteToNote();
-    void outlivesItsNotes();
-    void noteLeavesTheSheet();
-    void bothEndsOnOneNote();
-    void selectionMarksTheEdges();
-    void handles_data();
-    void handles();
-    void outlineFollowsTheRoute();
-    void arrowHead();
-    void grabs_data();
-    void grabs();
-    void otherButtonsGrabNothing();
-    void contextMenuSelects();
-    void colors();
-    void strangeNumbersOfAFile();
+    void cleanup() { sheet.reset(); }
+
+    void startFollowsAtOnceAndEndLater()
+    {
+        hang(Sticky::RightSide, Sticky::LeftSide);
+        left->setPos(100, 300);
+        right->setPos(500, 200);
+        QCOMPARE(ends(), "180,330 to 400,230");
+        QApplication::processEvents();
+        QCOMPARE(ends(), "180,330 to 500,230");
+        line->connectStartPoint(nullptr, Sticky::LeftSide);
+        left->setSize(QSizeF(120, 80));
+        QCOMPARE(ends(), "100,340 to 500,230");
+        left->setPos(0, -40); // the middle of its left side is at the origin: no answer
+        QCOMPARE(ends(), "100,340 to 500,230");
+    }
+
+    void automaticSidesTurn()
+    {
+        hang(Sticky::RightSide, Sticky::AutoSide);
+        left->setPos(700, 200); // now on the other side of the right note
+        QCOMPARE(tied(), "780,230 to 480,230 from {left} side 3 to {right} side 5");
+        QCOMPARE(line->getPoints().at(line->getPoints().size() - 2), QPointF(500, 230));
+
+        // Two of them stand alike, whichever note moves first.
+        hang(Sticky::AutoSide, Sticky::AutoSide);
+        for (Sticky *first : {left, right}) {
+            left->setPos(100, 100);
+            right->setPos(100, 400);
+            QApplication::processEvents();
+            first->setPos(first == left ? QPointF(560, 300) : QPointF(420, 200));
+            left->setPos(560, 300);
+            right->setPos(420, 200);
+            QApplication::processEvents();
+            QCOMPARE(ends(), "560,330 to 500,230");
+        }
+    }
+
+    void draggedEnds()
+    {
+        sheet->add(noteInfo("{flat}", QRectF(600, 100, 120, 20)));
+        hang(Sticky::RightSide, Sticky::LeftSide);
+        const LineEnds before = line->getEnds();
+        const struct {
+            const char *name;
+            Line::LineSide side;
+            QPointF to;
+            const char *then;
+        } rows[] = {
+            // clang-format off
+            {"off its note", Line::End, {300, 600}, "180,130 to 300,600 from {left} side 3 to free"},
+            {"to an edge", Line::End, {475, 230}, "180,130 to 480,230 from {left} side 3 to {right} side 3"},
+            {"into a note", Line::End, {440, 230}, "180,130 to 400,230 from {left} side 3 to {right} side 5"},
+            {"the other end turns", Line::Start, {440, 500}, "440,500 to 440,260 from free to {right} side 5"},
+            {"to the other end's note", Line::Start, {475, 230}, "440,500 to 440,260 from free to {right} side 5"},
+            {"note to note", Line::End, {140, 130}, "440,500 to 180,130 from free to {left} side 5"},
+            {"into a flat note", Line::End, {660, 110}, "440,500 to 600,110 from free to {flat} side 5"},
+            // clang-format on
+        };
+        for (const auto &row : rows) {
+            const Row in(row.name);
+            line->handleLineMoving(row.to, row.side);
+            QCOMPARE(tied(), row.then);
+        }
+        right->setPos(0, 0); // a former note leads no more
+        QApplication::processEvents();
+        QCOMPARE(tied(), rows[6].then);
+        line->setEnds(before);
+        QCOMPARE(tied(), "180,130 to 400,230 from {left} side 3 to {right} side 1");
+    }
+
+    void outlivesItsNotes()
+    {
+        hang(Sticky::RightSide, Sticky::LeftSide);
+        right->notifySceneRemoval();
+        QCOMPARE(line->getPoints().size(), 5);            // the stub went too
+        line->setEndConnection({left, Sticky::LeftSide}); // as a file may hang it
+        line->disconnectStartPoint();
+        left->setPos(200, 100);
+        QApplication::processEvents();
+        QCOMPARE(ends(), "180,130 to 200,130");
+        line->setStartConnection({left, Sticky::RightSide});
+        delete left;
+        QCOMPARE(tied(), "180,130 to 200,130 from free to free");
+    }
+
+    void selectionMarksTheEdges()
+    {
+        hang(Sticky::RightSide, Sticky::LeftSide);
+        for (const bool selected : {true, false, true}) {
+            line->setSelected(selected);
+            QCOMPARE(line->zValue(), selected ? 5.0 : 1.0);
+            QVERIFY(isMarked(left) == selected && isMarked(right) == selected);
+            QCOMPARE(line->shape().contains(QPointF(178, 128)), selected); // the handle
+        }
+        sheet->scene.removeItem(line); // an undone line leaves no marks behind
+        QVERIFY(!isMarked(left));
+        sheet->scene.addItem(line);
+        QVERIFY(isMarked(left));
+    }
+
+    void grabs()
+    {
+        const struct {
+            const char *name;
+            Line::ArrowType arrow;
+            QPointF at;
+            const char *then; // dragged to 220,500
+        } rows[] = {
+            {"start handle", Line::NoArrows, {97, 403}, "220,500 to 300,400"},
+            {"beside the start handle", Line::NoArrows, {104, 400}, "100,400 to 300,400"},
+            {"end handle", Line::NoArrows, {303, 397}, "100,400 to 220,500"},
+            {"beside the end handle", Line::NoArrows, {296, 400}, "100,400 to 300,400"},
+            {"18 from an arrow's tip", Line::ArrowAtEnd, {290, 408}, "100,400 to 220,500"},
+            {"19 from an arrow's tip", Line::ArrowAtEnd, {290, 409}, "100,400 to 300,400"},
+        };
+        for (const auto &row : rows) {
+            const Row in(row.name);
+            line = addLine(QPointF(100, 400), QPointF(300, 400));
+            line->setArrowStyle(row.arrow);
+            const QString before = describe(sheet->scene);
+            for (const auto type : {QEvent::GraphicsSceneMousePress, QEvent::GraphicsSceneMouseMove,
+                                    QEvent::GraphicsSceneMouseRelease}) {
+                QGraphicsSceneMouseEvent event(type);
+                event.setPos(row.at);
+                event.setScenePos(QPointF(220, 500));
+                event.setButton(Qt::LeftButton);
+                sheet->scene.sendEvent(line, &event);
+            }
+            QCOMPARE(ends(), row.then);
+            sheet->getStack()->undo(); // nothing where no end was grabbed
+            QCOMPARE(describe(sheet->scene), before);
+        }
+    }
+
+    // By the mouse, in a view.
+
+    void draggedEndIsAStep()
+    {
+        QVERIFY(sheet->show());
+        line = addLine(QPointF(300, 400), QPointF(500, 400));
+        const QString before = describe(sheet->scene);
+        sheet->program.tool = ConnectorTool; // the sheet leaves the release to what is dragged
+        sheet->drag(QPointF(500, 400), QPointF(440, 230));
+        QCOMPARE(tied(), "300,400 to 400,230 from free to {right} side 5");
+        QCOMPARE(sheet->getStack()->undoText(), QString("move line end"));
+        sheet->getStack()->undo();
+        QCOMPARE(describe(sheet->scene), before);
+
+        sheet->press(QPointF(300, 400));
+        sheet->move(QPointF(200, 500));
+        sheet->scene.removeItem(line); // takes the mouse from it: nothing has been dragged
+        QCOMPARE(ends(), "300,400 to 500,400");
+        sheet->scene.addItem(line);
+    }
+
+    void lineUnderWayIsGivenUp()
+    {
+        QVERIFY(sheet->show());
+        const QString before = describe(sheet->scene);
+        sheet->program.tool = ConnectorTool;
+        sheet->press(QPointF(175, 130));
+        sheet->move(QPointF(300, 500));
+        sheet->scene.giveUpLine();
+        sheet->move(QPointF(475, 230), Qt::NoButton);
+        QVERIFY(isMarked(right));
+        sheet->scene.clearEdgeMarks();
+        sheet->release(QPointF(475, 230));
+        QVERIFY(!isMarked(left) && !isMarked(right));
+        QCOMPARE(describe(sheet->scene), before);
+        QCOMPARE(sheet->getSteps(), 0);
+    }
+
+    void pressBesideALineTakesIt()
+    {
+        QVERIFY(sheet->show());
+        line = addLine(QPointF(180, 165), QPointF(180, 400));
+        for (const qreal zoom : {1.0, 2.0}) {
+            sheet->view.resetTransform();
+            sheet->view.scale(zoom, zoom);
+            for (const int pixels : {-4, -3, 2, 3}) {
+                sheet->click(QPointF(180 + pixels / zoom, 250));
+                QVERIFY2(line->isSelected() == (pixels > -4 && pixels < 3),
+                         qPrintable(QString::number(pixels)));
+            }
+            sheet->click(QPointF(178, 159)); // on the note's corner
+            QVERIFY(left->isSelected());
+        }
+    }
+
+    void jointsShowNoDots()
+    {
+        hang(Sticky::RightSide, Sticky::LeftSide);
+        line->setBorderLineWidth(2);
+        QImage image(800, 600, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.scale(1.3, 1.3);
+        line->paint(&painter, nullptr, nullptr);
+        QSet<QRgb> colors;
+        for (int i = 0; i < image.width() * image.height(); ++i)
+            colors.insert(image.pixel(i % image.width(), i / image.width()));
+        QCOMPARE(colors, QSet<QRgb>({qRgb(0, 0, 0), qRgb(255, 255, 255)}));
+    }
+
+    void thinnestLineShowsOnPaper()
+    {
+        const QTemporaryDir folder;
+        QPrinter printer;
+        printer.setOutputFileName(folder.filePath("line.pdf"));
+        QPainter painter(&printer);
+        line->paint(&painter, nullptr, nullptr);
+        painter.end();
+        QFile file(printer.outputFileName());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray pdf = file.readAll();
+        const QByteArray page =
+            qUncompress(QByteArray("\0\1\0\0", 4) + pdf.mid(pdf.indexOf("stream\n") + 7));
+        QVERIFY2(page.contains("\n1 w ") && !page.contains("\n0 w "), page);
+    }
 
 private:
-    Line *addLine(const QPointF &start, const QPointF &end, int type = ConnectorTool,
-                  int arrowStyle = 0);
-    void sendToLine(Line *line, QEvent::Type type, const QPointF &p,
-                    Qt::MouseButton button = Qt::LeftButton);
-    bool isMarked(const Sticky *note) const;
+    Line *addLine(const QPointF &start, const QPointF &end, int type = StraightLineTool)
+    {
+        CanvasItemInfo info;
+        info.type = type;
+        info.startPoint = start;
+        info.endPoint = end;
+        return qobject_cast<Line *>(sheet->add(info));
+    }
 
-    std::unique_ptr<FakeHost> host;
-    std::unique_ptr<FakeSheet> sheet;
+    void hang(Sticky::Side start, Sticky::Side end)
+    {
+        line->setStartConnection({left, start});
+        line->setEndConnection({right, end});
+    }
+
+    QByteArray ends() const
+    {
+        const LineEnds now = line->getEnds();
+        return (describe(now.startPoint) + " to " + describe(now.endPoint)).toUtf8();
+    }
+
+    QByteArray tied() const
+    {
+        const LineEnds now = line->getEnds();
+        return ends() +
+               QString(" from %1 to %2").arg(describe(now.start), describe(now.end)).toUtf8();
+    }
+
+    /// Whether the note shows the mark of its left or right edge.
+    bool isMarked(const Sticky *note)
+    {
+        const QPointF middle = note->getGeometry().center() - QPointF(0, 5);
+        return colorAt(&sheet->scene, middle - QPointF(35, 0)) == Qt::red ||
+               colorAt(&sheet->scene, middle + QPointF(35, 0)) == Qt::red;
+    }
+
+    std::unique_ptr<Sheet> sheet;
     Sticky *left = nullptr;
     Sticky *right = nullptr;
+    Line *line = nullptr;
 };
-
-void TestLine::init()
-{
-    host = std::make_unique<FakeHost>();
-    sheet = std::make_unique<FakeSheet>(host.get());
-    left = sheet->addNote(noteInfo("{left}", QRectF(100, 100, 80, 60)));
-    right = sheet->addNote(noteInfo("{right}", QRectF(400, 200, 80, 60)));
-}
-
-void TestLine::cleanup()
-{
-    sheet.reset();
-    host.reset();
-}
-
-Line *TestLine::addLine(const QPointF &start, const QPointF &end, int type, int arrowStyle)
-{
-    CanvasItemInfo info;
-    info.type = type;
-    info.guid = "{line}";
-    info.startPoint = start;
-    info.endPoint = end;
-    info.arrowStyle = arrowStyle;
-    auto *line = new Line(sheet.get(), info);
-    sheet->addItem(line);
-    return line;
-}
-
-void TestLine::sendToLine(Line *line, QEvent::Type type, const QPointF &p, Qt::MouseButton button)
-{
-    QGraphicsSceneMouseEvent event(type);
-    event.setPos(p);
-    event.setScenePos(p);
-    event.setButton(button);
-    event.setButtons(button);
-    sheet->sendEvent(line, &event);
-}
-
-/// Whether the note shows the mark of a left or right edge.
-bool TestLine::isMarked(const Sticky *note) const
-{
-    const QRectF geometry = note->getGeometry();
-    const QPointF inside(5, -5);
-    const QPointF middle(geometry.left(), geometry.center().y());
-    const QPointF other(geometry.right(), geometry.center().y());
-    return colorAt(sheet.get(), middle + inside) == Qt::red ||
-           colorAt(sheet.get(), other + QPointF(-5, -5)) == Qt::red;
-}
-
-void TestLine::kinds_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::addColumn<int>("points");
-
-    QTest::newRow("a connector is routed") << int(ConnectorTool) << 4;
-    QTest::newRow("an arrow or a straight line runs straight") << int(ArrowTool) << 2;
-}
-
-void TestLine::kinds()
-{
-    QFETCH(int, type);
-    QFETCH(int, points);
-
-    Line *line = addLine(QPointF(10, 20), QPointF(40, 60), type);
-    QCOMPARE(line->getPoints().size(), points);
-    QCOMPARE(line->pos(), QPointF(0, 0));
-    QCOMPARE(line->zValue(), 1.0);
-    QCOMPARE(line->length(), 50.0);
-    QCOMPARE(line->type(), QGraphicsItem::UserType + 5);
-    QCOMPARE(line->getCanvasItemInfo().size, QSizeF(30, 40));
-    QCOMPARE(line->getCustomBackgroundColor(), QColor(Qt::black));
-    QVERIFY(!line->getStartConnection().item);
-    QVERIFY(!line->getEndConnection().item);
-}
-
-void TestLine::widthGoesToTheCallersRecord_data()
-{
-    QTest::addColumn<int>("width");
-    QTest::addColumn<int>("told");
-
-    QTest::newRow("none") << 0 << 2;
-    QTest::newRow("within the bounds") << 5 << 5;
-    QTest::newRow("wide") << 12 << 10;
-}
-
-void TestLine::widthGoesToTheCallersRecord()
-{
-    QFETCH(int, width);
-    QFETCH(int, told);
-
-    CanvasItemInfo info;
-    info.type = ArrowTool;
-    info.startPoint = QPointF(200, 400);
-    info.endPoint = QPointF(300, 400);
-    info.borderLineWidth = width;
-    auto *line = new Line(sheet.get(), info);
-    sheet->addItem(line);
-    QCOMPARE(info.borderLineWidth, told);
-    QCOMPARE(line->getBorderLineWidth(), width);
-    QCOMPARE(line->boundingRect().top(), 400 - 3 - width / 2.0);
-
-    // The line paints with its own width.
-    QCOMPARE(colorAt(sheet.get(), QPointF(250, 405)), width == 12 ? Qt::black : Qt::white);
-}
-
-void TestLine::startFollowsAtOnceAndEndLater()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230));
-    line->setStartConnection({left, Sticky::RightSide});
-    line->setEndConnection({right, Sticky::LeftSide});
-
-    left->setPos(100, 300);
-    QCOMPARE(line->getPoints().first(), QPointF(180, 330));
-    right->setPos(500, 200);
-    QCOMPARE(line->getPoints().last(), QPointF(400, 230));
-    QApplication::processEvents();
-    QCOMPARE(line->getPoints().last(), QPointF(500, 230));
-
-    left->setSize(QSizeF(120, 80));
-    QCOMPARE(line->getPoints().first(), QPointF(220, 340));
-}
-
-void TestLine::autoSideTurnsWithTheOtherEnd()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230));
-    line->setStartConnection({left, Sticky::RightSide});
-    line->setEndConnection({right, Sticky::AutoSide});
-
-    left->setPos(700, 200); // now on the other side of the right note
-    QCOMPARE(line->getPoints().first(), QPointF(780, 230));
-    QCOMPARE(line->getPoints().last(), QPointF(480, 230));
-    QCOMPARE(line->getPoints().at(line->getPoints().size() - 2), QPointF(500, 230));
-    QCOMPARE(line->getEndConnection().side, Sticky::AutoSide);
-}
-
-void TestLine::originIsNoAnswer()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230));
-    line->setStartConnection({left, Sticky::LeftSide});
-    left->setPos(0, -30); // the middle of the left side is at the origin
-    QCOMPARE(line->getPoints().first(), QPointF(180, 130));
-    left->setPos(0, -31);
-    QCOMPARE(line->getPoints().first(), QPointF(0, -1));
-}
-
-void TestLine::connectedTwiceFollowsOnce()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230));
-    line->connectStartPoint(left, Sticky::RightSide);
-    line->connectStartPoint(left, Sticky::TopSide);
-    left->setPos(200, 100);
-    QCOMPARE(line->getPoints().first(), QPointF(240, 100));
-    QCOMPARE(line->getStartConnection().side, Sticky::TopSide);
-
-    line->connectStartPoint(nullptr, Sticky::BottomSide);
-    QCOMPARE(line->getStartConnection().item, left);
-    QCOMPARE(line->getStartConnection().side, Sticky::BottomSide);
-}
-
-void TestLine::disconnecting()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230));
-    line->connectStartPoint(left, Sticky::NoSide);
-    line->disconnectStartPoint();
-    QCOMPARE(line->getStartConnection().item, left);
-
-    line->connectStartPoint(left, Sticky::RightSide);
-    line->connectEndPoint(right, Sticky::LeftSide);
-    line->disconnectStartPoint();
-    QVERIFY(!line->getStartConnection().item);
-    QCOMPARE(line->getStartConnection().side, Sticky::NoSide);
-    left->setPos(0, 0);
-    QCOMPARE(line->getPoints().first(), QPointF(180, 130));
-
-    line->disconnectEndPoint();
-    QVERIFY(!line->getEndConnection().item);
-    line->disconnectEndPoint();
-}
-
-void TestLine::lateMoveOfAFormerNote()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230));
-    line->connectEndPoint(right, Sticky::LeftSide);
-    right->setPos(500, 200);
-    line->disconnectEndPoint();
-    QTest::ignoreMessage(QtDebugMsg, "Warning: got signal from unconnected note");
-    QApplication::processEvents();
-    QCOMPARE(line->getPoints().last(), QPointF(400, 230));
-}
-
-void TestLine::draggedOntoANote()
-{
-    Line *line = addLine(QPointF(300, 400), QPointF(300, 500));
-    line->handleLineMoving(QPointF(175, 130), Line::Start);
-    QCOMPARE(line->getStartConnection().item, left);
-    QCOMPARE(line->getStartConnection().side, Sticky::RightSide);
-    QCOMPARE(line->getPoints().first(), QPointF(180, 130));
-    QVERIFY(isMarked(left));
-
-    // Further in the note as a whole is meant, and the end meets its closest edge.
-    line->handleLineMoving(QPointF(440, 230), Line::End);
-    QCOMPARE(line->getEndConnection().side, Sticky::AutoSide);
-    QCOMPARE(line->getPoints().last(), QPointF(400, 230));
-
-    // The end turns to whatever the start comes from.
-    line->handleLineMoving(QPointF(440, 500), Line::Start);
-    QCOMPARE(line->getPoints().last(), QPointF(440, 260));
-}
-
-void TestLine::draggedOntoTheNoteOfTheOtherEnd()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230));
-    line->setStartConnection({left, Sticky::RightSide});
-    line->setEndConnection({right, Sticky::LeftSide});
-    const QPolygonF before = line->getPoints();
-
-    line->handleLineMoving(QPointF(475, 230), Line::Start);
-    QCOMPARE(line->getPoints(), before);
-    QCOMPARE(line->getStartConnection().item, left);
-    QCOMPARE(line->getStartConnection().side, Sticky::RightSide);
-}
-
-void TestLine::draggedOffItsNote()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230));
-    line->setStartConnection({left, Sticky::RightSide});
-    line->setEndConnection({right, Sticky::LeftSide});
-    line->handleLineMoving(QPointF(300, 600), Line::End);
-    QVERIFY(!line->getEndConnection().item);
-    QCOMPARE(line->getPoints().last(), QPointF(300, 600));
-    QCOMPARE(line->getStartConnection().item, left);
-}
-
-void TestLine::draggedFromNoteToNote()
-{
-    Line *line = addLine(QPointF(300, 400), QPointF(300, 500));
-    line->handleLineMoving(QPointF(175, 130), Line::Start);
-    line->handleLineMoving(QPointF(405, 230), Line::Start);
-    QCOMPARE(line->getStartConnection().item, right);
-    QVERIFY(!isMarked(left));
-    left->setPos(0, 0);
-    QCOMPARE(line->getPoints().first(), QPointF(400, 230));
-}
-
-void TestLine::outlivesItsNotes()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230));
-    line->setStartConnection({left, Sticky::RightSide});
-    line->setEndConnection({right, Sticky::NoSide});
-    delete left;
-    delete right;
-    QVERIFY(!line->getStartConnection().item);
-    QVERIFY(!line->getEndConnection().item);
-    QCOMPARE(line->getPoints().first(), QPointF(180, 130));
-    QCOMPARE(line->getPoints().last(), QPointF(400, 230));
-    line->setSelected(true);
-    line->setSelected(false);
-}
-
-void TestLine::noteLeavesTheSheet()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230));
-    line->setEndConnection({right, Sticky::LeftSide});
-    QCOMPARE(line->getPoints().size(), 5);
-    right->notifySceneRemoval();
-    QVERIFY(!line->getEndConnection().item);
-    QCOMPARE(line->getPoints().size(), 4); // the stub went too
-}
-
-void TestLine::bothEndsOnOneNote()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(100, 130));
-    line->setStartConnection({left, Sticky::RightSide});
-    line->setEndConnection({left, Sticky::LeftSide});
-    line->disconnectStartPoint();
-    left->setPos(200, 100);
-    QApplication::processEvents();
-    QCOMPARE(line->getPoints().last(), QPointF(200, 130));
-
-    line->setStartConnection({left, Sticky::RightSide});
-    delete left;
-    QVERIFY(!line->getStartConnection().item);
-    QVERIFY(!line->getEndConnection().item);
-}
-
-void TestLine::selectionMarksTheEdges()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230));
-    line->setStartConnection({left, Sticky::RightSide});
-    line->setEndConnection({right, Sticky::LeftSide});
-    QSignalSpy changed(line, &Line::selectionChanged);
-
-    line->setSelected(true);
-    QCOMPARE(line->zValue(), 5.0);
-    QVERIFY(isMarked(left));
-    QVERIFY(isMarked(right));
-    QCOMPARE(colorAt(sheet.get(), QPointF(290, 180)), QColor(Qt::red));
-
-    line->setSelected(false);
-    QCOMPARE(line->zValue(), 1.0);
-    QVERIFY(!isMarked(left));
-    QVERIFY(!isMarked(right));
-    QCOMPARE(changed.size(), 2);
-
-    line->setSelected(true);
-    sheet->removeItem(line);
-    QVERIFY(!isMarked(left));
-    QVERIFY(!isMarked(right));
-    sheet->addItem(line);
-    QVERIFY(isMarked(left));
-}
-
-void TestLine::handles_data()
-{
-    QTest::addColumn<bool>("connected");
-    QTest::addColumn<bool>("selected");
-    QTest::addColumn<int>("arrowStyle");
-    QTest::addColumn<bool>("startHandle");
-    QTest::addColumn<bool>("endHandle");
-
-    QTest::newRow("free") << false << false << 0 << true << true;
-    QTest::newRow("connected") << true << false << 0 << false << false;
-    QTest::newRow("connected and selected") << true << true << 0 << true << true;
-    QTest::newRow("an arrow hides the end's") << false << true << 1 << true << false;
-}
-
-void TestLine::handles()
-{
-    QFETCH(bool, connected);
-    QFETCH(bool, selected);
-    QFETCH(int, arrowStyle);
-    QFETCH(bool, startHandle);
-    QFETCH(bool, endHandle);
-
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230), ConnectorTool, arrowStyle);
-    if (connected) {
-        line->setStartConnection({left, Sticky::RightSide});
-        line->setEndConnection({right, Sticky::LeftSide});
-    }
-    line->setSelected(selected);
-    QCOMPARE(line->shape().contains(QPointF(178, 128)), startHandle);
-    QCOMPARE(line->shape().contains(QPointF(402, 232)), endHandle);
-}
-
-void TestLine::outlineFollowsTheRoute()
-{
-    Line *line = addLine(QPointF(180, 130), QPointF(400, 230));
-    line->setStartConnection({left, Sticky::RightSide});
-    line->setEndConnection({right, Sticky::LeftSide});
-    line->setBorderLineWidth(6);
-    QCOMPARE(line->boundingRect(), QRectF(180, 130, 220, 100).adjusted(-3, -3, 3, 3));
-    QVERIFY(line->shape().intersects(QRectF(288, 170, 4, 4)));
-    QVERIFY(!line->shape().intersects(QRectF(200, 200, 80, 40))); // beneath the route
-    QVERIFY(!line->shape().intersects(QRectF(300, 140, 80, 60))); // above it
-}
-
-void TestLine::arrowHead()
-{
-    Line *line = addLine(QPointF(100, 400), QPointF(300, 400), ArrowTool);
-    const QPointF inHead(292, 397);
-    QVERIFY(!line->shape().contains(inHead));
-    line->setArrowStyle(Line::ArrowAtEnd);
-    QVERIFY(line->shape().contains(inHead));
-    QCOMPARE(line->getCanvasItemInfo().arrowStyle, 1);
-    QCOMPARE(colorAt(sheet.get(), inHead), QColor(Qt::black));
-
-    line->setEndPoint(QPointF(100, 400));
-    QCOMPARE(line->getPoints(), QPolygonF() << QPointF(100, 400) << QPointF(100, 400));
-    QVERIFY(line->shape().boundingRect().width() <= 6);
-}
-
-void TestLine::grabs_data()
-{
-    QTest::addColumn<int>("arrowStyle");
-    QTest::addColumn<QPointF>("press");
-    QTest::addColumn<QPointF>("start");
-    QTest::addColumn<QPointF>("end");
-
-    const QPointF start(100, 400);
-    const QPointF end(300, 400);
-    const QPointF target(220, 500);
-    QTest::newRow("start handle") << 0 << start + QPointF(-3, 3) << target << end;
-    QTest::newRow("beside the start handle") << 0 << start + QPointF(4, 0) << start << end;
-    QTest::newRow("end handle") << 0 << end + QPointF(3, -3) << start << target;
-    QTest::newRow("beside the end handle") << 0 << end - QPointF(4, 0) << start << end;
-    QTest::newRow("the middle") << 0 << QPointF(200, 400) << start << end;
-    QTest::newRow("18 from an arrow's tip") << 1 << end + QPointF(-10, 8) << start << target;
-    QTest::newRow("19 from an arrow's tip") << 1 << end + QPointF(-10, 9) << start << end;
-    QTest::newRow("an arrow's start") << 1 << start + QPointF(4, 0) << start << end;
-}
-
-void TestLine::grabs()
-{
-    QFETCH(int, arrowStyle);
-    QFETCH(QPointF, press);
-    QFETCH(QPointF, start);
-    QFETCH(QPointF, end);
-
-    Line *line = addLine(QPointF(100, 400), QPointF(300, 400), ArrowTool, arrowStyle);
-    sendToLine(line, QEvent::GraphicsSceneMousePress, press);
-    sendToLine(line, QEvent::GraphicsSceneMouseMove, QPointF(220, 500));
-    sendToLine(line, QEvent::GraphicsSceneMouseRelease, QPointF(220, 500));
-    QCOMPARE(line->getPoints().first(), start);
-    QCOMPARE(line->getPoints().last(), end);
-
-    // Released, it follows the mouse no more.
-    sendToLine(line, QEvent::GraphicsSceneMouseMove, QPointF(600, 600));
-    QCOMPARE(line->getPoints().first(), start);
-    QCOMPARE(line->getPoints().last(), end);
-}
-
-void TestLine::otherButtonsGrabNothing()
-{
-    Line *line = addLine(QPointF(100, 400), QPointF(300, 400));
-    sendToLine(line, QEvent::GraphicsSceneMousePress, QPointF(100, 400), Qt::RightButton);
-    sendToLine(line, QEvent::GraphicsSceneMouseMove, QPointF(220, 500), Qt::RightButton);
-    QCOMPARE(line->getPoints().first(), QPointF(100, 400));
-}
-
-void TestLine::contextMenuSelects()
-{
-    Line *line = addLine(QPointF(100, 400), QPointF(300, 400));
-    host->lineMenu.addAction("Properties");
-    const DialogAnswer answer([this](QWidget *widget) {
-        if (widget != &host->lineMenu)
-            return false;
-        widget->close();
-        return true;
-    });
-    QGraphicsSceneContextMenuEvent event(QEvent::GraphicsSceneContextMenu);
-    event.setAccepted(false);
-    sheet->sendEvent(line, &event);
-    QVERIFY(answer.wasAsked());
-    QVERIFY(line->isSelected());
-    QVERIFY(event.isAccepted());
-}
-
-void TestLine::colors()
-{
-    Line *line = addLine(QPointF(100, 400), QPointF(300, 400), ArrowTool);
-    line->setBorderLineWidth(4);
-    const QPointF middle(200, 400);
-    QCOMPARE(colorAt(sheet.get(), middle), QColor(Qt::black));
-    line->setCustomBackgroundColor(Qt::blue);
-    QCOMPARE(colorAt(sheet.get(), middle), QColor(Qt::blue));
-    line->setSelected(true);
-    QCOMPARE(colorAt(sheet.get(), middle), QColor(Qt::red));
-    line->setSelected(false);
-    line->setCustomBackgroundColor(QColor());
-    QCOMPARE(colorAt(sheet.get(), middle), QColor(Qt::black));
-
-    line->setLineStyle(Qt::NoPen);
-    QCOMPARE(colorAt(sheet.get(), middle), QColor(Qt::white));
-    QCOMPARE(colorAt(sheet.get(), QPointF(100, 400)), QColor(Qt::black)); // the handle
-}
-
-void TestLine::strangeNumbersOfAFile()
-{
-    CanvasItemInfo info;
-    info.type = ConnectorTool;
-    info.startPoint = QPointF(100, 400);
-    info.endPoint = QPointF(300, 400);
-    info.lineStyle = 999;
-    info.arrowStyle = -7;
-    auto *line = new Line(sheet.get(), info);
-    sheet->addItem(line);
-    QCOMPARE(line->getLineStyle(), Qt::SolidLine);
-    QCOMPARE(line->getArrowStyle(), Line::NoArrows);
-    QCOMPARE(line->getCanvasItemInfo().lineStyle, 999);
-    QCOMPARE(colorAt(sheet.get(), QPointF(200, 400)), QColor(Qt::black));
-}
 
 EXAMINER_TEST_MAIN(TestLine)
 #include "testline.moc"
