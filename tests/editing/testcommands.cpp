@@ -62,7 +62,8 @@ private slots:
         check(moveNotes(1, {40, -20}), "move 1 item", "at 40,-11 ", 1);
         check(moveNotes(3, {-20, 0}), "move 3 items", "size 120,80", 3);
         check(moveNotes(1, {}, {20, -20}), "resize item", "size 140,60", 1);
-        check(moveNotes(1, {-20, 20}, {20, -20}), "move 1 item", "at -20,29 to 120,89 size 140,60", 1);
+        check(moveNotes(1, {-20, 20}, {20, -20}), "move 1 item", "at -20,29 to 120,89 size 140,60",
+              1);
         lines[0]->setStartPoint({9, 9});
         check(new LineEndCommand(lines[0], {{100, 400}, {100, 400}, {}, {}}), "move line end",
               "at 9,9", 1);

@@ -140,8 +140,8 @@ private slots:
         }
         sheet->press(QPointF(100, 400));
         sheet->scene.deleteSelectedItems();
-        sheet->move(QPointF(103, 403));
-        sheet->release(QPointF(103, 403));
+        sheet->move(QPointF(203, 403));
+        sheet->release(QPointF(203, 403));
         QCOMPARE(sheet->getStack()->undoText(), QString("delete 1 item"));
         sheet->getStack()->undo();
         QCOMPARE(sheet->scene.getProjectItems().size(), 3);

@@ -182,6 +182,7 @@ private slots:
             QCOMPARE(note->getSiblings().join('+').remove("causalFactor_text_"), fields);
             QCOMPARE(second->getSiblings().join('+'), QString("causalFactor_text_%1").arg(other));
             QCOMPARE(sheet->program.changedFactors.size(), news);
+            QCOMPARE(sheet->getStack()->isClean(), news == 0); // whatever is undone
             sheet->program.changedFactors.clear();
             sheet->scene.clear();
         }
@@ -307,6 +308,7 @@ private slots:
     {
         sheet->addNote(QRectF(100, 200, 120, 80));
         sheet->addLine(QPointF(100, 400), QPointF(200, 400));
+        sheet->scene.deleteSelectedItems();
         for (int steps : {0, 5}) {
             sheet->scene.setSelectedNotesAlignment(Qt::AlignRight);
             sheet->scene.setSelectedNotesProperty(Sticky::PROPERTY_NOT_RELEVANT, true);
