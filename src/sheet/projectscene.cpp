@@ -165,8 +165,10 @@ void ProjectScene::deleteItems()
     canvasCheckTimer.stop();
     newLine = nullptr;
     editingNote = nullptr;
-    if (undoStack)
-        undoStack->clear(); // its steps hold raw pointers
+    if (undoStack) {
+        undoStack->clear();    // its steps hold raw pointers
+        undoStack->setClean(); // a stack without steps may bear a new number's mark
+    }
     resizeFooters(0, 0);
     // What was deleted or undone stands on no sheet, so nobody else would free it.
     const QSet<ProjectItem *> known = ownedItems;

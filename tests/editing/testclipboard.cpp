@@ -126,9 +126,10 @@ private slots:
         QCOMPARE(picture.pixelColor(12, 12), QColor(Qt::yellow));
         for (int x = 0; x < picture.width(); ++x)
             QVERIFY(picture.pixelColor(x, 2) != QColor(Qt::red)); // the border of a selected note
-        end->setPos(90000, 60000);                                // no pixmap could hold both
+        end->setPos(90000, 60000);                                // together they take 20 GB
         copy({start, end});
-        QVERIFY(!QApplication::clipboard()->pixmap().isNull());
+        const int width = QApplication::clipboard()->pixmap().width();
+        QVERIFY(width > 1000 && width < 32000);
     }
 
 private:
