@@ -367,13 +367,19 @@ function removeTitleImage() {
 
 // ---- Paper
 
-let scrolledTo = 0;
+let scrolledTo = null; // where the page stood before it was laid out for paper
 
 function onPrintLayout(media) {
-    if (media.matches)
+    if (!media.matches)
+        setTimeout(scrollBack, 0);
+    else if (scrolledTo === null)
         scrolledTo = window.pageYOffset;
-    else
-        setTimeout(() => window.scrollTo(0, scrolledTo), 0);
+}
+
+function scrollBack() {
+    if (scrolledTo !== null)
+        window.scrollTo(0, scrolledTo);
+    scrolledTo = null;
 }
 
 document.addEventListener("DOMContentLoaded", () => {

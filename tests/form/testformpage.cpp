@@ -143,6 +143,7 @@ private slots:
         printer.setOutputFileName(folder.filePath("form.pdf"));
         form->run("window.scrollTo(0, 900)");
         form->web->page()->mainFrame()->print(&printer);
+        form->web->page()->mainFrame()->print(&printer); // once to count, once on paper
         QCOMPARE(form->run("window.onPaper").toString(), QString("none,block,101,none"));
         QVERIFY(printer.getPageCount() > 1);
         QTRY_COMPARE(form->run("window.pageYOffset").toInt(), 900);
