@@ -25,12 +25,13 @@ bool mayReplace(QWidget *parent, const QString &caption, const QString &name)
 QString askSaveName(QWidget *parent, const QString &caption, const QString &folder,
                     const QString &filter, const QString &ending, Qt::CaseSensitivity sensitivity)
 {
-    for (;;) {
-        const QString name = QFileDialog::getSaveFileName(parent, caption, folder, filter);
+    for (QString start = folder;;) {
+        const QString name = QFileDialog::getSaveFileName(parent, caption, start, filter);
         if (name.isEmpty() || name.endsWith(ending, sensitivity))
             return name;
         if (mayReplace(parent, caption, name + ending))
             return name + ending;
+        start = name;
     }
 }
 

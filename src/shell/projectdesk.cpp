@@ -50,8 +50,6 @@ void ProjectDesk::setProject(ProjectFile *file, SheetBook *sheets, FormView *for
     // Queued: nothing may run within the opening.
     connect(file, &ProjectFile::openedAsCopy, this, &ProjectDesk::tellOfCopy, Qt::QueuedConnection);
     connect(file, &ProjectFile::dirtyChanged, this, &ProjectDesk::onDirtyChanged);
-    connect(file, &ProjectFile::openedAsCopy, this, &ProjectDesk::onOpenedAsCopy,
-            Qt::QueuedConnection);
     connect(form, &FormView::formChanged, this, &ProjectDesk::onFormChanged);
 }
 
@@ -168,14 +166,6 @@ void ProjectDesk::onProjectOpened(bool addToRecentFiles)
     }
     setTitleFor(projectFile->getOpenFilename());
     book->getMainSheet()->setPageSize(PageInfo().getPrintableArea().size());
-}
-
-void ProjectDesk::onOpenedAsCopy()
-{
-    QMessageBox::information(window, "Opened as a copy",
-                             "This file is of an older version and can't be written.\n"
-                             "Its contents were opened; save them under another name.",
-                             QMessageBox::Ok);
 }
 
 void ProjectDesk::openWaitingProject()

@@ -80,7 +80,6 @@ private:
     /// What was asked for while a file was opened or saved.
     void openWaitingProject();
     void setTitleFor(const QString &path);
-    void onOpenedAsCopy();
     /// Null when the user cancelled.
     QString askNewName();
     void storeAutoSave(const QString &name);
