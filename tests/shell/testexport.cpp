@@ -77,20 +77,6 @@ private slots:
         QCOMPARE(files(), QStringList("x.png.pdf")); // a metafile exists in name only
     }
 
-    void endingThatMakesAnotherNameAsks()
-    {
-        QFile former(path("x.pdf"));
-        QVERIFY(former.open(QIODevice::WriteOnly) && former.write("former") > 0);
-        former.close();
-        DialogAnswer first(fileChoice(path("x")));
-        BoxAnswer refused(QMessageBox::No);
-        DialogAnswer second(
-            [&](QWidget *widget) { return refused.wasAsked() && fileChoice(QString())(widget); });
-        tw->window.onExportClicked(false, ExportDialog::PDF);
-        QVERIFY(first.wasAsked() && refused.wasAsked() && second.wasAsked());
-        QCOMPARE(read("x.pdf"), QByteArray("former"));
-    }
-
     void areas()
     {
         const QSize page = tw->chart()->getPageSize();
@@ -109,8 +95,6 @@ private slots:
             QCOMPARE(QImageReader(path(row.area) + ".png").size(), row.size);
             QVERIFY(tw->chart()->selectedItems().isEmpty());
         }
-        exportThroughDialog("PNG Image", "Selected Items", "none");
-        QVERIFY(!QFile::exists(path("none.png")));
     }
 
     void currentPageIsThatOfTheMainView()
