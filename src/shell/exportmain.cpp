@@ -9,14 +9,16 @@
 #include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QThread>
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <string>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 namespace
 {
@@ -24,7 +26,6 @@ namespace
 constexpr int Failure = 1;
 constexpr int WrongUse = 2;
 constexpr int SignalStatus = 128; // and the number of the signal that ended the process
-constexpr int MostAttempts = 20;
 
 struct Request {
     QString project;
@@ -56,39 +57,48 @@ QString getLogoPath()
 
 /// Settings and data folder of this process alone, with the user's settings and logo, so that
 /// paper, margins and report are those of the program. False if there is no room for them.
-bool moveIntoPrivateHome(const QTemporaryDir &home)
+bool moveIntoPrivateHome(const QDir &home)
 {
     const QString settings = QSettings().fileName();
     const QString logo = getLogoPath();
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, home.path());
     qputenv("XDG_DATA_HOME", QFile::encodeName(home.filePath("data")));
-    return home.isValid() && copyIfThere(settings, QSettings().fileName()) &&
-           copyIfThere(logo, getLogoPath());
+    return copyIfThere(settings, QSettings().fileName()) && copyIfThere(logo, getLogoPath());
 }
 
-/// Blocks the signals that end a process, for all threads to come.
-sigset_t blockEndingSignals()
+sigset_t getEndingSignals()
 {
     sigset_t ending;
     sigemptyset(&ending);
     for (int signal : {SIGTERM, SIGINT, SIGHUP})
         sigaddset(&ending, signal);
-    pthread_sigmask(SIG_BLOCK, &ending, nullptr);
     return ending;
 }
 
-/// One of the blocked signals ends the process after what it leaves on the disk is removed.
-void cleanUpOn(const sigset_t &ending, const QString &home)
+/// In the child: one of the signals, which are blocked, ends it.
+void endOn(const sigset_t &ending)
 {
-    std::thread([ending, home] {
+    std::thread([ending] {
         int signal = 0;
         sigwait(&ending, &signal);
         abandonReplacement();
-        // The work goes on meanwhile, and may put something into a folder that is being emptied.
-        for (int i = 0; i < MostAttempts && !QDir(home).removeRecursively(); ++i)
-            QThread::msleep(10);
         std::_Exit(SignalStatus + signal);
     }).detach();
+}
+
+/// Passes the signals on to the child. Returns its exit status.
+int waitFor(pid_t child, const sigset_t &ending)
+{
+    sigset_t awaited = ending;
+    sigaddset(&awaited, SIGCHLD);
+    for (;;) {
+        int signal = 0, status = 0;
+        sigwait(&awaited, &signal);
+        if (signal != SIGCHLD)
+            kill(child, signal);
+        else if (waitpid(child, &status, WNOHANG) == child)
+            return WIFEXITED(status) ? WEXITSTATUS(status) : SignalStatus + WTERMSIG(status);
+    }
 }
 
 bool isSameFile(const QString &path, const QString &other)
@@ -122,7 +132,7 @@ QString read(const QCommandLineParser &parser, Request &request)
 }
 
 /// An empty text after success.
-QString run(const Request &request, const QTemporaryDir &home)
+QString run(const Request &request, const QDir &home)
 {
     if (!QFileInfo(request.project).isFile())
         return "There is no project " + request.project + ".";
@@ -148,7 +158,7 @@ QString run(const Request &request, const QTemporaryDir &home)
     return written ? QString() : exporter.getError();
 }
 
-int execute(const QCoreApplication &application, const QTemporaryDir &home)
+int execute(const QCoreApplication &application, const QDir &home)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription("Writes a project of TRAC/Ex Examiner to a PDF document (all "
@@ -186,23 +196,43 @@ int execute(const QCoreApplication &application, const QTemporaryDir &home)
 
 void ignoreMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 
-} // namespace
-
-int main(int argc, char **argv)
+int work(int argc, char **argv, const sigset_t &ending, const char *homePath)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler(ignoreMessage);
     std::signal(SIGXFSZ, SIG_IGN); // writing beyond a limit then fails as on a full disk
-    const sigset_t ending = blockEndingSignals();
     Application application(argc, argv);
-    QTemporaryDir home;
-    cleanUpOn(ending, home.path());
+    endOn(ending);
+    const QDir home(QFile::decodeName(homePath));
     int status = Failure;
     if (moveIntoPrivateHome(home))
         status = execute(application, home);
     else
-        complain("The folder for temporary files, " + QDir::tempPath() + ", takes no more.");
-    home.remove();
+        complain("Nothing can be written to " + home.path() + ".");
     std::fflush(nullptr);
     std::_Exit(status);
+}
+
+} // namespace
+
+/// The work is done by a child, so that it can be stopped anywhere, and that its private home is
+/// removed when nothing comes into it any more.
+int main(int argc, char **argv)
+{
+    std::error_code ignored;
+    std::string home = std::filesystem::temp_directory_path(ignored) / "examiner-export-XXXXXX";
+    if (!mkdtemp(&home[0])) {
+        complain("Nothing can be written to the folder for temporary files.");
+        return Failure;
+    }
+    const sigset_t ending = getEndingSignals();
+    sigset_t blocked = ending;
+    sigaddset(&blocked, SIGCHLD);
+    pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
+    const pid_t child = fork();
+    if (child == 0)
+        return work(argc, argv, ending, home.c_str());
+    const int status = child < 0 ? Failure : waitFor(child, ending);
+    std::filesystem::remove_all(home, ignored);
+    return status;
 }

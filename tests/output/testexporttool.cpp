@@ -138,7 +138,7 @@ private slots:
         QProcess process;
         process.setWorkingDirectory(folder->path());
         process.start(getTool(), {"a plant.epf", "x.png"});
-        QTRY_VERIFY(!QDir(path("temporary")).entryList({"Examiner-*"}).isEmpty());
+        QTRY_VERIFY(!QDir(path("temporary")).entryList({"examiner-*"}).isEmpty());
         process.terminate();
         QVERIFY(process.waitForFinished());
         QFile::remove(path("x.png")); // if it was quicker
