@@ -125,6 +125,7 @@ Sticky *ProjectScene::makeNote(CanvasItemInfo &info)
             &ProjectScene::onRequestCausalFactorNumberChange);
     connect(note, &Sticky::editingStarted, this, &ProjectScene::onEditingStarted);
     connect(note, &Sticky::textEdited, this, &ProjectScene::onStickyTextEdited);
+    connect(note, &Sticky::textTouched, this, &ProjectScene::markDirty);
     return note;
 }
 

@@ -237,7 +237,9 @@ private slots:
         QVERIFY(sheet->scene.handleEditingCommand(&undo));
         QVERIFY(!sheet->scene.handleEditingCommand(&save));
 
+        QVERIFY(sheet->getStack()->isClean());
         QTest::keyClicks(sheet->view.viewport(), "ran dry");
+        QVERIFY(!sheet->getStack()->isClean());
         sheet->pressKey(Qt::Key_Left);
         QCOMPARE(note->pos(), QPointF(100, 200));
         emit other->editingStarted(other); // one edits at a time
