@@ -394,7 +394,6 @@ document.addEventListener("DOMContentLoaded", () => {
     window.addEventListener("blur", onWindowBlur);
     window.addEventListener("focus", onWindowFocus);
     window.addEventListener("scroll", onScroll);
-    window.addEventListener("load", () => setTimeout(() => window.scrollTo(0, 0), 0));
     document.addEventListener("keyup", keepOffBar);
     matchMedia("print").addListener(onPrintLayout);
     byId("titleImageRemove").addEventListener("click", removeTitleImage);

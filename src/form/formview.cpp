@@ -85,6 +85,7 @@ void FormView::clearForm()
     formData.clear();
     titleImage = FormValue();
     pageStands = false;
+    webView->page()->mainFrame()->setScrollPosition(QPoint()); // a reload goes back to where it was
     webView->page()->QWebPage::triggerAction(QWebPage::Reload); // ours refuses to
 }
 
