@@ -40,8 +40,11 @@ bool ProjectFile::save(const QString &filename, const QList<ProjectItem *> &item
     const bool isAutoSave = isAutoSaveName(filename);
     const QString autoSaveName = getAutoSaveNameForOpenFile();
     const QString target = isAutoSave ? autoSaveName : filename;
-    if (!(this->*write)(target, items, formValues))
+    if (!(this->*write)(target, items, formValues)) {
+        if (isAutoSave && QFileInfo(target).size() == 0)
+            QFile::remove(target); // nothing to offer after a crash
         return false;
+    }
     keptCopies.noteWritten(target);
 
     if (isAutoSave)

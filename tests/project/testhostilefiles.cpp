@@ -63,17 +63,14 @@ private slots:
             {false,
              {"DROP TABLE formdata", "CREATE VIEW formData AS WITH RECURSIVE n(id) AS (SELECT 1 "
                                      "UNION ALL SELECT id+1 FROM n) SELECT * FROM n"}},
-            {false, {"DROP TABLE properties", "CREATE VIEW properties AS SELECT 1 AS guid"}},
             {false, {"DROP TABLE connections", "CREATE VIRTUAL TABLE connections USING fts3(a)"}},
             {false, {"ALTER TABLE items ADD COLUMN more TEXT AS (hex(zeroblob(1000000)))"}},
             {false, {"DROP TABLE items", create + ", more TEXT AS (upper(guid)) STORED)"}},
             {false, {"CREATE TRIGGER t AFTER INSERT ON properties BEGIN DELETE FROM items; END"}},
-            {false, {"CREATE TRIGGER t AFTER UPDATE ON ITEMS BEGIN DELETE FROM items; END"}},
             {false, {"DROP TABLE items", create + ", PRIMARY KEY (guid)) WITHOUT ROWID"}},
             {false, {"ALTER TABLE items ADD COLUMN RowId TEXT"}},
             {false, {"DROP TABLE items", "ALTER TABLE properties RENAME COLUMN guid TO a"}},
             {true, {"CREATE INDEX i ON items(guid)"}},
-            {true, {"ALTER TABLE items ADD COLUMN more TEXT DEFAULT 'x'"}},
             {true, {"CREATE TABLE notes (text TEXT)", "CREATE VIEW v AS SELECT * FROM items"}},
             {true, {"ALTER TABLE items RENAME TO i", "ALTER TABLE i RENAME TO ITEMS"}},
         };
@@ -135,19 +132,14 @@ private slots:
             "INSERT INTO items VALUES('{2}',8,'Event',-9e18,9e18,'nan','inf',0,0,0,NULL)",
             "INSERT INTO items VALUES('{3}',99999999999,X'00ff',X'00',X'00',X'00',X'00',X'00',"
             "X'00',X'00',X'00')",
-            "INSERT INTO items VALUES(X'00ff41',3,NULL,0,0,9,9,X'ff00fe','',NULL,X'41')",
             "INSERT INTO items VALUES('{4}',3,'Event',0,0,9,9,'','Arial,1e9',NULL,'{4}')",
-            "INSERT INTO properties VALUES('{1}','causalFactorNumber','-2147483648')",
             "INSERT INTO properties VALUES('{2}','lineStyle','-7')",
-            "INSERT INTO properties VALUES('{2}','arrowStyle','12345678')",
             "INSERT INTO properties VALUES('{1}','sibling','{1},{1},,{2}')",
             "INSERT INTO properties VALUES('{1}','font','Arial,inf,-1,5,50,0,0,0,0,0')",
             "INSERT INTO connections VALUES('{2}','{1}','{1}',-5,2147483647)",
-            "INSERT INTO connections VALUES('{l}','{1}','{1}',9e18,'x')",
             "INSERT INTO formdata VALUES(NULL,NULL,X'ffd8ffe0')",
         }));
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         QCoreApplication::processEvents();
         for (const CanvasItemInfo &info : project.records) {
             QVERIFY(info.font.pointSizeF() < 1001);

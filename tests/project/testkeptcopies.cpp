@@ -2,6 +2,9 @@
 #include "testing/rows.h"
 #include "testing/testmain.h"
 
+#include <csignal>
+#include <sys/resource.h>
+
 /// What lies among the kept copies after files were replaced, and that nothing goes without it.
 class TestKeptCopies : public QObject
 {
@@ -52,32 +55,17 @@ private slots:
         writeBytes(path, "theirs");
         QVERIFY(copies.keepCopy(path));
         QCOMPARE(readBytes(getKeptPath(" a.epf")), QByteArray("theirs"));
+        const QString odd = folder->filePath(QString(60, 'x') + "\n\u6a4b.epf.autosave");
+        writeBytes(odd, "odd");
+        QVERIFY(copies.keepCopy(odd) && QFile::remove(odd));
+        QVERIFY(getKept().last().endsWith("x_\u6a4b.epf.autosave.epf"));
         writeBytes(path, "ours!!");
         copies.noteWritten(path);
         QVERIFY(copies.keepCopy(path));
-        QCOMPARE(getKept().size(), 1);
+        QCOMPARE(getKept().size(), 2);
         writeBytes(path, "again theirs");
         QVERIFY(copies.keepCopy(path));
-        QCOMPARE(getKept().size(), 2);
-    }
-
-    void namesOpenAsProjects()
-    {
-        const struct {
-            QString name;
-            QString ending;
-        } rows[] = {
-            {"bridge.epf", " bridge.epf"},
-            {"bridge.epf.autosave", " bridge.epf.autosave.epf"},
-            {QString("br\u00fccke\n\u6a4b"), QString(" br\u00fccke_\u6a4b.epf")},
-            {QString(240, 'x') + ".epf", " " + QString(56, 'x') + ".epf"},
-        };
-        for (const auto &row : rows) {
-            const Row in(qPrintable(row.ending));
-            writeBytes(folder->filePath(row.name), "content");
-            QVERIFY(KeptCopies(kept).keepCopy(folder->filePath(row.name)));
-            QVERIFY(getKept().last().endsWith(row.ending));
-        }
+        QCOMPARE(getKept().size(), 3);
     }
 
     void theNewestStay()
@@ -122,8 +110,7 @@ private slots:
     {
         const QString path = makeFile(folder->filePath("project.epf"));
         const QByteArray before = readBytes(path);
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         QVERIFY(getKept().isEmpty());
         QVERIFY(project.save(path));
         QVERIFY(project.save(path));
@@ -162,10 +149,7 @@ private slots:
     void foreignAutoSavesAreKept()
     {
         const QString path = makeDataFolder() + "/untitled.autosave";
-        const auto restore = [path] {
-            TestProject project;
-            QVERIFY(project.open(path));
-        };
+        const auto restore = [path] { TestProject project(path); };
         const auto discard = [] { TestProject().file.discardAutoSaveFile(); };
         const auto saveBeside = [this] {
             TestProject project;
@@ -216,11 +200,27 @@ private slots:
         QCOMPARE(readBytes(target), QByteArray("precious"));
     }
 
+    void nothingGoesWhereThereIsNoRoom()
+    {
+        const QString path = makeFile(folder->filePath("a.epf"));
+        const QByteArray before = readBytes(path);
+        TestProject project;
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit none = {0, RLIM_INFINITY};
+        const rlimit any = {RLIM_INFINITY, RLIM_INFINITY};
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &none), 0);
+        QVERIFY(!project.saveNew(path));
+        QVERIFY(!project.save(project.file.getAutoSaveNameForOpenFile()));
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &any), 0);
+        QCOMPARE(readBytes(path), before);
+        QVERIFY(!QFile::exists(project.file.getAutoSaveNameForOpenFile()));
+        QVERIFY(project.saveNew(path));
+    }
+
     void snapshots()
     {
         const QString path = makeFile(folder->filePath("bridge.epf"));
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         const QByteArray before = readBytes(path);
         project.file.setDirty();
         project.find("{e}")->setPos(5, 6);
@@ -235,8 +235,7 @@ private slots:
         QCOMPARE(getMode(snapshot), QString("6000"));
         QVERIFY(project.file.isDirty() && !project.file.hasChangedOnDisk());
         QCOMPARE(readBytes(path), before);
-        TestProject reopened;
-        QVERIFY(reopened.open(snapshot));
+        TestProject reopened(snapshot);
         QCOMPARE(reopened.find("{e}")->pos(), QPointF(5, 6));
         QCOMPARE(reopened.formValues.size(), 2);
     }

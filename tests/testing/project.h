@@ -25,6 +25,9 @@ public:
                 [this](const FormValues &values) { formValues = values; });
     }
 
+    /// Opens the file.
+    explicit TestProject(const QString &path) : TestProject() { QVERIFY(open(path)); }
+
     bool open(const QString &path) { return file.openFile(path); }
     bool save(const QString &path) { return file.saveFile(path, items, formValues); }
     bool saveNew(const QString &path) { return file.saveNewFile(path, items, formValues); }
