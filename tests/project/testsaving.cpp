@@ -110,8 +110,8 @@ private slots:
         project.formValues.insert("titleImageFile", {"a.png", info.image.toImage()});
         QVERIFY(project.save(path));
         TestProject reopened(path);
-        QCOMPARE(reopened.getRecord("{p}").image.size(), QSize(20, 10));
         QCOMPARE(reopened.formValues.value("titleImageFile").image.size(), QSize(20, 10));
+        QCOMPARE(reopened.getRecord("{p}").image.size(), QSize(20, 10));
 
         runSql(path, {"UPDATE items SET image=X'00', type=3"});
         QVERIFY(project.save(path));

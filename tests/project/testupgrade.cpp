@@ -70,10 +70,6 @@ private slots:
              {"causalFactor_guid_1|{a}", "causalFactor_guid_2|{b}", "causalFactor_text_1|brake",
               "causalFactor_text_2|switch", "lossOfControl|tilt"},
              {"{1}|causalFactor_text_2,causalFactor_text_2", "{b}|causalFactor_text_2"}},
-            {"two factors without a number, no loss of control",
-             {noteRow("{a}", "Causal_Factor", "brake"), noteRow("{b}", "Causal_Factor", "switch")},
-             {"causalFactor_guid_0|{b}", "causalFactor_text_0|switch"},
-             {"|"}},
         };
         for (const auto &row : rows) {
             const Row in(row.name);

@@ -1,14 +1,11 @@
 #include "support/updatechecker.h"
-#include "support/updatecheckerdialog.h"
 #include "testing/rows.h"
 #include "testing/testmain.h"
 
 #include <QAction>
 #include <QDesktopServices>
-#include <QLabel>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QSignalSpy>
 
 class TestUpdateChecker : public QObject
 {
@@ -79,20 +76,6 @@ private slots:
         checker.getAction()->trigger();
         QCoreApplication::processEvents();
         QCOMPARE(opened.size(), 1);
-    }
-
-    void dialogShowsTheResult()
-    {
-        UpdateCheckerDialog dialog;
-        QSignalSpy clicked(&dialog, &UpdateCheckerDialog::downloadClicked);
-        auto *label = dialog.findChild<QLabel *>("textLabel");
-        dialog.show();
-        dialog.onUpdateError("broken");
-        QVERIFY(label->text().endsWith("broken"));
-        QTRY_VERIFY(label->height() >= label->heightForWidth(label->width()));
-        dialog.onUpdateAvailable();
-        emit label->linkActivated("updatesite");
-        QCOMPARE(clicked.count(), 1);
     }
 };
 
