@@ -221,7 +221,7 @@ int main(int argc, char **argv)
 {
     std::error_code ignored;
     std::string home = std::filesystem::temp_directory_path(ignored) / "examiner-export-XXXXXX";
-    if (!mkdtemp(&home[0])) {
+    if (ignored || !mkdtemp(&home[0])) {
         complain("Nothing can be written to the folder for temporary files.");
         return Failure;
     }
