@@ -42,18 +42,6 @@ private slots:
         }
     }
 
-    void otherFieldsStay()
-    {
-        QDomDocument document =
-            makeDocument("<w:p>" + makeField("unknown") +
-                         "<w:r><w:instrText> PAGE </w:instrText></w:r><w:r><w:instrText/></w:r>"
-                         "<w:r><w:instrText>MACROBUTTON</w:instrText></w:r>"
-                         "<w:r><w:instrText>macrobutton known</w:instrText></w:r></w:p>");
-        const QString before = document.toString();
-        exporter.replaceFields(document, makeValues({{"known", "value"}}));
-        QCOMPARE(document.toString(), before);
-    }
-
     void rows()
     {
         const struct {
