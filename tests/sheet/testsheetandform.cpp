@@ -142,10 +142,10 @@ private slots:
             file.setDirty(false);
 
             main->getUndoStack()->undo();
+            QCOMPARE(book.getProjectItems().size(), pasted ? 2 : 3);
             QTRY_VERIFY(file.isDirty());
             QCOMPARE(kept.entryList(QDir::Files).size(), snapshots + 1);
             QCOMPARE(book.getAllSheets(), QList<ProjectScene *>{main});
-            QCOMPARE(book.getProjectItems().size(), pasted ? 2 : 3);
             QCOMPARE(form->view.getCausalFactorRow(1).join(QString()), QString());
             main->getUndoStack()->redo();
             QTRY_COMPARE(describeAll(), before);
