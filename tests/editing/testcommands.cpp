@@ -56,36 +56,28 @@ private slots:
     {
         using Property = ItemPropertyChangeCommand;
         const QList<ProjectItem *> items = {notes[0], notes[1], notes[2]};
+        // clang-format off
         check(new DeleteCommand(sheet.get(), {lines[0]}), "delete 1 item", "{line", 2);
-        check(new DeleteCommand(sheet.get(), {notes[0], lines[0], notes[1]}), "delete 3 items", "{",
-              3);
+        check(new DeleteCommand(sheet.get(), {notes[0], lines[0], notes[1]}), "delete 3 items", "{", 3);
         check(moveNotes(1, {40, -20}), "move 1 item", "at 40,-11 ", 1);
         check(moveNotes(3, {-20, 0}), "move 3 items", "size 120,80", 3);
         check(moveNotes(1, {}, {20, -20}), "resize item", "size 140,60", 1);
-        check(moveNotes(1, {-20, 20}, {20, -20}), "move 1 item", "at -20,29 to 120,89 size 140,60",
-              1);
+        check(moveNotes(1, {-20, 20}, {20, -20}), "move 1 item", "at -20,29 to 120,89 size 140,60", 1);
         lines[0]->setStartPoint({9, 9});
-        check(new LineEndCommand(lines[0], {{100, 400}, {100, 400}, {}, {}}), "move line end",
-              "at 9,9", 1);
-        check(new LineStyleChangeCommand(lines, Qt::DashDotLine), "change line style", "line 4 ",
-              3);
-        check(new ArrowStyleChangeCommand(lines, Line::ArrowAtEnd), "change arrow style",
-              "arrow 1 ", 3);
+        check(new LineEndCommand(lines[0], {{100, 400}, {100, 400}, {}, {}}), "move line end", "at 9,9", 1);
+        check(new LineStyleChangeCommand(lines, Qt::DashDotLine), "change line style", "line 4 ", 3);
+        check(new ArrowStyleChangeCommand(lines, Line::ArrowAtEnd), "change arrow style", "arrow 1 ", 3);
         check(new TextChangeCommand(notes[0], "old", "new"), "change text", "\"new\"", 1);
-        check(new TextAlignmentChangeCommand(notes, Qt::AlignBottom), "change text alignment",
-              "align 64 ", 3);
-        check(new RoleChangeCommand({notes[0]}, "Loss_Of_Control"),
-              "change role to Loss Of Control", "lossOfControl", 1);
-        check(new RoleChangeCommand(notes, "Starting_Event"), "change role to Starting Event",
-              "Starting_Event", 3);
+        check(new TextAlignmentChangeCommand(notes, Qt::AlignBottom), "change text alignment", "align 64 ", 3);
+        check(new RoleChangeCommand({notes[0]}, "Loss_Of_Control"), "change role to Loss Of Control", "lossOfControl", 1);
+        check(new RoleChangeCommand(notes, "Starting_Event"), "change role to Starting Event", "Starting_Event", 3);
         check(new RoleChangeCommand(notes, "Loss"), "change role to Loss", "size 120,120", 3);
         check(new Property(items, "customFont", QFont("Serif", 7)), "change font", "Serif,7", 3);
-        check(new Property(items, "textColor", QColor("lime")), "change text color", "text #00ff00",
-              3);
-        check(new Property(items, "customBackgroundColor", QColor("lime")),
-              "change background color", "fill #00ff00", 3);
+        check(new Property(items, "textColor", QColor("lime")), "change text color", "text #00ff00", 3);
+        check(new Property(items, "customBackgroundColor", QColor("lime")), "change background color", "fill #00ff00", 3);
         check(new Property(items, "borderLineWidth", 7), "change line thickness", "border 7", 3);
         check(new Property(items, "notRelevant", true), "change relevancy", "not relevant", 3);
+        // clang-format on
     }
 
     void addedItemComesAndGoes()

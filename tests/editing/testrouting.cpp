@@ -15,15 +15,10 @@ private slots:
         const auto top = Sticky::TopSide;
         const auto right = Sticky::RightSide;
         const auto bottom = Sticky::BottomSide;
-        const struct {
-            const char *name;
-            QPointF start;
-            Sticky::Side startSide;
-            QPointF end;
-            Sticky::Side endSide;
-            QVector<QPointF> between;
-        } rows[] = {
-            // clang-format off
+        const std::tuple<const char *, QPointF, Sticky::Side, QPointF, Sticky::Side,
+                         QVector<QPointF>>
+            rows[] = {
+                // clang-format off
             {"both ends at one point", {100, 100}, free, {100, 100}, free, {}},
             {"40 runs straight", {0, 0}, free, {20, 20}, free, {}},
             {"40 runs straight also between notes", {0, 0}, right, {40, 0}, left, {}},
@@ -60,16 +55,13 @@ private slots:
             {"both right, the end further right", {80, 30}, right, {280, 230}, right, {{100, 30}, {300, 30}, {300, 230}}},
             {"both right, the start further right", {280, 30}, right, {80, 230}, right, {{300, 30}, {300, 230}, {100, 230}}},
             {"a tie takes the corner beside the first stub", {80, 30}, right, {80, 230}, right, {{100, 30}, {100, 30}, {100, 230}}},
-            // clang-format on
-        };
-        for (const auto &row : rows) {
-            const Row in(row.name);
-            const QVector<QPointF> expected =
-                QVector<QPointF>{row.start} + row.between + QVector<QPointF>{row.end};
-            const RouteEnd start{row.start, row.startSide};
-            const RouteEnd end{row.end, row.endSide};
-            compare(routeLine(start, end, false), expected);
-            compare(routeLine(start, end, true), {row.start, row.end});
+                // clang-format on
+            };
+        for (const auto &[name, from, fromSide, to, toSide, between] : rows) {
+            const Row in(name);
+            compare(routeLine({from, fromSide}, {to, toSide}, false),
+                    QVector<QPointF>{from} + between + QVector<QPointF>{to});
+            compare(routeLine({from, fromSide}, {to, toSide}, true), {from, to});
         }
     }
 

@@ -70,10 +70,10 @@ struct Sheet {
         return qobject_cast<Sticky *>(add(info));
     }
 
-    Line *addLine(const QPointF &from, const QPointF &to)
+    Line *addLine(const QPointF &from, const QPointF &to, int type = ArrowTool)
     {
         CanvasItemInfo info;
-        info.type = ArrowTool;
+        info.type = type;
         info.startPoint = from;
         info.endPoint = to;
         return qobject_cast<Line *>(add(info));
