@@ -24,10 +24,10 @@ using ReportLayout::getKey;
 
 namespace
 {
-const int PROGRESS_STEPS = 7;
+constexpr int ProgressSteps = 7;
 /// A file may hold any number; a chart with more causal factors than this is no chart.
-const int MAX_ROWS = 999;
-const int MAX_PIECE = 1000;
+constexpr int MaxRows = 999;
+constexpr int MaxPiece = 1000;
 
 using Tags = QVector<QDomElement>;
 
@@ -52,7 +52,7 @@ QHash<QString, int> countRows(const FormValues &values)
             continue;
         const int number = id.number.toInt(); // 0 if it is none
         int &count = counts[id.prefix];
-        if (number <= MAX_ROWS)
+        if (number <= MaxRows)
             count = qMax(count, number);
     }
     return counts;
@@ -66,7 +66,7 @@ void addRowNumbers(FormValues &values)
     for (auto it = values.cbegin(); it != values.cend(); ++it) {
         const RowId id = splitRowId(it.key());
         const int number = id.number.toInt();
-        if (number > 0 && number <= MAX_ROWS)
+        if (number > 0 && number <= MaxRows)
             rows[id.prefix].insert(number);
     }
     for (auto row = rows.cbegin(); row != rows.cend(); ++row) {
@@ -114,7 +114,7 @@ QDomElement makeLine(QDomDocument &document, const QString &line)
     int start = 0;
     do {
         // Escaping a text moves its rest along at each mark, so long ones go in by pieces.
-        int end = qMin(start + MAX_PIECE, line.length());
+        int end = qMin(start + MaxPiece, line.length());
         if (end < line.length() && line.at(end).isLowSurrogate())
             ++end;
         element.appendChild(document.createTextNode(line.mid(start, end - start)));
@@ -195,7 +195,7 @@ QString WordXMLExport::getTemplatePath()
 
 bool WordXMLExport::saveData(const QString &path, const FormValues &values, QWidget *parent)
 {
-    QProgressDialog dialog("Exporting to Microsoft Word", QString(), 0, PROGRESS_STEPS, parent);
+    QProgressDialog dialog("Exporting to Microsoft Word", QString(), 0, ProgressSteps, parent);
     dialog.setCancelButton(nullptr);
     dialog.setMinimumDuration(0);
     dialog.setWindowModality(Qt::WindowModal);

@@ -19,7 +19,6 @@ class TestSheetAndForm : public QObject
     }
 
 private slots:
-    void initTestCase() { copyFormCollection(); }
 
     void init()
     {

@@ -10,11 +10,6 @@
 #include <QWebFrame>
 #include <QWebView>
 
-inline void copyFormCollection()
-{
-    copySupportFiles();
-}
-
 /// The real form on its real page.
 struct Form {
     Form()
