@@ -298,16 +298,16 @@ void ProjectScene::dropLine(Line *line)
 
 void ProjectScene::moveSelectedBoxes(const QPointF &step)
 {
-    QList<BoxItem *> boxes;
+    BoxGeometries before;
     for (BoxItem *box : getSelectedBoxes()) {
-        const QPointF place = box->pos() + step;
-        if (place.x() < 0 || place.y() < 0)
-            continue; // stops at the sheet's edge
-        box->setPos(place);
-        boxes.append(box);
+        const QRectF geometry = box->getGeometry();
+        const QPointF place = geometry.topLeft() + step;
+        box->setPos(qMax(place.x(), 0.0), qMax(place.y(), 0.0)); // as far as a drag goes
+        if (box->pos() != geometry.topLeft())
+            before.append({box, geometry});
     }
-    if (boxes.isEmpty())
+    if (before.isEmpty())
         return;
-    undoStack->push(new GeometryChangeCommand(boxes, step, QSizeF(0, 0)));
+    undoStack->push(new GeometryChangeCommand(before));
     checkCanvasSize();
 }

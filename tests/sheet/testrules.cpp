@@ -193,6 +193,7 @@ private slots:
             {"down", Qt::Key_Down, {100, 100}, {100, 120}, {300, 320}},
             {"at the left edge", Qt::Key_Left, {0, 100}, {0, 100}, {280, 300}},
             {"at the top edge", Qt::Key_Up, {100, 0}, {100, 0}, {300, 280}},
+            {"up to the edge", Qt::Key_Left, {7, 100}, {0, 100}, {280, 300}},
         };
         for (const auto &[name, key, from, to, moved] : rows) {
             const Row in(name);
