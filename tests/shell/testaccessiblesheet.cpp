@@ -55,16 +55,6 @@ private slots:
         QVERIFY(!ask(view.get())->child(6) && !ask(view.get())->child(-1));
     }
 
-    void factorSheetIsNamedByItsNumber()
-    {
-        ProjectScene scene(&sheet->program, &sheet->group, nullptr, nullptr, QSize(1000, 800),
-                           sheet->addFactor(7));
-        GraphWidget factorView(&scene, nullptr);
-        QCOMPARE(ask(&factorView)->text(QAccessible::Name), QString("Causal Factor 7"));
-        sheet->scene.clear();
-        QCOMPARE(ask(&factorView)->text(QAccessible::Name), QString("Causal Factor"));
-    }
-
     void noteIsFoundUnderAPoint()
     {
         Sticky *note = sheet->addNote(QRectF(100, 60, 120, 80));

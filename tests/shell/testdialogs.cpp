@@ -1,7 +1,6 @@
 #include "chart/imagepreviewdialog.h"
 #include "shell/introscreen.h"
 #include "shell/itempropertiesdialog.h"
-#include "shell/programsettings.h"
 #include "shell/settings.h"
 #include "support/fonts.h"
 #include "testing/records.h"
@@ -25,11 +24,6 @@ class TestDialogs : public QObject
 {
     Q_OBJECT
 
-    static void write(const QString &path, const QByteArray &content = "x")
-    {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) > 0);
-    }
     static void setMargins(Settings &dialog, const QList<double> &margins)
     {
         const QStringList names = {"leftMargin", "rightMargin", "topMargin", "bottomMargin"};
@@ -38,14 +32,9 @@ class TestDialogs : public QObject
     }
 
     QTemporaryDir folder;
-    QString logo = makeDataFolder() + "/companylogo.png";
 
 private slots:
-    void init()
-    {
-        QSettings().clear();
-        QFile::remove(logo);
-    }
+    void init() { QSettings().clear(); }
 
     void settingsWriteEveryKeyOnOk()
     {
@@ -88,28 +77,12 @@ private slots:
         }
     }
 
-    /// A file that is no picture leaves the old one.
-    void logoIsChangedAtOnce()
-    {
-        QImage(30, 20, QImage::Format_RGB32).save(folder.filePath("logo.bmp"));
-        write(folder.filePath("text.png"));
-        for (const char *name : {"logo.bmp", "text.png"}) {
-            ProgramSettings dialog(nullptr);
-            DialogAnswer answer(fileChoice(folder.filePath(name)));
-            dialog.findChild<QPushButton *>("chooseLogo")->click();
-            QCOMPARE(QImage(logo, "PNG").width(), 30);
-        }
-        ProgramSettings dialog(nullptr);
-        dialog.findChild<QPushButton *>("clearButton")->click();
-        QVERIFY(!QFile::exists(logo));
-    }
-
     void introScreenOffersFiles()
     {
         const QStringList recent = {"/home/u/A & B.epf", "/home/u/b.epf"};
         QSettings().setValue("recentFiles", recent);
         const QString left = makeDataFolder() + "/a.autosave.epf.autosave";
-        write(left);
+        QVERIFY(QFile(left).open(QIODevice::WriteOnly));
         IntroScreen screen(nullptr);
         QVERIFY(QFile::remove(left));
         QSignalSpy opened(&screen, &IntroScreen::openProjectClicked);

@@ -83,8 +83,6 @@ public:
 
     QString title;
     QString text;
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    QMessageBox::StandardButtons buttons;
     QString defaultButton; ///< its text, without the mark of the mnemonic
 
 private:
@@ -96,8 +94,6 @@ private:
                   return false;
               title = box->windowTitle();
               text = box->text();
-              icon = box->icon();
-              buttons = box->standardButtons();
               if (box->defaultButton())
                   defaultButton = box->defaultButton()->text().remove('&');
               button->click();
