@@ -2,6 +2,7 @@
 
 #include "support/websettings.h"
 
+#include <csignal>
 #include <exception>
 
 namespace
@@ -18,6 +19,7 @@ Application::Application(int &argc, char **argv) : QApplication((prepareAttribut
     setApplicationName("Examiner");
     setApplicationVersion(QString::number(Version, 'f', 2));
     applyWebSettings();
+    std::signal(SIGXFSZ, SIG_IGN); // writing beyond a limit then fails as on a full disk
 }
 
 void Application::prepareAttributes()

@@ -2,7 +2,8 @@
 
 #include <QApplication>
 
-/// Keeps the program alive when an exception leaves an event handler.
+/// Keeps the program alive when an exception leaves an event handler, and when a file would grow
+/// beyond the limit that the system sets.
 class Application : public QApplication
 {
     Q_OBJECT

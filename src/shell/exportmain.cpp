@@ -200,7 +200,6 @@ int work(int argc, char **argv, const sigset_t &ending, const char *homePath)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler(ignoreMessage);
-    std::signal(SIGXFSZ, SIG_IGN); // writing beyond a limit then fails as on a full disk
     Application application(argc, argv);
     endOn(ending);
     const QDir home(QFile::decodeName(homePath));
