@@ -4,6 +4,7 @@
 #include "support/fonts.h"
 
 #include <QBuffer>
+#include <QHash>
 #include <QImage>
 #include <QPixmap>
 

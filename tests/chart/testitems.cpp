@@ -5,6 +5,7 @@
 #include "testing/rows.h"
 #include "testing/testmain.h"
 
+#include <QGraphicsEffect>
 #include <QGraphicsPixmapItem>
 #include <QGraphicsView>
 #include <QSvgRenderer>

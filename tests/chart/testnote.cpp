@@ -10,6 +10,7 @@
 #include <QGraphicsSceneHoverEvent>
 #include <QMimeData>
 #include <QSignalSpy>
+#include <QTextCursor>
 #include <QTextDocument>
 
 class TestNote : public QObject

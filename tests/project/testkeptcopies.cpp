@@ -2,6 +2,7 @@
 #include "testing/rows.h"
 #include "testing/testmain.h"
 
+#include <QRegularExpression>
 #include <csignal>
 #include <sys/resource.h>
 
