@@ -79,6 +79,8 @@ public:
     /// The delete command tells the note that it came back to or left its sheet.
     void notifySceneAddition();
     void notifySceneRemoval();
+    /// Takes over what its siblings share, after a time away from them.
+    void catchUp();
 
     /// (0,0) for NoSide and AutoSide.
     QPointF getEdgeMidPoint(Side side) const;
@@ -138,7 +140,6 @@ private:
     void makeCircle();
     void makeText();
     bool decorateCircle(const QString &decorator);
-    void catchUp();
     void onTextModified(bool modified);
     void squareForRole(const QString &role);
     QList<Sticky *> getSiblingNotes() const;

@@ -1,10 +1,13 @@
 #include "sheet/factorseeds.h"
 
+#include "chart/formfields.h"
 #include "chart/line.h"
 #include "chart/sticky.h"
 #include "chart/toolid.h"
 #include "sheet/infoitem.h"
 #include "sheet/projectscene.h"
+
+#include <algorithm>
 
 namespace
 {
@@ -18,6 +21,10 @@ Sticky *addTwin(ProjectScene *sheet, Sticky *note, const QPointF &position)
     CanvasItemInfo info = note->getCanvasItemInfo();
     info.guid.clear();
     info.startPoint = position;
+    // The row is the factor's alone: one that an undo brings back may get another number yet.
+    info.siblings.erase(
+        std::remove_if(info.siblings.begin(), info.siblings.end(), FormFields::isOfCausalFactor),
+        info.siblings.end());
     auto *twin = qobject_cast<Sticky *>(sheet->loadCanvasItem(info));
     twin->addSibling(note);
     note->addSibling(twin);

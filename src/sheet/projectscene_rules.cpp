@@ -235,7 +235,13 @@ void ProjectScene::markDirty()
 
 void ProjectScene::renumber(Sticky *note, int number)
 {
-    note->removeSibling(getTextFieldId(note->getCausalFactorNumber()));
+    const QString oldField = getTextFieldId(note->getCausalFactorNumber());
+    note->removeSibling(oldField);
+    for (const QString &id : note->getSiblings()) {
+        Sticky *twin = host->getNoteWithGUID(id);
+        if (twin && twin->getSiblings().contains(oldField))
+            twin->removeSibling(oldField); // files hold such twins
+    }
     note->addSibling(getTextFieldId(number));
     note->setCausalFactorNumber(number);
     host->onCausalFactorChanged(note);

@@ -271,13 +271,17 @@ void SheetBook::bringBack(Sticky *factor)
     undoGroup->addStack(rest.sheet->getUndoStack());
     enter(rest.sheet);
     takeFreeNumber(factor);
-    const int number = factor->getCausalFactorNumber();
-    for (Sticky *twin : rest.sheet->getAllCausalFactors()) {
-        if (factor->getSiblings().contains(twin->getGUID()))
-            twin->setCausalFactorNumber(number);
+    // Nothing reached the sheet while it was away.
+    rest.sheet->setPageSize(mainSheet->getPageSize());
+    rest.sheet->setItemsFont(mainSheet->getDefaultFont());
+    for (Sticky *note : rest.sheet->getAllNotes())
+        note->catchUp();
+    if (formView) {
+        const QString field = formView->restoreCausalFactor(
+            factor->getGUID(), factor->getCausalFactorNumber(), rest.row);
+        formView->setFieldValue(field, factor->getText());
+        factor->addSibling(field);
     }
-    if (formView)
-        factor->addSibling(formView->restoreCausalFactor(factor->getGUID(), number, rest.row));
     emit sheetCame(rest.sheet);
 }
 

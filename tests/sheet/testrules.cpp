@@ -94,7 +94,7 @@ private slots:
         sheet->program.scenes.append(&other);
         CanvasItemInfo info = owner->getCanvasItemInfo();
         info.guid = "twin";
-        info.siblings = QStringList(owner->getGUID());
+        info.siblings = QStringList{owner->getGUID(), "causalFactor_text_2"};
         ProjectItem *twin = other.loadCanvasItem(info);
         twin->setSelected(true);
         BoxAnswer box(QMessageBox::Ok);
@@ -102,6 +102,11 @@ private slots:
         other.getUndoStack()->undo();
         QCOMPARE(twin->getCanvasItemInfo().causalFactorNumber, 2);
         QCOMPARE(owner->getCausalFactorNumber(), 2);
+
+        DialogAnswer number(numberChoice(1));
+        BoxAnswer swap(QMessageBox::Ok);
+        sheet->scene.onRequestCausalFactorNumberChange(owner);
+        QCOMPARE(twin->getRecord().siblings, QStringList(owner->getGUID()));
 
         BoxAnswer question(QMessageBox::Ok);
         other.deleteSelectedItems();

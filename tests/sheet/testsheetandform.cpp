@@ -155,10 +155,29 @@ private slots:
             info.guid = "other";
             info.role = Role("Causal_Factor");
             main->loadCanvasItem(info);
+            // What a sheet shares goes on while it is away.
+            note->setText("Valve shut");
+            qobject_cast<Sticky *>(main->getItemWithGUID("Loss"))->setText("Flood");
+            book.setPageSize(QSize(700, 500));
             main->getUndoStack()->redo();
             QTRY_COMPARE(book.getFactorSheets().size(), 1);
             QCOMPARE(note->getCausalFactorNumber(), 2);
-            QCOMPARE(form->view.getFieldValue("causalFactor_description_2"), QString("Worn seat"));
+            QCOMPARE(form->view.getCausalFactorRow(2).mid(1, 2).join(": "),
+                     QString("Valve shut: Worn seat"));
+            const ProjectScene *back = book.getFactorSheets().first();
+            QCOMPARE(back->getPageSize(), QSize(700, 500));
+            QCOMPARE(back->getAllCausalFactors().first()->getText(), QString("Valve shut"));
+            QCOMPARE(back->getLossAndLoCNotes().first->getText(), QString("Flood"));
+
+            // A row belongs to the factor alone, not to its twin.
+            note->setSelected(true);
+            BoxAnswer deletion(QMessageBox::Ok);
+            main->deleteSelectedItems();
+            QCoreApplication::processEvents();
+            main->getUndoStack()->undo();
+            QTRY_COMPARE(book.getFactorSheets().size(), 1);
+            QCOMPARE(book.getFactorSheets().first()->getAllCausalFactors().first()->getSiblings(),
+                     QStringList(note->getGUID()));
             book.clear();
         }
     }
