@@ -3,9 +3,9 @@
 #include "chart/chartsheet.h"
 #include "chart/routing.h"
 #include "chart/sheethost.h"
+#include "support/log.h"
 
 #include <QCursor>
-#include <QDebug>
 #include <QPainter>
 
 #include <limits>
@@ -300,7 +300,7 @@ void Line::onConnectedItemMoved(BoxItem *item)
         followNote(End);
         followAutoSide(Start);
     } else {
-        qDebug() << "Warning: got signal from unconnected note";
+        qCDebug(chartLog) << "Warning: got signal from unconnected note";
     }
     settleAutoSides();
     update();

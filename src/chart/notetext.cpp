@@ -1,11 +1,11 @@
 #include "chart/notetext.h"
 
+#include "support/log.h"
 #include "support/qaspell.h"
 #include "support/spellinghighlighter.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QAction>
-#include <QDebug>
 #include <QGraphicsSceneContextMenuEvent>
 #include <QMenu>
 #include <QTextCursor>
@@ -36,8 +36,9 @@ void NoteText::setEditable(bool editable)
 
 void NoteText::setFocus(Qt::FocusReason reason)
 {
-    qDebug() << "Note text takes the focus, enabled:" << isEnabled()
-             << "focusable:" << bool(flags() & ItemIsFocusable) << "focused:" << hasFocus();
+    qCDebug(chartLog) << "Note text takes the focus, enabled:" << isEnabled()
+                      << "focusable:" << bool(flags() & ItemIsFocusable)
+                      << "focused:" << hasFocus();
     QGraphicsItem::setFocus(reason);
 }
 

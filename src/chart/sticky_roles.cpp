@@ -4,8 +4,7 @@
 #include "chart/notetext.h"
 #include "chart/sheethost.h"
 #include "chart/sticky.h"
-
-#include <QDebug>
+#include "support/log.h"
 
 void Sticky::setRoleType(const QString &role)
 {
@@ -88,9 +87,9 @@ void Sticky::addSibling(Sticky *note)
         connect(note, &Sticky::deleted, this, &Sticky::onSiblingDeleted);
         connect(note, &Sticky::returned, this, &Sticky::onSiblingReturned);
     } else {
-        qDebug() << "ERROR: NULL SIBLING??";
+        qCDebug(chartLog) << "ERROR: NULL SIBLING??";
     }
-    qDebug() << "Add Sticky sibling: " << info.siblings.join(", ");
+    qCDebug(chartLog) << "Add Sticky sibling: " << info.siblings.join(", ");
 }
 
 void Sticky::addSibling(const QString &id)
@@ -103,9 +102,9 @@ void Sticky::removeSibling(const QString &id)
 {
     // A note that was read from a file keeps the ids of deleted ones.
     if (!info.siblings.removeOne(id))
-        qDebug() << "ERROR:  The sibling to delete is not in the list." << id;
-    qDebug() << "Removed sibling: " << id;
-    qDebug() << "Siblings remaining:" << info.siblings;
+        qCDebug(chartLog) << "ERROR:  The sibling to delete is not in the list." << id;
+    qCDebug(chartLog) << "Removed sibling: " << id;
+    qCDebug(chartLog) << "Siblings remaining:" << info.siblings;
 }
 
 void Sticky::onSiblingDeleted(Sticky *deletedSticky)

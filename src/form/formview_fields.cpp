@@ -2,9 +2,9 @@
 
 #include "chart/formfields.h"
 #include "support/images.h"
+#include "support/log.h"
 
 #include <QDateTime>
-#include <QDebug>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QWebElement>
@@ -145,7 +145,7 @@ QString FormView::getFieldValue(QWebElement &element) const
         return element.evaluateJavaScript(ReadText).toString();
     if (isComboBox(element))
         return element.evaluateJavaScript(ReadOption).toString();
-    qDebug() << "ERROR: Found element not handled:" << element.toPlainText();
+    qCDebug(formLog) << "ERROR: Found element not handled:" << element.toPlainText();
     return QString();
 }
 
@@ -168,7 +168,8 @@ bool FormView::setFieldValue(QWebElement &element, const QString &value)
     else if (isTextEdit(element) || isHiddenInput(element) || isFileInput(element))
         setText(element, value);
     else
-        qDebug() << "Warning, encountered unhandled element" << element.attribute("id") << value;
+        qCDebug(formLog) << "Warning, encountered unhandled element" << element.attribute("id")
+                         << value;
     return true;
 }
 
@@ -198,7 +199,8 @@ void FormView::setText(QWebElement &field, const QString &value)
         return;
     sharedString = value;
     field.evaluateJavaScript(WriteText);
-    qDebug() << "Shared string:" << field.evaluateJavaScript(ReadShared).toString().left(80);
+    qCDebug(formLog) << "Shared string:"
+                     << field.evaluateJavaScript(ReadShared).toString().left(80);
     if (isTextArea(field))
         field.evaluateJavaScript(Enable);
     revealAncestors(field);

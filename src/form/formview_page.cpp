@@ -1,9 +1,9 @@
 #include "form/formview_page.h"
 
 #include "support/helpnetworkreply.h"
+#include "support/log.h"
 #include "support/websettings.h"
 
-#include <QDebug>
 #include <QNetworkRequest>
 #include <QWebFrame>
 
@@ -41,5 +41,5 @@ bool FormPage::acceptNavigationRequest(QWebFrame *frame, const QNetworkRequest &
 
 void FormPage::javaScriptConsoleMessage(const QString &message, int line, const QString &source)
 {
-    qDebug() << "Form page:" << message << source << line;
+    qCDebug(formLog) << "Form page:" << message << source << line;
 }

@@ -1,8 +1,8 @@
 #include "form/formview.h"
 
 #include "chart/formfields.h"
+#include "support/log.h"
 
-#include <QDebug>
 #include <QUuid>
 #include <QWebElement>
 #include <QWebFrame>
@@ -14,7 +14,7 @@ QString FormView::addCausalFactor(const QString &guid, int number, const QString
     if (mainFrame) {
         const QString script = QString("this.addDynamicContent('causalFactor', '%1', %2)");
         const QVariant added = mainFrame->evaluateJavaScript(script.arg(splicedGuid).arg(number));
-        qDebug() << "addCF" << added.toString().section('_', -1) << number;
+        qCDebug(formLog) << "addCF" << added.toString().section('_', -1) << number;
     }
     if (splicedGuid.isEmpty() || !pageStands)
         setFieldValue(FormFields::getRowField(FormFields::CausalFactorGuid, number), guid);

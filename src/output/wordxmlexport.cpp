@@ -4,12 +4,12 @@
 #include "output/filereplacement.h"
 #include "output/reportlayout.h"
 #include "support/images.h"
+#include "support/log.h"
 #include "support/pageinfo.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QDate>
-#include <QDebug>
 #include <QDesktopServices>
 #include <QFile>
 #include <QLocale>
@@ -163,7 +163,7 @@ bool readTemplate(const QString &path, QDomDocument &document)
         return false;
     QString error;
     if (!document.setContent(&file, false, &error))
-        qDebug() << "Couldn't parse the report template:" << error;
+        qCDebug(outputLog) << "Couldn't parse the report template:" << error;
     return true;
 }
 
@@ -301,7 +301,7 @@ void WordXMLExport::replaceFields(QDomDocument &document, const FormValues &valu
     const Tags tags = findElements(document, "w:instrText");
     for (QDomElement tag : tags) {
         if (tag.firstChild().isNull()) {
-            qDebug() << "Null or no child nodes???????????";
+            qCDebug(outputLog) << "Null or no child nodes???????????";
             continue;
         }
         const QString key = getKey(tag);
@@ -309,7 +309,7 @@ void WordXMLExport::replaceFields(QDomDocument &document, const FormValues &valu
             continue;
         const auto field = values.find(key);
         if (field == values.end())
-            qDebug() << "WARNING: Encountered unhandled field value:" << key;
+            qCDebug(outputLog) << "WARNING: Encountered unhandled field value:" << key;
         else
             replaceFieldValue(document, tag, getShownText(key, field->value));
     }

@@ -1,9 +1,9 @@
 #include "project/keptcopies.h"
 
 #include "project/databasefile.h"
+#include "support/log.h"
 #include "support/supportfiles.h"
 
-#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -58,7 +58,7 @@ bool KeptCopies::keepCopy(const QString &path)
     const QString target = makeTarget(file.fileName());
     const bool kept = !target.isNull() && copyDatabase(path, target);
     if (!kept)
-        qDebug() << "Failed to keep a copy of" << path;
+        qCDebug(projectLog) << "Failed to keep a copy of" << path;
     prune();
     return kept;
 }
@@ -114,7 +114,7 @@ bool KeptCopies::adopt(const QString &temporaryPath, const QString &projectName)
     const QString target = makeTarget(projectName);
     const bool moved = !target.isNull() && QFile::rename(temporaryPath, target);
     if (!moved)
-        qDebug() << "Failed to keep a snapshot of" << projectName;
+        qCDebug(projectLog) << "Failed to keep a snapshot of" << projectName;
     prune();
     return moved;
 }

@@ -3,8 +3,8 @@
 #include "chart/chartsheet.h"
 #include "chart/sheethost.h"
 #include "project/saveprogressdialog.h"
+#include "support/log.h"
 
-#include <QDebug>
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlDatabase>
@@ -94,14 +94,16 @@ void ProjectFile::discardAutoSaveFile()
 {
     const QString name = getAutoSaveNameForOpenFile();
     const bool exists = QFile::exists(name);
-    qDebug() << "Discard auto save file.  Exists? " << exists;
-    if (exists)
-        qDebug() << "Trying to discard auto save file:" << keptCopies.takeAway(name);
+    qCDebug(projectLog) << "Discard auto save file.  Exists? " << exists;
+    if (!exists)
+        return;
+    const bool gone = keptCopies.takeAway(name);
+    qCDebug(projectLog) << "Trying to discard auto save file:" << gone;
 }
 
 void ProjectFile::setLastError(const QString &message)
 {
-    qDebug() << "ERROR:" << message;
+    qCDebug(projectLog) << "ERROR:" << message;
     lastError = message;
 }
 

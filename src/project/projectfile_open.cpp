@@ -7,9 +7,9 @@
 #include "project/projectreader.h"
 #include "project/saveprogressdialog.h"
 #include "project/sqliteguard.h"
+#include "support/log.h"
 
 #include <QCoreApplication>
-#include <QDebug>
 #include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -158,7 +158,7 @@ bool ProjectFile::readVersion(QSqlDatabase &db, int &version)
 bool ProjectFile::upgradeOpenedFile(QSqlDatabase &db, const QString &filename, int version,
                                     const QString &copy)
 {
-    qDebug() << "Older version of file, upgrading...";
+    qCDebug(projectLog) << "Older version of file, upgrading...";
     if (version != 0)
         return true;
     keepCopy(filename);
@@ -240,7 +240,7 @@ void ProjectFile::connectLines(const ProjectContent &content, SaveProgressDialog
         auto *start = qobject_cast<Sticky *>(sheet->getItemWithGUID(row.startNote));
         auto *end = qobject_cast<Sticky *>(sheet->getItemWithGUID(row.endNote));
         if (!line)
-            qDebug() << "ERROR:  Can't find line with guid" << row.line;
+            qCDebug(projectLog) << "ERROR:  Can't find line with guid" << row.line;
         if (line && start)
             line->setStartConnection({start, toSide(row.startSide)});
         if (line && end)
@@ -253,7 +253,8 @@ void ProjectFile::finishOpening(const QString &filename, bool fromAutoSave)
 {
     if (fromAutoSave) {
         setDirty(true);
-        qDebug() << "Trying to delete auto save file:" << keptCopies.takeAway(filename);
+        const bool gone = keptCopies.takeAway(filename);
+        qCDebug(projectLog) << "Trying to delete auto save file:" << gone;
         // The work must not live in memory alone.
         QMetaObject::invokeMethod(this, &ProjectFile::requestAutoSave, Qt::QueuedConnection);
     } else {

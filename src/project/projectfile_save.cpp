@@ -3,8 +3,8 @@
 #include "project/databasefile.h"
 #include "project/projectwriter.h"
 #include "project/sqliteguard.h"
+#include "support/log.h"
 
-#include <QDebug>
 #include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -147,9 +147,9 @@ void ProjectFile::shrink(QSqlDatabase &db)
 void ProjectFile::finishSaving(const QString &filename, const QString &autoSaveName)
 {
     if (!autoSaveName.isEmpty() && QFile::exists(autoSaveName)) {
-        qDebug() << "Deleting the auto save file" << autoSaveName;
+        qCDebug(projectLog) << "Deleting the auto save file" << autoSaveName;
         if (!keptCopies.takeAway(autoSaveName))
-            qDebug() << "Failed to delete the auto save file";
+            qCDebug(projectLog) << "Failed to delete the auto save file";
     }
     openFilename = filename;
     isCopy = false;

@@ -1,6 +1,7 @@
 #include "sheet/headeritem.h"
 
-#include <QDebug>
+#include "support/log.h"
+
 #include <QFile>
 #include <QTimer>
 #include <QWebElement>
@@ -25,7 +26,7 @@ void HeaderItem::loadTemplate(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        qDebug() << "Couldn't open the header template" << path;
+        qCDebug(sheetLog) << "Couldn't open the header template" << path;
         return;
     }
     setHtml(QString::fromUtf8(file.readAll()), QUrl());

@@ -6,9 +6,9 @@
 #include "project/projectfile.h"
 #include "sheet/factorseeds.h"
 #include "sheet/projectscene.h"
+#include "support/log.h"
 #include "support/pageinfo.h"
 
-#include <QDebug>
 #include <QGraphicsView>
 #include <QUndoGroup>
 #include <QUndoStack>
@@ -40,7 +40,7 @@ SheetBook::SheetBook(SheetHost *host, QUndoGroup *undoGroup, ProjectFile *projec
     const QRect printable = PageInfo().getPrintableArea();
     mainSheet = new ProjectScene(host, undoGroup, projectFile, formView, printable.size());
     mainSheet->setParent(this);
-    qDebug() << "Printable area" << printable;
+    qCDebug(sheetLog) << "Printable area" << printable;
     connect(mainSheet, &ProjectScene::causalFactorAdded, this, &SheetBook::onCausalFactorAdded);
     connect(mainSheet, &ProjectScene::causalFactorRemoved, this, &SheetBook::onCausalFactorRemoved);
     connect(mainSheet, &ProjectScene::factorGoes, this, &SheetBook::onFactorGoes);
@@ -176,7 +176,7 @@ void SheetBook::onCausalFactorAdded(Sticky *note)
     if (formView) {
         const QString field = formView->addCausalFactor(
             note->getGUID(), note->getCausalFactorNumber(), note->getText());
-        qDebug() << "Setting the sibling:" << field;
+        qCDebug(sheetLog) << "Setting the sibling:" << field;
         note->addSibling(field);
     }
     addInfoBox(sheet);

@@ -10,9 +10,9 @@
 #include "shell/toolstoolbar.h"
 #include "shell/zoomwidget.h"
 #include "support/helpbrowser.h"
+#include "support/log.h"
 
 #include <QCloseEvent>
-#include <QDebug>
 #include <QFileOpenEvent>
 #include <QLabel>
 #include <QShortcut>
@@ -202,7 +202,7 @@ void MainWindow::saveProject(bool chooseNewName, bool autoSave)
 
 void MainWindow::onCurrentTabChanged(int tabIndex)
 {
-    qDebug() << "current tab changed";
+    qCDebug(shellLog) << "current tab changed";
     currentScene->finishEditing();
     currentScene->clearSelection();
     QWidget *tab = tabWidget->widget(tabIndex);

@@ -6,10 +6,10 @@
 #include "sheet/projectscene.h"
 #include "sheet/sheetbook.h"
 #include "shell/filenames.h"
+#include "support/log.h"
 #include "support/pageinfo.h"
 
 #include <QCoreApplication>
-#include <QDebug>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -76,7 +76,7 @@ bool ProjectDesk::isBusy() const
 
 void ProjectDesk::newProject()
 {
-    qDebug() << "new project";
+    qCDebug(shellLog) << "new project";
     if (isBusy())
         return;
     if (!projectFile) {
@@ -205,7 +205,7 @@ void ProjectDesk::saveProject(bool chooseNewName, bool autoSave)
     if (name.isNull())
         return; // cancelled: the Save action stays off until a later save has ended
     if (autoSave)
-        qDebug() << "Auto Saving to " << name;
+        qCDebug(shellLog) << "Auto Saving to " << name;
     const auto finish = qScopeGuard([this] { emit savingAllowed(true); });
     if (autoSave)
         storeAutoSave(name);
@@ -216,7 +216,7 @@ void ProjectDesk::saveProject(bool chooseNewName, bool autoSave)
 
 void ProjectDesk::onAutoSaveRequested()
 {
-    qDebug() << "Auto save requested";
+    qCDebug(shellLog) << "Auto save requested";
     saveProject(false, true);
 }
 

@@ -2,10 +2,10 @@
 
 #include "chart/toolid.h"
 #include "shell/toolbutton.h"
+#include "support/log.h"
 
 #include <QAction>
 #include <QDataStream>
-#include <QDebug>
 #include <QDrag>
 #include <QMimeData>
 #include <QTimer>
@@ -90,7 +90,7 @@ void ToolsToolBar::onDragStarting(QAction *source)
         return;
     QByteArray payload;
     QDataStream(&payload, QIODevice::WriteOnly) << id;
-    qDebug() << "drag starting" << id;
+    qCDebug(shellLog) << "drag starting" << id;
 
     auto *mimeData = new QMimeData;
     mimeData->setData(ToolMimeType, payload);
@@ -99,7 +99,7 @@ void ToolsToolBar::onDragStarting(QAction *source)
     drag->setPixmap(source->icon().pixmap(QSize(32, 32), QIcon::Normal, QIcon::Off));
     if (drag->exec(Qt::MoveAction) != Qt::MoveAction)
         return;
-    qDebug() << "cancelling active tool";
+    qCDebug(shellLog) << "cancelling active tool";
     // The drag unwinds first.
     QTimer::singleShot(0, this, &ToolsToolBar::cancelActiveTool);
 }

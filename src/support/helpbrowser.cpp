@@ -1,8 +1,8 @@
 #include "support/helpbrowser.h"
 
 #include "support/helptextbrowser.h"
+#include "support/log.h"
 
-#include <QDebug>
 #include <QDockWidget>
 #include <QHelpContentWidget>
 #include <QHelpEngine>
@@ -30,7 +30,7 @@ void HelpBrowser::openCollection()
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     helpEngine = new QHelpEngine(folder + "/helpcollection2.qhc", this);
     helpEngine->setupData(); // the contents widget fills only after this
-    qDebug() << "Help engine:" << helpEngine->error();
+    qCDebug(supportLog) << "Help engine:" << helpEngine->error();
 }
 
 void HelpBrowser::createIndexDock()

@@ -1,8 +1,9 @@
 #include "support/supportfiles.h"
 
+#include "support/log.h"
+
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -25,11 +26,11 @@ void copyIfNeeded(QString source, QString destination)
 {
     const QFileInfo from(source);
     const QFileInfo to(destination);
-    qDebug() << "Copy if needed" << destination << "exists?" << to.exists() << from.size()
-             << to.size();
+    qCDebug(supportLog) << "Copy if needed" << destination << "exists?" << to.exists()
+                        << from.size() << to.size();
     if (to.exists() && from.size() == to.size() && from.lastModified() == to.lastModified())
         return;
-    qDebug() << "Updating" << destination;
+    qCDebug(supportLog) << "Updating" << destination;
     // Under a name of its own at first: nobody meets half a file, and a missing source costs
     // the former copy nothing.
     const QString unfinished = destination + ".new";

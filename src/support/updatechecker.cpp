@@ -1,7 +1,8 @@
 #include "support/updatechecker.h"
 
+#include "support/log.h"
+
 #include <QAction>
-#include <QDebug>
 #include <QDesktopServices>
 #include <QIcon>
 #include <QNetworkAccessManager>
@@ -26,8 +27,10 @@ void UpdateChecker::checkForUpdates(bool) {}
 
 void UpdateChecker::performUpdate()
 {
-    if (updateAvailableFlag)
-        qDebug() << "Opened update site:" << QDesktopServices::openUrl(QUrl(updateUrl));
+    if (!updateAvailableFlag)
+        return;
+    const bool opened = QDesktopServices::openUrl(QUrl(updateUrl));
+    qCDebug(supportLog) << "Opened update site:" << opened;
 }
 
 void UpdateChecker::gotUpdateInfo(QNetworkReply *reply)
