@@ -1,4 +1,5 @@
 #include "support/supportfiles.h"
+#include "testing/files.h"
 #include "testing/testmain.h"
 
 #include <QHelpEngine>
@@ -16,9 +17,10 @@ private slots:
     {
         copySupportFiles();
         for (const char *collection : {"/formdata.qhc", "/helpcollection2.qhc"}) {
-            const QByteArray before = read(collection);
+            const QString path = makeDataFolder() + collection;
+            const QByteArray before = readBytes(path);
             {
-                QHelpEngine engine(makeDataFolder() + collection);
+                QHelpEngine engine(path);
                 QVERIFY2(engine.setupData(), qPrintable(engine.error()));
                 QCOMPARE(engine.documentsForIdentifier("index").size(), 1);
                 const QRegularExpression link("(?:href|src)=\"([^\"#]+)\"");
@@ -32,15 +34,8 @@ private slots:
                 }
             }
             // A rewritten copy would be replaced at each start, and an unregistered page stay away.
-            QVERIFY(read(collection) == before);
+            QVERIFY(readBytes(path) == before);
         }
-    }
-
-private:
-    static QByteArray read(const QString &name)
-    {
-        QFile file(makeDataFolder() + name);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 };
 

@@ -25,6 +25,13 @@ struct Form {
         return web->page()->mainFrame()->evaluateJavaScript(script);
     }
 
+    /// The ids of the causal factors' rows from above.
+    QString getRows() const
+    {
+        return run("Array.from(document.querySelectorAll('.factor')).map(e => e.id).join()")
+            .toString();
+    }
+
     QWebElement find(const QString &selector) const
     {
         return web->page()->mainFrame()->findFirstElement(selector);
