@@ -16,7 +16,6 @@ private slots:
     {
         sheet = std::make_unique<Sheet>();
         scene = &sheet->scene;
-        clipBoard = std::make_unique<ClipBoard>(&scene, nullptr);
         start = sheet->addNote(QRectF(200, 200, 120, 80), "Event", "start");
         end = sheet->addNote(QRectF(500, 240, 120, 80), "Event", "end");
         line = sheet->addLine(QPointF(320, 240), QPointF(500, 280));
@@ -24,37 +23,22 @@ private slots:
         line->setEndConnection({end, Sticky::AutoSide});
     }
 
-    void cleanup()
-    {
-        clipBoard.reset();
-        sheet.reset();
-    }
-
     void groupKeepsItsConnections()
     {
-        QVERIFY(paste().isEmpty());
+        QVERIFY(!paste());
         const QString before = describe(*scene);
         copy({line, start, end});
         copy({}); // the earlier content stays
-        const QList<ProjectItem *> items = paste();
+        auto *pasted = paste<Line>();
         QCOMPARE(sheet->getSteps(), 3); // each is a step of its own
-        auto *pasted = find<Line>(items);
-        QString ends = describe(pasted).section(" from ", 1);
-        for (ProjectItem *item : items)
-            ends.replace(item->getGUID(), item->getRecord().text);
-        QCOMPARE(ends, QString("start side 3 to end side 5"));
+        QCOMPARE(pasted->getStartConnection().item->getText(), QString("start"));
+        QCOMPARE(pasted->getEndConnection().item->getText(), QString("end"));
         QCOMPARE(pasted->getPoints(), line->getPoints().translated(-100, -100));
+        copy({line, end});
+        QVERIFY(!paste<Line>()->getStartConnection().item);
         while (sheet->getStack()->canUndo())
             sheet->getStack()->undo();
         QCOMPARE(describe(*scene), before);
-    }
-
-    void endWithoutItsNoteComesFree()
-    {
-        copy({line, end});
-        const QList<ProjectItem *> items = paste();
-        QVERIFY(!find<Line>(items)->getStartConnection().item);
-        QCOMPARE(find<Line>(items)->getEndConnection().item, find<Sticky>(items));
     }
 
     void recordsAreFresh()
@@ -66,7 +50,7 @@ private slots:
         info.siblings = QStringList({"loss", "{other}"});
         ProjectItem *original = sheet->add(info);
         copy({original});
-        const ProjectItem *item = paste().value(0);
+        const ProjectItem *item = paste();
         const QString guid = item->getGUID();
         QVERIFY(!guid.isEmpty() && guid != "{old}");
         QCOMPARE(describe(item->getRecord()).replace(guid, "{old}"),
@@ -77,17 +61,15 @@ private slots:
     {
         Sticky *first = sheet->addFactor(1);
         sheet->addFactor(3);
-        const QSignalSpy added(scene, &ProjectScene::causalFactorAdded);
         copy({first});
-        QCOMPARE(find<Sticky>(paste())->getCausalFactorNumber(), 2);
-        QCOMPARE(find<Sticky>(paste())->getCausalFactorNumber(), 4);
-        QCOMPARE(added.size(), 2);
+        QCOMPARE(paste<Sticky>()->getCausalFactorNumber(), 2);
+        QCOMPARE(paste<Sticky>()->getCausalFactorNumber(), 4);
     }
 
     void landsInTheVisiblePart()
     {
         copy({sheet->addLine(QPointF(900, 700), QPointF(600, 400))}); // it runs backwards
-        QCOMPARE(find<Line>(paste())->getEnds().startPoint, QPointF(400, 400));
+        QCOMPARE(paste<Line>()->getEnds().startPoint, QPointF(400, 400));
         ProjectItem *barrier = sheet->addBarrier(QPointF(200, 200));
         barrier->setPos(833, 647);
         copy({barrier});
@@ -96,8 +78,7 @@ private slots:
         sheet->view.setSceneRect(0, 0, 6000, 4000);
         sheet->view.horizontalScrollBar()->setValue(405);
         sheet->view.verticalScrollBar()->setValue(203);
-        for (int time = 0; time < 2; ++time) // the second lies on the first
-            QCOMPARE(find<BoxItem>(paste())->pos(), QPointF(1020, 600));
+        QCOMPARE(paste<BoxItem>()->pos(), QPointF(1020, 600));
     }
 
     void anotherSheetAndNoOriginals()
@@ -106,13 +87,12 @@ private slots:
         scene->clear();
         Sheet other;
         scene = &other.scene;
-        QCOMPARE(paste().size(), 3);
+        QVERIFY(paste<Line>()->getStartConnection().item);
         const QList<ProjectItem *> before = scene->getProjectItems();
-        Sticky *joined = find<Line>(paste())->getStartConnection().item;
-        QVERIFY(joined && !before.contains(joined));
+        QVERIFY(!before.contains(paste<Line>()->getStartConnection().item));
         scene = nullptr;
-        clipBoard->onCopyTriggered();
-        clipBoard->onPasteTriggered();
+        clipBoard.onCopyTriggered();
+        clipBoard.onPasteTriggered();
     }
 
     void pictureForOtherPrograms()
@@ -138,29 +118,24 @@ private:
         scene->clearSelection();
         for (ProjectItem *item : items)
             item->setSelected(true);
-        clipBoard->onCopyTriggered();
+        clipBoard.onCopyTriggered();
     }
 
-    QList<ProjectItem *> paste()
+    /// The first pasted item of its kind; null without one.
+    template<typename Item = ProjectItem> Item *paste()
     {
-        clipBoard->onPasteTriggered();
+        clipBoard.onPasteTriggered();
         QApplication::processEvents();
-        return scene->getSelectedProjectItems();
-    }
-
-    /// The first of its kind.
-    template<typename Item> static Item *find(const QList<ProjectItem *> &items)
-    {
-        for (ProjectItem *item : items) {
+        for (ProjectItem *item : scene->getSelectedProjectItems()) {
             if (auto *match = qobject_cast<Item *>(item))
                 return match;
         }
-        qFatal("None was pasted");
+        return nullptr;
     }
 
     std::unique_ptr<Sheet> sheet;
     ProjectScene *scene = nullptr;
-    std::unique_ptr<ClipBoard> clipBoard;
+    ClipBoard clipBoard{&scene, nullptr};
     Sticky *start = nullptr;
     Sticky *end = nullptr;
     Line *line = nullptr;
