@@ -6,189 +6,96 @@
 #include "testing/testmain.h"
 
 #include <QBuffer>
+#include <QSignalSpy>
 
-/// What comes out of a file of the current version.
-class TestOpening : public QObject
+/// What comes out of a file, and what opening makes of one from before the form was stored in it.
+class TestOpening : public ProjectTest
 {
     Q_OBJECT
 
-    std::unique_ptr<QTemporaryDir> folder;
-
-    QString makeFile(const QStringList &statements)
+    static QString encodePng(const QImage &image)
     {
-        const QString path = folder->filePath("project.epf");
-        QFile::remove(path);
-        runSql(path, statements);
-        return path;
-    }
-    static QByteArray encodePng(const QImage &image)
-    {
-        QByteArray bytes;
-        QBuffer buffer(&bytes);
-        buffer.open(QIODevice::WriteOnly);
+        QBuffer buffer;
         image.save(&buffer, "PNG");
-        return bytes;
+        return "X'" + buffer.data().toHex() + "'";
     }
-    static QString toBlob(const QByteArray &bytes) { return "X'" + bytes.toHex() + "'"; }
+    /// Notes of the given role, GUID and text, in a file of the former version.
+    QString makeOldFile(const QStringList &notes, const QStringList &more = {}) const
+    {
+        QStringList statements = {"DROP TABLE formdata", "DELETE FROM properties"};
+        for (const QString &note : notes)
+            statements << "INSERT INTO items VALUES('" + note.section(' ', 1, 1) + "',3,'" +
+                              note.section(' ', 0, 0) + "',0,0,160,80,'" + note.section(' ', 2, 2) +
+                              "','',NULL," + note.section(' ', 3) + ")";
+        return makeFile(emptyProject(statements + more));
+    }
 
 private slots:
-    void init()
-    {
-        folder = std::make_unique<QTemporaryDir>();
-        QSettings().clear();
-    }
-
     void itemsComeMainSheetFirst()
     {
-        TestProject project(makeFile(sampleProject()));
+        TestProject project(makeFile());
         QStringList guids;
-        for (const CanvasItemInfo &info : project.records)
-            guids << info.guid;
+        for (const ProjectItem *item : project.items)
+            guids << item->getGUID();
         QCOMPARE(guids, QStringList({"{f}", "{e}", "{b}", "{l}", "{n}", "{m}"}));
         QVERIFY(!project.file.isDirty() && !project.file.isBusy());
         QVERIFY(!QSqlDatabase::database(QSqlDatabase::defaultConnection, false).isOpen());
         QCOMPARE(
-            describe(project.getRecord("{f}")),
+            describe(project.records["{f}"]),
             QString("3 Causal_Factor {f} at 240,200 to 400,280 size 160,80 \"cause\" font %1 0 "
                     "text #1f4e9e fill #fff2cc align 33 line 1 border 4 factor 2 of  siblings "
                     "causalFactor_text_2+{x} arrow 0 image 0 not relevant")
                 .arg(QFont().toString()));
-        QCOMPARE(project.getRecord("{e}").font.toString(), QString("Arial,12,-1,5,75,0,0,0,0,0"));
-        QCOMPARE(describe(project.getRecord("{e}").endPoint), QString("180.25,280.5"));
-        const CanvasItemInfo line = project.getRecord("{m}");
+        QCOMPARE(project.records["{e}"].font.toString(), QString("Arial,12,-1,5,75,0,0,0,0,0"));
+        QCOMPARE(describe(project.records["{e}"].endPoint), QString("180.25,280.5"));
+        const CanvasItemInfo line = project.records["{m}"];
         QCOMPARE(describe(line.endPoint) + line.parent + line.backgroundColor.name(),
                  QString("4.5,27.25{f}#808080"));
-        QVERIFY(line.arrowStyle == 1 && project.getRecord("{l}").lineStyle == 2);
+        QVERIFY(line.arrowStyle == 1 && project.records["{l}"].lineStyle == 2);
     }
 
     void connectionsHangOnTheirOwnSheet()
     {
         TestProject project(makeFile(sampleProject({
             "INSERT INTO items VALUES('{o}',8,'#000000',0,0,9,9,0,0,0,NULL)",
-            "INSERT INTO connections VALUES('{o}','{n}','{e}',2,4)", // {n} is on the other sheet
-            "INSERT INTO connections VALUES('{gone}','{e}','{f}',3,1)",
-            "INSERT INTO connections VALUES('{e}','{f}',NULL,3,0)", // a note in place of a line
-            "INSERT INTO connections VALUES(NULL,'{e}',NULL,99,0)",
+            "INSERT INTO connections VALUES('{o}','{n}','{e}',2,4), ('{gone}','{e}','{f}',3,1), "
+            "('{e}','{f}',NULL,3,0), (NULL,'{e}',NULL,99,0)", // {n} is on the other sheet
         })));
-        const auto ends = [&project](const char *guid) {
-            const auto *line = project.find<Line>(guid);
-            return describe(line->getStartConnection()) + ", " + describe(line->getEndConnection());
-        };
-        QCOMPARE(ends("{l}"), QString("{e} side 3, {f} side 1"));
-        QCOMPARE(ends("{m}"), QString("free, {n} side 2"));
-        QCOMPARE(ends("{o}"), QString("free, {e} side 4"));
+        QStringList ends;
+        for (const char *guid : {"{l}", "{m}", "{o}"})
+            ends << describe(project.find(guid)).section(" from ", 1);
+        QCOMPARE(ends, QStringList({"{e} side 3 to {f} side 1", "free to {n} side 2",
+                                    "free to {e} side 4"}));
     }
 
     void strangeProperties()
     {
-        const char plain[] = "0 0 1  132 relevant";
+        const char plain[] = "0 1  132";
         const struct {
-            const char *name;
-            const char *value;
-            const char *expected; // number, border, style, siblings, alignment, relevance
+            const char *name, *value;
+            const char *expected; // border, style, siblings, alignment
         } rows[] = {
             {"textAlignment", "", plain},
-            {"borderLineWidth", "2000000000", "0 1000 1  132 relevant"},
+            {"borderLineWidth", "2000000000", "1000 1  132"},
             {"borderLineWidth", "-4", plain},
             {"lineStyle", "77", plain},
-            {"sibling", ",loss", "0 0 1 loss 132 relevant"},
-            {"textAlignment", "AlignRight alignleft", "0 0 1  0 relevant"},
+            {"sibling", ",loss", "0 1 loss 132"},
+            {"textAlignment", "AlignRight alignleft", "0 1  0"},
         };
         for (const auto &row : rows) {
             const Row in(row.value);
-            TestProject project;
             const QString property = "INSERT INTO properties VALUES('{e}','%1','%2')";
-            QVERIFY(project.open(makeFile(
+            TestProject project(makeFile(
                 emptyProject({"INSERT INTO items VALUES('{e}',3,'Event',0,0,9,9,'','',NULL,NULL)",
-                              property.arg(row.name, row.value)}))));
-            const CanvasItemInfo info = project.getRecord("{e}");
-            QCOMPARE(QString("%1 %2 %3 %4 %5 %6")
-                         .arg(info.causalFactorNumber)
+                              property.arg(row.name, row.value)})));
+            const CanvasItemInfo info = project.records["{e}"];
+            QCOMPARE(QString("%1 %2 %3 %4")
                          .arg(info.borderLineWidth)
                          .arg(info.lineStyle)
                          .arg(info.siblings.join('+'))
-                         .arg(int(info.textAlignment))
-                         .arg(info.notRelevant ? "crossed out" : "relevant"),
+                         .arg(int(info.textAlignment)),
                      QString(row.expected));
         }
-    }
-
-    void picturesAreRaster()
-    {
-        QImage image(7, 5, QImage::Format_RGB32);
-        image.fill(Qt::red);
-        const QByteArray drawing = "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>";
-        const QString png = toBlob(encodePng(image));
-        const QString svg = toBlob(drawing);
-        TestProject project(makeFile(emptyProject({
-            "INSERT INTO items VALUES('{p}',4,'Event',0,0,9,9,'',''," + png + ",NULL)",
-            "INSERT INTO items VALUES('{q}',4,'Event',0,0,9,9,'',''," + svg + ",NULL)",
-            "INSERT INTO items VALUES('{r}',3,'Event',0,0,9,9,'',''," + png + ",NULL)",
-            "INSERT INTO formdata VALUES('late','early',NULL), ('late','b'," + png + ")",
-            "INSERT INTO formdata VALUES('drawing','a.png'," + svg + ")",
-        })));
-        QCOMPARE(project.getRecord("{p}").image.size(), QSize(7, 5));
-        QVERIFY(project.getRecord("{q}").image.isNull());
-        QVERIFY(project.getRecord("{r}").image.isNull());
-        QCOMPARE(project.formValues.value("late").image.pixelColor(3, 3), QColor(Qt::red));
-        QVERIFY(project.formValues.value("drawing").image.isNull());
-        writeBytes(folder->filePath("a.png"), drawing);
-        QVERIFY(readImageFile(folder->filePath("a.png")).isNull());
-    }
-
-    void picturesPastTheLimitStayAway()
-    {
-        const QByteArray png = encodePng(QImage(8000, 8000, QImage::Format_Mono));
-        QStringList rows;
-        for (int i = 0; i < 9; ++i)
-            rows << QString("INSERT INTO formdata VALUES('%1','',%2)").arg(i).arg(toBlob(png));
-        TestProject project(makeFile(emptyProject(rows)));
-        QCOMPARE(project.formValues.size(), 9);
-        QVERIFY(!project.formValues.value("0").image.isNull());
-        QVERIFY(project.formValues.value("8").image.isNull());
-    }
-
-    void missingColumnsAndTables()
-    {
-        for (const QString column : {"font", "parent", "text"}) {
-            const Row in(qPrintable(column));
-            TestProject project(
-                makeFile(sampleProject({"ALTER TABLE items DROP COLUMN " + column})));
-            const CanvasItemInfo note = project.getRecord("{n}");
-            QCOMPARE(note.parent, column == "parent" ? QString() : QString("{f}"));
-            QCOMPARE(note.text, column == "text" ? QString() : QString("on the sheet"));
-            QVERIFY(project.getRecord("{e}").customFont); // by its property
-        }
-        TestProject project(makeFile(sampleProject({"DROP TABLE connections"})));
-        QVERIFY(project.file.getLastError().contains("connections"));
-        QCOMPARE(project.formValues.size(), 2);
-        QVERIFY(project.open(makeFile(sampleProject({"DROP TABLE formdata"}))));
-        QCOMPARE(project.file.getLastError(), QString("Cannot open form data table"));
-        QVERIFY(project.formValues.isEmpty());
-        QVERIFY(!project.open(makeFile(emptyProject({"DROP TABLE items"}))));
-        QCOMPARE(project.file.getLastError(), QString("Failed to get item count from file."));
-    }
-
-    void projectPropertiesReachTheSettings()
-    {
-        const auto read = [this](const QStringList &properties) {
-            QStringList rows;
-            for (const QString &property : properties)
-                rows << "INSERT INTO properties VALUES('project'," + property + ")";
-            TestProject project(makeFile(emptyProject(rows)));
-        };
-        const QSettings settings;
-        read({"'paperSize','A4'", "'font','no,such,font'", "'showHeader',''", "'colour','red'",
-              "'font','Arial,90000,-1,5,50,0,0,0,0,0'"});
-        QCOMPARE(settings.allKeys(), QStringList());
-        read({"'margins','1,2,3,4'", "'paperSize','4'", "'font','Arial,9,-1,5,50,0,0,0,0,0'",
-              "'showLegend','TRUE'", "'showHeader','true'", "'showPageNumbers','false'"});
-        QStringList values;
-        for (const QString &key : settings.allKeys())
-            values << key + '=' + settings.value(key).toString();
-        QCOMPARE(values,
-                 QStringList({"font=Arial,9,-1,5,50,0,0,0,0,0", "margins=1,2,3,4", "pageSize=4",
-                              "showHeader=true", "showLegend=false", "showPageNumbers=false"}));
     }
 
     void placesAreBounded()
@@ -206,37 +113,171 @@ private slots:
         };
         for (const auto &row : rows) {
             const Row in(row.place);
-            TestProject project;
             const QString item = "INSERT INTO items VALUES('{e}',16,'#000000',%1,'','',NULL,NULL)";
-            QVERIFY(project.open(makeFile(emptyProject({item.arg(row.place)}))));
-            const CanvasItemInfo info = project.getRecord("{e}");
+            TestProject project(makeFile(emptyProject({item.arg(row.place)})));
+            const CanvasItemInfo info = project.records["{e}"];
             QCOMPARE(QRectF(info.startPoint, info.size), row.expected);
             QCOMPARE(info.endPoint, row.expected.bottomRight());
         }
     }
 
+    void picturesAreRasterAndBounded()
+    {
+        QImage image(7, 5, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        const QByteArray drawing = "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>";
+        const QString png = encodePng(image);
+        const QString svg = "X'" + drawing.toHex() + "'";
+        const QString large = encodePng(QImage(8000, 8000, QImage::Format_Mono));
+        QStringList rows = {
+            "INSERT INTO items VALUES('{p}',4,'Event',0,0,9,9,'',''," + png + ",NULL), " +
+                "('{q}',4,'Event',0,0,9,9,'',''," + svg + ",NULL), " +
+                "('{r}',3,'Event',0,0,9,9,'',''," + png + ",NULL)",
+            "INSERT INTO formdata VALUES('late','early',NULL), ('late','b'," + png + "), " +
+                "('drawing','a.png'," + svg + ")",
+        };
+        for (int i = 0; i < 9; ++i)
+            rows << QString("INSERT INTO formdata VALUES('%1','',%2)").arg(i).arg(large);
+        TestProject project(makeFile(emptyProject(rows)));
+        QCOMPARE(project.records["{p}"].image.size(), QSize(7, 5));
+        QVERIFY(project.records["{q}"].image.isNull() && project.records["{r}"].image.isNull());
+        QCOMPARE(project.formValues["late"].image.pixelColor(3, 3), QColor(Qt::red));
+        QVERIFY(project.formValues["drawing"].image.isNull());
+        QVERIFY(!project.formValues["0"].image.isNull() && project.formValues["8"].image.isNull());
+        writeBytes(folder.filePath("a.png"), drawing);
+        QVERIFY(readImageFile(folder.filePath("a.png")).isNull());
+    }
+
+    void missingColumnsAndTables()
+    {
+        for (const QString column : {"font", "parent", "text"}) {
+            const Row in(qPrintable(column));
+            TestProject project(
+                makeFile(sampleProject({"ALTER TABLE items DROP COLUMN " + column})));
+            const CanvasItemInfo note = project.records["{n}"];
+            QCOMPARE(note.parent + note.text, (column == "parent" ? QString() : "{f}") +
+                                                  (column == "text" ? QString() : "on the sheet"));
+            QVERIFY(project.records["{e}"].customFont); // by its property
+        }
+        for (const char *table : {"connections", "formdata"}) {
+            TestProject project(makeFile(sampleProject({QString("DROP TABLE ") + table})));
+            QVERIFY(!project.file.getLastError().isEmpty() && project.items.size() == 6);
+        }
+        QVERIFY(!TestProject().open(makeFile(emptyProject({"DROP TABLE items"}))));
+    }
+
+    void projectPropertiesReachTheSettings()
+    {
+        const QPair<QString, QStringList> rows[] = {
+            {"paperSize=A4;font=no,such,font;showHeader=;colour=red;"
+             "font=Arial,90000,-1,5,50,0,0,0,0,0",
+             {}},
+            {"margins=1,2,3,4;paperSize=4;font=Arial,9,-1,5,50,0,0,0,0,0;showLegend=TRUE;"
+             "showHeader=true",
+             {"font=Arial,9,-1,5,50,0,0,0,0,0", "margins=1,2,3,4", "pageSize=4", "showHeader=true",
+              "showLegend=false"}}};
+        for (const auto &row : rows) {
+            QSettings settings;
+            QStringList statements, values;
+            for (const QString &property : row.first.split(';'))
+                statements << "INSERT INTO properties VALUES('project','" +
+                                  QString(property).replace("=", "','") + "')";
+            TestProject project(makeFile(emptyProject(statements)));
+            for (const QString &key : settings.allKeys())
+                values << key + '=' + settings.value(key).toString();
+            QCOMPARE(values, row.second);
+        }
+        QSettings().clear();
+    }
+
     void aMissingFileOpensAsAnEmptyProject()
     {
-        const QString path = folder->filePath("new.epf");
+        QFile::remove(path);
         TestProject project(path);
-        QCOMPARE(readRows(path, "SELECT * FROM properties"), QStringList("project|dbVersion|1"));
-        QVERIFY(!project.open(folder->filePath("no/such/folder.epf")));
-        QVERIFY(!project.open(folder->path()));
-        QVERIFY(!project.file.isBusy());
+        QCOMPARE(read("SELECT * FROM properties"), QStringList("project|dbVersion|1"));
+        QVERIFY(!project.open(folder.filePath("no/such/folder.epf")));
+        QVERIFY(!project.open(folder.path()) && !project.file.isBusy());
     }
 
     void afterARefusalTheProjectHasNoName()
     {
         TestProject project;
         project.file.setDirty();
-        const QString path =
-            makeFile(sampleProject({"UPDATE properties SET value='2' WHERE name='dbVersion'"}));
-        QVERIFY(!project.open(path));
-        QVERIFY(project.file.getLastError().startsWith(
-            "This file was created with a newer version of this software.\n"));
-        QVERIFY(project.records.empty());
+        makeFile(sampleProject({"UPDATE properties SET value='2' WHERE name='dbVersion'"}));
+        QVERIFY(!project.open(path) && project.records.isEmpty());
+        QVERIFY(project.file.getLastError().contains("newer version"));
         QCOMPARE(project.file.getOpenFilename(), QString("untitled"));
         QVERIFY(project.file.requiresFilenamePrompt() && !project.file.isDirty());
+    }
+
+    void oldNotesFillTheForm()
+    {
+        const QString property = "INSERT INTO properties VALUES('%1','%2','%3')";
+        const struct {
+            QStringList notes, properties, formData, siblings;
+        } rows[] = {
+            {{"Event {1} event NULL"}, {}, {}, {}},
+            {{"Loss {1} first NULL", "Loss {2} second NULL"},
+             {property.arg("{1}", "sibling", "{9}")},
+             {"loss|first"},
+             {"{1}|{9},loss"}},
+            {{"Loss {1} elsewhere '{f}'"}, {}, {}, {}},
+            // The factors overwrite what the loss of control had.
+            {{"Loss_Of_Control {1} tilt NULL", "Causal_Factor {a} brake NULL",
+              "Causal_Factor {b} switch NULL"},
+             {property.arg("{a}", "causalFactorNumber", "1"),
+              property.arg("{b}", "causalFactorNumber", "2"),
+              property.arg("{b}", "sibling", "causalFactor_text_2")},
+             {"causalFactor_guid_1|{a}", "causalFactor_guid_2|{b}", "causalFactor_text_1|brake",
+              "causalFactor_text_2|switch", "lossOfControl|tilt"},
+             {"{1}|causalFactor_text_2,causalFactor_text_2", "{b}|causalFactor_text_2"}},
+        };
+        for (const auto &row : rows) {
+            const Row in(qPrintable(row.notes.last()));
+            TestProject project(makeOldFile(row.notes, row.properties));
+            QCOMPARE(read("SELECT id, value FROM formdata"), row.formData);
+            QCOMPARE(read("SELECT guid, value FROM properties WHERE name='sibling'"), row.siblings);
+            QCOMPARE(project.formValues.size(), row.formData.size());
+            QVERIFY(!project.file.isDirty() && !project.file.requiresFilenamePrompt());
+            const QByteArray upgraded = readBytes(path);
+            QVERIFY(project.open(path));
+            QCOMPARE(readBytes(path), upgraded);
+        }
+    }
+
+    void anOldFileMayStayAsItIs()
+    {
+        const QStringList reasons[] = {
+            {"INSERT INTO properties VALUES('project','dbVersion','-1')"}, // older than any
+            {"DROP TABLE properties", // and half an upgrade fails
+             "CREATE TABLE properties (guid TEXT,name TEXT,value TEXT CHECK(value<>'1'))"}};
+        for (const QStringList &reason : reasons) {
+            const QByteArray before = readBytes(makeOldFile({"Loss {1} loss NULL"}, reason));
+            TestProject project(path);
+            QCOMPARE(project.items.size(), 1);
+            QCOMPARE(readBytes(path), before);
+        }
+    }
+
+    void anOldFileThatCannotBeWrittenIsReadAsACopy()
+    {
+        const QByteArray before = readBytes(makeOldFile({"Loss {1} loss NULL"}));
+        QSqlDatabase::database(QSqlDatabase::defaultConnection, false)
+            .setConnectOptions("QSQLITE_BUSY_TIMEOUT=50");
+        TestProject project;
+        QSignalSpy told(&project.file, &ProjectFile::openedAsCopy);
+        {
+            QSqlDatabase other = QSqlDatabase::addDatabase("QSQLITE", "other");
+            other.setDatabaseName(path);
+            QVERIFY(other.open() && QSqlQuery(other).exec("BEGIN IMMEDIATE"));
+            QVERIFY(project.open(path));
+        }
+        QSqlDatabase::removeDatabase("other");
+        QCOMPARE(project.formValues["loss"].value, QString("loss"));
+        QVERIFY(told.count() == 1 && project.file.requiresFilenamePrompt());
+        QCOMPARE(readBytes(path), before);
+        QVERIFY(project.save(folder.filePath("new.epf")));
+        QVERIFY(!project.file.requiresFilenamePrompt());
     }
 };
 

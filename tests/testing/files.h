@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QFile>
-#include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -16,42 +15,30 @@ inline QByteArray readBytes(const QString &path)
 inline void writeBytes(const QString &path, const QByteArray &bytes)
 {
     QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), qint64(bytes.size()));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
 }
 
-/// Runs the statements on the file in one transaction, by a connection of their own.
-inline void runSql(const QString &path, const QStringList &statements)
-{
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "testing");
-        db.setDatabaseName(path);
-        QVERIFY(db.open());
-        db.transaction();
-        for (const QString &statement : statements) {
-            QSqlQuery query(db);
-            QVERIFY2(query.exec(statement), qPrintable(statement + query.lastError().text()));
-        }
-        QVERIFY(db.commit());
-    }
-    QSqlDatabase::removeDatabase("testing");
-}
-
-/// The rows of the query, sorted, their values joined by "|"; NULL as a word.
-inline QStringList readRows(const QString &path, const QString &statement)
+/// Runs the statements on the file in one transaction, by a connection of their own. Gives the
+/// rows that they read, sorted, their values joined by "|"; NULL as a word.
+inline QStringList runSql(const QString &path, const QStringList &statements)
 {
     QStringList rows;
     {
         QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "testing");
         db.setDatabaseName(path);
-        db.open();
-        QSqlQuery query(statement, db);
-        while (query.next()) {
-            QStringList values;
-            for (int i = 0; i < query.record().count(); ++i)
-                values << (query.isNull(i) ? "NULL" : query.value(i).toString());
-            rows << values.join('|');
+        QTest::qVerify(db.open() && db.transaction(), qPrintable(path), "", __FILE__, __LINE__);
+        for (const QString &statement : statements) {
+            QSqlQuery query(statement, db);
+            if (query.lastError().isValid())
+                QTest::qFail(qPrintable(statement + query.lastError().text()), __FILE__, __LINE__);
+            while (query.next()) {
+                QStringList values;
+                for (int i = 0; i < query.record().count(); ++i)
+                    values << (query.isNull(i) ? "NULL" : query.value(i).toString());
+                rows << values.join('|');
+            }
         }
+        QTest::qVerify(db.commit(), "commit", "", __FILE__, __LINE__);
     }
     QSqlDatabase::removeDatabase("testing");
     rows.sort();
