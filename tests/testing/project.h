@@ -19,7 +19,7 @@ public:
     {
         connect(&file, &ProjectFile::loadedItem, this, [this](CanvasItemInfo &info) {
             records[info.guid] = info;
-            add(info);
+            add(info, info.parent);
             if (info.parent.isEmpty() && info.role.isParentItem())
                 factorSheets.push_back(std::make_unique<FakeSheet>(this, info.guid));
         });
@@ -34,10 +34,10 @@ public:
     bool save(const QString &path) { return file.saveFile(path, items, formValues); }
     bool saveNew(const QString &path) { return file.saveNewFile(path, items, formValues); }
 
-    /// A new item on the sheet of its parent; null for a type without items.
-    ProjectItem *add(CanvasItemInfo info)
+    /// A new item on the sheet of the owner; null for a type without items.
+    ProjectItem *add(CanvasItemInfo info, const QString &owner = QString())
     {
-        auto *sheet = static_cast<FakeSheet *>(getSceneForParent(info.parent));
+        auto *sheet = static_cast<FakeSheet *>(getSceneForParent(owner));
         if (info.type >= EventTool && info.type <= ImageTool)
             items.append(new Sticky(sheet, info));
         else if (info.type == ConnectorTool || info.type == ArrowTool)

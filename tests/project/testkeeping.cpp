@@ -3,16 +3,23 @@
 #include "testing/testmain.h"
 
 #include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTimer>
+
 #include <csignal>
 #include <sys/resource.h>
 
-/// What lies among the kept copies after files were replaced, and that nothing goes without it.
-class TestKeptCopies : public ProjectTest
+/// What keeps work from being lost: dirty mark, auto-save clock, and the kept copies of files that
+/// were replaced. Nothing goes without its copy.
+class TestKeeping : public ProjectTest
 {
     Q_OBJECT
 
-    const QString kept = makeDataFolder() + "/kept"; // the program's own folder of copies
-    const QString autoSave = makeDataFolder() + "/untitled.autosave";
+    const QString data = makeDataFolder() + '/';
+    const QString kept = data + "kept";
+    const QString autoSave = data + "untitled.autosave";
+
+    static QTimer *getClock(const ProjectFile &file) { return file.findChild<QTimer *>(); }
 
     QStringList getKept() const
     {
@@ -39,6 +46,113 @@ private slots:
         setBlocked(false);
         QFile::remove(autoSave);
         QVERIFY(QDir(folder.path()).removeRecursively() && QDir().mkdir(folder.path()));
+    }
+
+    void eachChangeRestartsTheClock()
+    {
+        TestProject project;
+        QTimer *clock = getClock(project.file);
+        QSignalSpy changed(&project.file, &ProjectFile::dirtyChanged);
+        QVERIFY(clock->interval() == 180000 && !clock->isSingleShot() && !clock->isActive());
+        project.file.setDirty();
+        QVERIFY(project.file.isDirty() && clock->isActive());
+        clock->setTimerType(Qt::PreciseTimer);
+        QTRY_VERIFY(clock->remainingTime() < 180000 - 100);
+        const int left = clock->remainingTime();
+        project.file.setClean(false);
+        QVERIFY(clock->remainingTime() > left);
+        project.file.setClean(true);
+        QVERIFY(!project.file.isDirty() && !clock->isActive());
+        project.file.setDirty(false);
+        QCOMPARE(changed, QList<QVariantList>({{true}, {true}, {false}, {false}}));
+    }
+
+    void names()
+    {
+        const QPair<QString, QString> rows[] = {{"a.epf.b.EPF", "a.b"},
+                                                {"b.epf.autosave", "b.epf.autosave"},
+                                                {"b.AUTOSAVE", "b.AUTOSAVE"}};
+        for (const auto &row : rows) {
+            TestProject project(folder.filePath(row.first));
+            QCOMPARE(project.file.getOpenProjectName(), row.second);
+            QCOMPARE(project.file.getAutoSaveNameForOpenFile(), data + row.first + ".autosave");
+            QCOMPARE(project.file.requiresFilenamePrompt(), row.first.endsWith(".autosave"));
+        }
+    }
+
+    void anAutoSaveLeavesTheStateAloneAndGoesWithASave()
+    {
+        TestProject project(makeFile());
+        const QByteArray before = readBytes(path);
+        const QString autoSave = data + "project.epf.autosave";
+        project.file.setDirty();
+        QSignalSpy changed(&project.file, &ProjectFile::dirtyChanged);
+        QSignalSpy renamed(&project.file, &ProjectFile::projectNameChanged);
+        QVERIFY(project.save("any name.autosave"));
+        QVERIFY(QFile::exists(autoSave) && !QFile::exists("any name.autosave"));
+        QVERIFY(changed.isEmpty() && renamed.isEmpty() && getClock(project.file)->isActive());
+        QCOMPARE(project.file.getOpenFilename(), path);
+        QCOMPARE(readBytes(path), before);
+        QVERIFY(project.save(folder.filePath("other.epf")));
+        QVERIFY(!QFile::exists(autoSave) && !getClock(project.file)->isActive());
+    }
+
+    void restoringWritesAgainAtOnce()
+    {
+        const QString autoSave = data + "bridge.epf.autosave";
+        runSql(autoSave, sampleProject());
+        TestProject project;
+        connect(&project.file, &ProjectFile::requestAutoSave, &project,
+                [&] { QVERIFY(project.save(project.file.getAutoSaveNameForOpenFile())); });
+        QVERIFY(project.open(autoSave));
+        QCOMPARE(project.file.getOpenFilename(), QString("bridge.epf.autosave"));
+        QVERIFY(project.file.isDirty() && !QFile::exists(autoSave));
+        QTRY_VERIFY(QFile::exists(autoSave + ".autosave"));
+        QCOMPARE(runSql(autoSave + ".autosave", {"SELECT guid FROM items"}).size(), 6);
+    }
+
+    void theClockRestsDuringASave()
+    {
+        TestProject project(makeFile());
+        project.file.setDirty();
+        QTimer *clock = getClock(project.file);
+        clock->setInterval(1);
+        QSignalSpy requested(&project.file, &ProjectFile::requestAutoSave);
+        QSignalSpy struck(clock, &QTimer::timeout);
+        connect(&project.file, &ProjectFile::itemSaved, &project, [&] {
+            const int before = struck.count();
+            QTRY_VERIFY(struck.count() > before);
+            QVERIFY(requested.isEmpty() && !project.save(path) && !project.open(path));
+        });
+        QVERIFY(project.save(project.file.getAutoSaveNameForOpenFile()));
+        clock->stop(); // only the request that had to wait is left
+        QTRY_COMPARE(requested.count(), 1);
+        requested.clear();
+        clock->start();
+        QVERIFY(project.file.isDirty() && project.save(path)); // clean now: nothing to come back to
+        QCoreApplication::processEvents();
+        QVERIFY(requested.isEmpty());
+    }
+
+    void anEndlessEditAsksForASnapshot()
+    {
+        TestProject project;
+        QSignalSpy requested(&project.file, &ProjectFile::requestSnapshot);
+        project.file.setSnapshotInterval(100);
+        QTimer editing;
+        connect(&editing, &QTimer::timeout, this, [&project] { project.file.setDirty(); });
+        editing.start(1);
+        QTRY_VERIFY(requested.count() >= 1);
+    }
+
+    void changesByOthersAreSeen()
+    {
+        TestProject project(makeFile());
+        QVERIFY(!project.file.hasChangedOnDisk());
+        runSql(path, {"UPDATE items SET text='EVENT' WHERE guid='{e}'"}); // same size
+        QVERIFY(project.file.hasChangedOnDisk());
+        QVERIFY(project.save(path) && !project.file.hasChangedOnDisk());
+        QVERIFY(QFile::remove(path) && !project.file.hasChangedOnDisk());
     }
 
     void keepsWhatItDidNotWrite()
@@ -194,5 +308,5 @@ private slots:
     }
 };
 
-EXAMINER_TEST_MAIN(TestKeptCopies)
-#include "testkeptcopies.moc"
+EXAMINER_TEST_MAIN(TestKeeping)
+#include "testkeeping.moc"
