@@ -25,11 +25,10 @@ private slots:
             note.role = Role(QStringList{"Event", "Condition", "Transfer"}[i]);
             note.text = i == 1 ? "" : "old";
             note.textAlignment = Qt::Alignment(1 << i);
-            note.customFont = i > 0;
             note.font = QFont("Liberation Sans", 10 + i);
             note.textColor = note.backgroundColor = QColor(50 * i, 0, 0);
             note.borderLineWidth = i;
-            note.notRelevant = i == 1;
+            note.customFont = note.notRelevant = i > 0;
             notes << sheet.addNote(note);
             CanvasItemInfo line;
             line.type = ConnectorTool;
@@ -62,7 +61,6 @@ private slots:
         check(new RoleChangeCommand({notes[1]}, "Transfer"), "change role to Transfer", "\"A\"", 1);
         check(new RoleChangeCommand(notes, "Loss"), "change role to Loss", "size 120,120", 3);
         check(new Property(items, "customFont", QFont("Serif", 7)), "change font", "Serif,7", 3);
-        check(new Property(items, "textColor", QColor("lime")), "change text color", "text #00ff00", 3);
         check(new Property(items, "customBackgroundColor", QColor("lime")), "change background color", "fill #00ff00", 3);
         check(new Property(items, "borderLineWidth", 7), "change line thickness", "border 7", 3);
         check(new Property(items, "notRelevant", true), "change relevancy", "not relevant", 3);
