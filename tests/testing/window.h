@@ -9,6 +9,7 @@
 #include "shell/mainwindow.h"
 #include "shell/projecttabwidget.h"
 #include "support/supportfiles.h"
+#include "testing/fakes.h"
 #include "testing/testmain.h"
 
 #include <QAction>
@@ -35,9 +36,10 @@ struct TestWindow {
         QTRY_VERIFY_WITH_TIMEOUT(form->getAllFields(true).count() > 0, 60000);
     }
 
-    /// As a new project is, without a question.
+    /// As a new project is with usual settings, without a question.
     void empty()
     {
+        QSettings().clear();
         window.clearInterface();
         file->resetOpenFilename();
         window.setWindowTitle("untitled[*] - TRAC/Ex Examiner");
@@ -46,10 +48,13 @@ struct TestWindow {
         waitForForm();
     }
 
+    QList<QAction *> actions() const
+    {
+        return window.findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly);
+    }
     QAction *action(const QString &text) const
     {
-        for (QAction *action :
-             window.findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly)) {
+        for (QAction *action : actions()) {
             if (action->text() == text)
                 return action;
         }
@@ -63,13 +68,9 @@ struct TestWindow {
 
     ProjectItem *add(int type, const QRectF &place, const QString &role = QString())
     {
-        CanvasItemInfo info;
+        CanvasItemInfo info = noteInfo(QString(), place, role, role);
         info.type = type;
-        info.role = Role(role);
-        info.startPoint = place.topLeft();
         info.endPoint = place.bottomRight();
-        info.size = place.size();
-        info.text = role;
         return chart()->loadCanvasItem(info);
     }
 
