@@ -87,7 +87,7 @@ private slots:
         Sheet chart;
         ProjectScene factor(&chart.program, &chart.group, nullptr, nullptr, pageSize(),
                             chart.addFactor(3));
-        chart.program.scenes.append(&factor);
+        chart.program.sheets.append(&factor);
         chart.scene.setPrintEnabled(false);
         factor.setPrintEnabled(false);
         PageSetupDialog dialog(&chart.program);

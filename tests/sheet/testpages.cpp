@@ -198,7 +198,7 @@ private slots:
 
     void changesReachTheProject()
     {
-        FakeProgram program;
+        FakeHost program;
         auto group = std::make_unique<QUndoGroup>();
         ProjectFile file(&program);
         ProjectScene scene(&program, group.get(), &file, nullptr, Page);

@@ -91,7 +91,7 @@ private slots:
         Sticky *owner = sheet->addFactor(2);
         ProjectScene other(&sheet->program, &sheet->group, nullptr, nullptr, QSize(400, 300),
                            owner);
-        sheet->program.scenes.append(&other);
+        sheet->program.sheets.append(&other);
         CanvasItemInfo info = owner->getCanvasItemInfo();
         info.guid = "twin";
         info.siblings = QStringList{owner->getGUID(), "causalFactor_text_2"};

@@ -104,16 +104,16 @@ private slots:
 
     void undoneFactorsComeBackWhole()
     {
-        FakeProgram program;
+        FakeHost program;
         QUndoGroup group;
         ProjectFile file(&program);
         SheetBook book(&program, &group, &file, &form->view);
         ProjectScene *main = book.getMainSheet();
-        program.scenes.append(main);
+        program.sheets.append(main);
         connect(&book, &SheetBook::sheetCame,
-                [&program](ProjectScene *sheet) { program.scenes.append(sheet); });
+                [&program](ProjectScene *sheet) { program.sheets.append(sheet); });
         connect(&book, &SheetBook::sheetGoes,
-                [&program](ProjectScene *sheet) { program.scenes.removeOne(sheet); });
+                [&program](ProjectScene *sheet) { program.sheets.removeOne(sheet); });
         const auto describeAll = [&] {
             QString text = form->view.getCausalFactorRow(1).join('|');
             for (const ProjectScene *sheet : book.getAllSheets())

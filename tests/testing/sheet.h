@@ -13,38 +13,13 @@
 #include <QSignalSpy>
 #include <QUndoGroup>
 
-/// A program around real sheets, the main sheet first.
-class FakeProgram : public FakeHost
-{
-public:
-    Sticky *getNoteWithGUID(const QString &guid) const override
-    {
-        for (ProjectScene *scene : scenes) {
-            if (auto *note = qobject_cast<Sticky *>(scene->getItemWithGUID(guid)))
-                return note;
-        }
-        return nullptr;
-    }
-
-    ChartSheet *getSceneForParent(const QString &guid) const override
-    {
-        for (ProjectScene *scene : scenes) {
-            if (scene->getOwnerGUID() == guid)
-                return scene;
-        }
-        return scenes.value(0);
-    }
-
-    QList<ProjectScene *> scenes;
-};
-
 /// The main sheet of a project without file and form, in a view of its own.
 struct Sheet {
     explicit Sheet(QSize pageSize = QSize(1606, 1030), ProjectFile *file = nullptr,
                    FormView *form = nullptr)
         : scene(&program, &group, file, form, pageSize)
     {
-        program.scenes.append(&scene);
+        program.sheets.append(&scene);
         view.setScene(&scene);
         view.setAlignment(Qt::AlignLeft | Qt::AlignTop);
         view.setFrameShape(QFrame::NoFrame);
@@ -135,7 +110,7 @@ struct Sheet {
     QUndoStack *getStack() const { return scene.getUndoStack(); }
     int getSteps() const { return getStack()->count(); }
 
-    FakeProgram program;
+    FakeHost program;
     QUndoGroup group;
     ProjectScene scene;
     QGraphicsView view;
