@@ -91,11 +91,9 @@ private slots:
             for (int i = 0; i < 60; ++i) {
                 QByteArray damaged = whole;
                 // The tables' own pages are what counts, and their first bytes most of all.
-                const int page = random() % 5 * 4096;
-                for (int flips = random() % 4; flips >= 0; --flips) {
-                    const int reach = random() % 2 ? 120 : 4096;
+                const int page = random() % 5 * 4096, reach = random() % 2 ? 120 : 4096;
+                for (int flips = random() % 4; flips >= 0; --flips)
                     damaged[int((page + random() % reach) % whole.size())] = char(random());
-                }
                 writeBytes(path, damaged);
                 opened += open();
             }
@@ -124,8 +122,7 @@ private slots:
 
     void aJournalMayNotLeadElsewhere()
     {
-        const QString victim = folder.filePath("precious");
-        const QString link = folder.filePath("link.epf"), pipe = folder.filePath("pipe.epf");
+        const QString victim = folder.filePath("precious"), link = path + ".epf", pipe = link + "2";
         const QByteArray name = victim.toUtf8();
         writeBytes(victim, "precious");
         char numbers[8];
