@@ -309,22 +309,18 @@ private slots:
         QTRY_VERIFY(header.size().height() > empty.height());
     }
 
-    void footerNamesThePage()
+    void footerNamesThePageAndFollowsNoTheme()
     {
         FooterItem footer(26, 11);
         footer.showFooter(true, "<b>Plant", false);
         const auto *label = qobject_cast<QLabel *>(getWidget(footer));
         QCOMPARE(label->text(), QString("<b>Plant - [12"));
         QCOMPARE(label->textFormat(), Qt::PlainText);
-    }
-
-    void legendIsTheSameInADarkTheme()
-    {
         QImage legends[2];
-        for (QImage &legend : legends) {
-            FooterItem footer(0, 0);
-            footer.showFooter(false, QString(), true);
-            legend = getWidget(footer)->grab().toImage();
+        for (QImage &image : legends) {
+            FooterItem legend(0, 0);
+            legend.showFooter(false, QString(), true);
+            image = getWidget(legend)->grab().toImage();
             QApplication::setPalette(QPalette(Qt::white, Qt::black));
         }
         QApplication::setPalette(QPalette());

@@ -25,6 +25,8 @@ struct Form {
         return web->page()->mainFrame()->evaluateJavaScript(script);
     }
 
+    bool is(const QString &condition) const { return run(condition).toBool(); }
+
     /// The ids of the causal factors' rows from above.
     QString getRows() const
     {
