@@ -6,6 +6,27 @@
 #include "chart/sticky.h"
 #include "support/log.h"
 
+namespace
+{
+
+/// The copies on factor sheets that bear the role, for a note of the main sheet. They keep it
+/// whatever the note becomes; the form's field they share only as long as the note has the role,
+/// else it would carry words between the field and a note that has left it.
+QList<Sticky *> getTwins(const Sticky *note, const QString &role)
+{
+    QList<Sticky *> twins;
+    if (!note->getSheet()->getOwnerGUID().isEmpty())
+        return twins;
+    for (const QString &id : note->getSiblings()) {
+        Sticky *twin = note->getSheet()->getHost()->getNoteWithGUID(id);
+        if (twin && twin->getRoleType() == role && !twin->getSheet()->getOwnerGUID().isEmpty())
+            twins.append(twin);
+    }
+    return twins;
+}
+
+} // namespace
+
 void Sticky::setRoleType(const QString &role)
 {
     const Role newRole(role);
@@ -70,6 +91,8 @@ void Sticky::removeRoleSiblings()
             (role == RoleType::CausalFactor && FormFields::isOfCausalFactor(id)))
             removeSibling(id);
     }
+    for (Sticky *twin : getTwins(this, role))
+        twin->removeRoleSiblings();
 }
 
 void Sticky::addRoleSiblings(const QString &role)
@@ -78,6 +101,8 @@ void Sticky::addRoleSiblings(const QString &role)
         addSibling(FormFields::Loss);
     else if (role == RoleType::LossOfControl)
         addSibling(FormFields::LossOfControl);
+    for (Sticky *twin : getTwins(this, role))
+        twin->addRoleSiblings(role);
 }
 
 void Sticky::addSibling(Sticky *note)

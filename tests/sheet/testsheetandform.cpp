@@ -178,6 +178,17 @@ private slots:
             QTRY_COMPARE(book.getFactorSheets().size(), 1);
             QCOMPARE(book.getFactorSheets().first()->getAllCausalFactors().first()->getSiblings(),
                      QStringList(note->getGUID()));
+
+            // A field belongs to the role, not to the twin of a note that has left it.
+            auto *loss = qobject_cast<Sticky *>(main->getItemWithGUID("Loss"));
+            Sticky *twin = book.getFactorSheets().first()->getLossAndLoCNotes().first;
+            loss->setRoleType("Loss");
+            twin->setText("Leak");
+            loss->setRoleType("Event");
+            twin->setText("Not a loss");
+            QCOMPARE(form->view.getFieldValue("loss"), QString("Leak"));
+            loss->setRoleType("Loss");
+            QVERIFY(twin->getSiblings().contains("loss"));
             book.clear();
         }
     }
