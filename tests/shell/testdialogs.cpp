@@ -38,43 +38,31 @@ private slots:
 
     void settingsWriteEveryKeyOnOk()
     {
-        const QStringList keys = {"font",       "margins",    "pageSize",
-                                  "showHeader", "showLegend", "showPageNumbers"};
         for (const char *button : {"cancelButton", "okButton"}) {
             Settings dialog(nullptr);
-            QCOMPARE(dialog.findChild<QComboBox *>("paperSizeCombo")->count(), 30);
-            QCOMPARE(dialog.findChild<QComboBox *>("paperSizeCombo")->currentData().toInt(), 29);
             dialog.findChild<QComboBox *>("paperSizeCombo")->setCurrentText("A4");
             dialog.findChild<QCheckBox *>("showLegend")->setChecked(false);
+            const auto *note = dialog.findChild<QLabel *>("marginsNote");
+            setMargins(dialog, {30, 30, 1, 1});
+            QVERIFY(!note->isHidden());
             setMargins(dialog, {1.25, 2, 0, 3.5});
+            QVERIFY(note->isHidden());
             DialogAnswer fonts(inDialog<QFontDialog>([](QFontDialog *chooser) {
                 chooser->setCurrentFont(QFont("Liberation Mono", 14, QFont::Bold));
                 chooser->accept();
             }));
             dialog.findChild<QPushButton *>("fontButton")->click();
-            QVERIFY(fonts.wasAsked());
-            QCOMPARE(dialog.findChild<QLabel *>("fontPreviewLabel")->text(),
-                     QString("Liberation Mono 14pt Bold"));
-            QVERIFY(QSettings().allKeys().isEmpty());
+            QVERIFY(fonts.wasAsked() && QSettings().allKeys().isEmpty());
             dialog.findChild<QPushButton *>(button)->click();
         }
         const QSettings settings;
-        QCOMPARE(settings.allKeys(), keys);
+        QCOMPARE(settings.allKeys().join(' '),
+                 QString("font margins pageSize showHeader showLegend showPageNumbers"));
         QCOMPARE(settings.value("pageSize").toInt(), 0);
         QCOMPARE(settings.value("margins").toStringList(), QStringList({"1.25", "2", "0", "3.5"}));
         QVERIFY(settings.value("showHeader").toBool() && !settings.value("showLegend").toBool());
         QCOMPARE(settings.value("font").toString().count(','), 9); // without a style's name
         QCOMPARE(getStandardFont().family(), QString("Liberation Mono"));
-    }
-
-    void marginsThatLeaveNoPageAreTold()
-    {
-        Settings dialog(nullptr);
-        const auto *note = dialog.findChild<QLabel *>("marginsNote");
-        for (const double margin : {30.0, 3.0}) {
-            setMargins(dialog, {margin, margin, 1, 1});
-            QCOMPARE(note->isHidden(), margin < 30);
-        }
     }
 
     void introScreenOffersFiles()
@@ -104,15 +92,11 @@ private slots:
     void imagePreview()
     {
         const QSize limits = QGuiApplication::primaryScreen()->geometry().size() - QSize(50, 100);
-        const QPair<QSize, const char *> rows[] = {
-            {limits, "Image Preview"},
-            {limits + QSize(1, -300), "Image Preview (99%)"},
-            {QSize(100, limits.height() * 2), "Image Preview (50%)"}};
-        for (const auto &row : rows) {
-            const Row in(row.second);
-            ImagePreviewDialog dialog(nullptr, QPixmap(row.first));
-            QCOMPARE(dialog.windowTitle(), QString(row.second));
-        }
+        const QSize high(100, limits.height() * 2);
+        QCOMPARE(ImagePreviewDialog(nullptr, QPixmap(limits)).windowTitle(),
+                 QString("Image Preview"));
+        QCOMPARE(ImagePreviewDialog(nullptr, QPixmap(high)).windowTitle(),
+                 QString("Image Preview (50%)"));
         QVERIFY(QDir(folder.path()).mkpath("taken.jpg"));
         ImagePreviewDialog dialog(nullptr, QPixmap(300, 10));
         BoxAnswer failure(QMessageBox::Ok);

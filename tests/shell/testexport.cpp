@@ -1,6 +1,7 @@
 #include "shell/exportdialog.h"
 #include "support/pageinfo.h"
 #include "testing/dialogs.h"
+#include "testing/files.h"
 #include "testing/rows.h"
 #include "testing/window.h"
 
@@ -15,11 +16,6 @@ class TestExport : public QObject
 
     QString path(const QString &name) const { return folder->filePath(name); }
     QStringList files() const { return QDir(folder->path()).entryList(QDir::Files); }
-    QByteArray read(const QString &name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
     void exportThroughDialog(const QString &format, const QString &area, const QString &name)
     {
         DialogAnswer choice(inDialog<ExportDialog>([&](ExportDialog *dialog) {
@@ -28,90 +24,76 @@ class TestExport : public QObject
             dialog->accept();
         }));
         DialogAnswer answer(fileChoice(path(name)));
-        tw->action("Export...")->trigger();
+        w.action("Export...")->trigger();
         QVERIFY(choice.wasAsked() && answer.wasAsked());
     }
 
     std::unique_ptr<QTemporaryDir> folder;
-    std::unique_ptr<TestWindow> tw;
+    TestWindow w;
 
 private slots:
-    void initTestCase() { tw = std::make_unique<TestWindow>(); }
     void init()
     {
         folder = std::make_unique<QTemporaryDir>();
-        QSettings().clear();
-        tw->empty();
+        w.empty();
     }
-    void cleanupTestCase() { tw.reset(); }
 
     void names()
     {
-        const struct {
-            const char *format, *typed, *written;
-        } rows[] = {
-            {"PNG Image", "x", "x.png"},         {"PNG Image", "x.PNG", "x.PNG"},
-            {"PNG Image", "x.pdf", "x.pdf.png"}, {"PDF Document", "x", "x.pdf"},
-            {"PDF Document", "x.pdf", "x.pdf"},
+        const std::tuple<QString, const char *, const char *> rows[] = {
+            {"PNG Image", "x", "x.png"},
+            {"PNG Image", "x.PNG", "x.PNG"},
+            {"PNG Image", "x.pdf", "x.pdf.png"},
+            {"PDF Document", "x", "x.pdf"},
         };
-        for (const auto &row : rows) {
-            const Row in(row.typed);
+        for (const auto &[format, typed, written] : rows) {
+            const Row in(typed);
             folder = std::make_unique<QTemporaryDir>();
-            exportThroughDialog(row.format, "Entire Chart", row.typed);
-            QCOMPARE(files(), QStringList(row.written));
+            exportThroughDialog(format, "Entire Chart", typed);
+            QCOMPARE(files(), QStringList(written));
             QCOMPARE(QSettings().value("lastExportPath").toString(), folder->path());
-            const bool picture = QString(row.format).startsWith("PNG");
-            QVERIFY(read(row.written).startsWith(picture ? "\x89PNG" : "%PDF"));
+            QVERIFY(
+                readBytes(path(written)).startsWith(format.contains("PDF") ? "%PDF" : "\x89PNG"));
         }
-    }
-
-    /// Its ending is that of the dialog that never came up.
-    void pageAsAPicture()
-    {
-        DialogAnswer answer(fileChoice(path("x.png")));
-        tw->action("Save page as PNG image...")->trigger();
-        QVERIFY(answer.wasAsked());
-        QCOMPARE(QImageReader(path("x.png.pdf"), "PNG").size(), tw->chart()->getPageSize());
         DialogAnswer metafile(fileChoice(path("y")));
-        tw->window.onExportClicked(false, ExportDialog::EMF);
-        QCOMPARE(files(), QStringList("x.png.pdf")); // a metafile exists in name only
+        w.window.onExportClicked(false, ExportDialog::EMF);
+        QCOMPARE(files(), QStringList("x.pdf")); // a metafile exists in name only
+        // A page's ending is that of the dialog that never came up.
+        DialogAnswer answer(fileChoice(path("x.png")));
+        w.action("Save page as PNG image...")->trigger();
+        QCOMPARE(QImageReader(path("x.png.pdf"), "PNG").size(), w.chart()->getPageSize());
     }
 
     void areas()
     {
-        const QSize page = tw->chart()->getPageSize();
-        Sticky *note = tw->addNote("Event", QPointF(page.width() + 200, 200));
-        tw->chart()->checkCanvasSize();
+        const QSize page = w.chart()->getPageSize();
+        Sticky *note = w.addNote("Event", QPointF(page.width() + 200, 200));
+        w.chart()->checkCanvasSize();
         const QSize whole(2 * page.width() + 20, page.height() + 20); // with its margin
         const QSize alone = note->sceneBoundingRect().adjusted(-2, -2, 2, 2).size().toSize();
-        const struct {
-            const char *area;
-            QSize size;
-        } rows[] = {{"Entire Chart", whole}, {"Current Page", page}, {"Selected Items", alone}};
-        for (const auto &row : rows) {
-            const Row in(row.area);
+        const QPair<const char *, QSize> rows[] = {
+            {"Entire Chart", whole}, {"Current Page", page}, {"Selected Items", alone}};
+        for (const auto &[area, size] : rows) {
+            const Row in(area);
             note->setSelected(true);
-            exportThroughDialog("PNG Image", row.area, row.area);
-            QCOMPARE(QImageReader(path(row.area) + ".png").size(), row.size);
-            QVERIFY(tw->chart()->selectedItems().isEmpty());
+            exportThroughDialog("PNG Image", area, area);
+            QCOMPARE(QImageReader(path(area) + ".png").size(), size);
+            QVERIFY(w.chart()->selectedItems().isEmpty());
         }
     }
 
     void currentPageIsThatOfTheMainView()
     {
-        const QSize page = tw->chart()->getPageSize();
-        tw->makeFactor(tw->addNote("Event", QPointF(page.width() + 200, 200)));
-        tw->chart()->checkCanvasSize();
+        const QSize page = w.chart()->getPageSize();
+        w.makeFactor(w.addNote("Event", QPointF(page.width() + 200, 200)));
+        w.chart()->checkCanvasSize();
         QCoreApplication::processEvents();
-        tw->view()->centerOn(page.width() * 1.5, 200);
-        CanvasItemInfo red;
-        red.type = NoteItemType;
-        red.startPoint = QPointF(page.width() + 100, 100);
-        red.size = QSizeF(120, 80);
+        w.view()->centerOn(page.width() * 1.5, 200);
+        CanvasItemInfo red = noteInfo("{red}", QRectF(page.width() + 100, 100, 120, 80));
         red.backgroundColor = Qt::red;
-        tw->factorSheet()->loadCanvasItem(red);
-        tw->tabs->setCurrentIndex(2);
-        QTRY_COMPARE(tw->window.getCurrentScene(), tw->factorSheet());
+        w.factorSheet()->loadCanvasItem(red);
+        w.tabs->setCurrentIndex(2);
+        QTRY_COMPARE(w.window.getCurrentScene(), w.factorSheet());
         exportThroughDialog("PNG Image", "Current Page", "x.png");
         QCOMPARE(QImage(path("x.png")).pixelColor(130, 110), QColor(Qt::red));
     }
@@ -122,32 +104,32 @@ private slots:
         for (const char *target : {"missing/x", "folder"}) {
             const Row in(target);
             QDir(folder->path()).mkpath("folder/x");
-            tw->window.statusBar()->clearMessage();
-            tw->window.exportPNG(path(target), QRectF(0, 0, 10, 10));
-            QVERIFY(!tw->window.statusBar()->currentMessage().isEmpty());
-            tw->window.statusBar()->clearMessage();
-            tw->window.exportPDF(path(target), QRectF());
-            QVERIFY(!tw->window.statusBar()->currentMessage().isEmpty());
+            w.window.statusBar()->clearMessage();
+            w.window.exportPNG(path(target), QRectF(0, 0, 10, 10));
+            QVERIFY(!w.window.statusBar()->currentMessage().isEmpty());
+            w.window.statusBar()->clearMessage();
+            w.window.exportPDF(path(target), QRectF());
+            QVERIFY(!w.window.statusBar()->currentMessage().isEmpty());
         }
         QVERIFY(files().isEmpty());
     }
 
     void settingsAndPrintFlagsReachEverySheet()
     {
-        tw->makeFactor(tw->addNote("Event", QPointF(200, 200)));
+        w.makeFactor(w.addNote("Event", QPointF(200, 200)));
         DialogAnswer settings(inDialog<QDialog>([](QDialog *dialog) {
             dialog->findChild<QComboBox *>("paperSizeCombo")->setCurrentText("A4");
             dialog->accept();
         }));
-        tw->action("&Project Settings")->trigger();
+        w.action("&Project Settings")->trigger();
         QVERIFY(settings.wasAsked());
         const QSize size = PageInfo().getPrintableArea().size();
         QVERIFY(size.width() < 1200);
-        tw->chart()->setPrintEnabled(false);
+        w.chart()->setPrintEnabled(false);
         DialogAnswer setup(inDialog<QDialog>([](QDialog *dialog) { dialog->accept(); }));
-        tw->action("Print Setup")->trigger();
+        w.action("Print Setup")->trigger();
         QVERIFY(setup.wasAsked());
-        for (ProjectScene *sheet : {tw->chart(), tw->factorSheet()}) {
+        for (ProjectScene *sheet : {w.chart(), w.factorSheet()}) {
             QCOMPARE(sheet->getPageSize(), size);
             QVERIFY(sheet->isPrintEnabled());
         }

@@ -10,6 +10,15 @@
 #include <QScrollBar>
 #include <QWheelEvent>
 
+static void sendMouse(QWidget *widget, QEvent::Type type, const QPoint &pos,
+                      Qt::MouseButton button = Qt::LeftButton)
+{
+    QMouseEvent event(type, pos, widget->mapToGlobal(pos),
+                      type == QEvent::MouseMove ? Qt::NoButton : button,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : button, Qt::NoModifier);
+    QApplication::sendEvent(widget, &event);
+}
+
 /// The middle of a large sheet, in a view of 400 by 400.
 struct ShownSheet {
     ShownSheet() : view(&sheet.scene, nullptr), band(view.findChild<QRubberBand *>())
@@ -21,12 +30,7 @@ struct ShownSheet {
 
     void mouse(QEvent::Type type, const QPoint &pos, Qt::MouseButton button = Qt::LeftButton)
     {
-        const bool moving = type == QEvent::MouseMove;
-        const bool released = type == QEvent::MouseButtonRelease;
-        QMouseEvent event(type, pos, view.viewport()->mapToGlobal(pos),
-                          moving ? Qt::NoButton : button, released ? Qt::NoButton : button,
-                          Qt::NoModifier);
-        QApplication::sendEvent(view.viewport(), &event);
+        sendMouse(view.viewport(), type, pos, button);
     }
 
     void turnWheel(const QPoint &pos, int angle, Qt::KeyboardModifiers modifiers)
@@ -55,21 +59,20 @@ struct Palette {
         window.show();
     }
 
+    QAction *action(int tool) const
+    {
+        for (QAction *action : bar.findChildren<QAction *>()) {
+            if (action->data() == tool)
+                return action;
+        }
+        return nullptr;
+    }
     ToolButton *button(int tool) const
     {
         for (ToolButton *button : bar.findChildren<ToolButton *>()) {
             if (button->actions().contains(action(tool)) ||
                 (button->menu() && button->menu()->actions().contains(action(tool))))
                 return button;
-        }
-        return nullptr;
-    }
-
-    QAction *action(int tool) const
-    {
-        for (QAction *action : bar.findChildren<QAction *>()) {
-            if (action->data().isValid() && action->data().toInt() == tool)
-                return action;
         }
         return nullptr;
     }
@@ -111,26 +114,22 @@ class TestViews : public QObject
 private slots:
     void dragsScrollNearTheEdges()
     {
-        const struct {
-            const char *name;
-            QPoint pos, step;
-        } rows[] = {
-            {"the middle", {200, 200}, {0, 0}},       {"63 from the left", {63, 200}, {0, 0}},
-            {"62 from the left", {62, 200}, {-1, 0}}, {"the left edge", {0, 200}, {-8, 0}},
-            {"the right edge", {400, 200}, {8, 0}},   {"the bottom edge", {200, 400}, {0, 8}},
+        const std::tuple<const char *, QPoint, QPoint> rows[] = {
+            {"62 from the left", {62, 200}, {-1, 0}}, {"63 from the left", {63, 200}, {0, 0}},
+            {"the left edge", {0, 200}, {-8, 0}},     {"the right edge", {400, 200}, {8, 0}},
             {"beyond the top", {200, -50}, {0, -15}}, {"the height decides", {10, 60}, {-1, -1}},
         };
-        for (const auto &row : rows) {
-            const Row in(row.name);
+        for (const auto &[name, pos, step] : rows) {
+            const Row in(name);
             ShownSheet shown;
             const QPoint before = shown.scrolled();
             shown.mouse(QEvent::MouseButtonPress, QPoint(200, 200));
-            shown.mouse(QEvent::MouseMove, row.pos);
+            shown.mouse(QEvent::MouseMove, pos);
             shown.view.onScrollTimeout();
-            QCOMPARE(shown.scrolled() - before, row.step);
-            shown.mouse(QEvent::MouseButtonRelease, row.pos);
+            QCOMPARE(shown.scrolled() - before, step);
+            shown.mouse(QEvent::MouseButtonRelease, pos);
             shown.view.onScrollTimeout();
-            QCOMPARE(shown.scrolled() - before, row.step);
+            QCOMPARE(shown.scrolled() - before, step);
         }
     }
 
@@ -150,19 +149,11 @@ private slots:
         QCOMPARE(shown.band->geometry().left(), 192);
         shown.mouse(QEvent::MouseButtonRelease, QPoint(400, 300));
         QVERIFY(!shown.band->isVisible());
-    }
-
-    /// A context menu keeps the release to itself.
-    void bandsBeginWithTheLeftButton()
-    {
-        ShownSheet shown;
-        shown.sheet.addNote(QRectF(740, 440, 120, 120));
-        for (Qt::MouseButton button : {Qt::RightButton, Qt::LeftButton}) {
-            shown.mouse(QEvent::MouseButtonPress, QPoint(50, 50), button);
-            shown.mouse(QEvent::MouseButtonPress, QPoint(200, 200));
-            shown.mouse(QEvent::MouseMove, QPoint(230, 230));
-            QVERIFY(!shown.band->isVisible());
-        }
+        // A context menu keeps the release to itself.
+        shown.mouse(QEvent::MouseButtonPress, QPoint(50, 50), Qt::RightButton);
+        shown.mouse(QEvent::MouseButtonPress, QPoint(150, 160)); // on the note
+        shown.mouse(QEvent::MouseMove, QPoint(300, 300));
+        QVERIFY(!shown.band->isVisible());
     }
 
     void sheetStaysUnderThePointer()
@@ -212,20 +203,21 @@ private slots:
 
     void zoomSteps()
     {
-        const struct {
-            int from, in, out, wheel;
-        } rows[] = {{10, 25, 10, 20}, {110, 150, 100, 120}, {195, 200, 150, 200}, {-5, 25, 10, 20}};
-        for (const auto &row : rows) {
-            const Row in(qPrintable(QString::number(row.from)));
+        const std::tuple<int, int, int, int> rows[] = {// from, in, out, by the wheel
+                                                       {10, 25, 10, 20},
+                                                       {110, 150, 100, 120},
+                                                       {195, 200, 150, 200},
+                                                       {-5, 25, 10, 20}};
+        for (const auto &[from, in, out, wheel] : rows) {
             ZoomWidget zooms[3];
             for (ZoomWidget &zoom : zooms)
-                zoom.setZoom(row.from);
+                zoom.setZoom(from);
             zooms[0].getZoomInAction()->trigger();
             zooms[1].getZoomOutAction()->trigger();
             zooms[2].stepZoom(true);
-            QCOMPARE(zooms[0].getZoom(), row.in);
-            QCOMPARE(zooms[1].getZoom(), row.out);
-            QCOMPARE(zooms[2].getZoom(), row.wheel);
+            QCOMPARE(zooms[0].getZoom(), in);
+            QCOMPARE(zooms[1].getZoom(), out);
+            QCOMPARE(zooms[2].getZoom(), wheel);
         }
     }
 
@@ -244,12 +236,7 @@ private slots:
         palette.bar.cancelActiveTool();
         QCOMPARE(palette.pressed(), QList<int>{SelectTool});
         QCOMPARE(palette.button(ArrowTool)->defaultAction(), palette.action(StraightLineTool));
-    }
-
-    /// Whatever is done to a button that ends without a choice.
-    void aMenuThatIsLeftChangesNothing()
-    {
-        Palette palette;
+        // Whatever is done to a button that ends without a choice.
         QTest::mouseClick(palette.button(EventTool), Qt::LeftButton);
         palette.pickFromMenu(ArrowTool, {Qt::Key_Escape});
         QCOMPARE(palette.pressed(), QList<int>{EventTool});
@@ -263,15 +250,12 @@ private slots:
     {
         Palette palette;
         ToolButton *button = palette.button(SelectTool); // which itself can't be dragged away
-        for (const QPoint &by : {QPoint(2, 2), QPoint(3, 2), QPoint(-3, -2)}) {
+        for (const QPoint &to : {QPoint(17, 17), QPoint(18, 17), QPoint(12, 13)}) {
             QSignalSpy dragged(button, &ToolButton::dragStarting);
-            const QPoint from(15, 15);
-            QTest::mousePress(button, Qt::LeftButton, Qt::NoModifier, from);
-            QMouseEvent move(QEvent::MouseMove, from + by, button->mapToGlobal(from + by),
-                             Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-            QApplication::sendEvent(button, &move);
-            QTest::mouseRelease(button, Qt::LeftButton, Qt::NoModifier, from + by);
-            QCOMPARE(dragged.count(), by.manhattanLength() > 4 ? 1 : 0);
+            QTest::mousePress(button, Qt::LeftButton, Qt::NoModifier, QPoint(15, 15));
+            sendMouse(button, QEvent::MouseMove, to);
+            QTest::mouseRelease(button, Qt::LeftButton, Qt::NoModifier, to);
+            QCOMPARE(dragged.count(), to == QPoint(17, 17) ? 0 : 1);
         }
     }
 };

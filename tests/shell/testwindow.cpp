@@ -9,12 +9,14 @@
 #include <QToolBar>
 #include <QUndoGroup>
 
-/// The window and its commands. All tests share one window, emptied before each.
+/// The window, its commands and the sheets of its factors. All tests share one window, emptied
+/// before each.
 class TestWindowProgram : public QObject
 {
     Q_OBJECT
 
-    QComboBox *roleBox() const { return tw->window.findChild<QComboBox *>(); }
+    QComboBox *roleBox() const { return w.window.findChild<QComboBox *>(); }
+    QUndoGroup *group() const { return w.window.findChild<QUndoGroup *>(); }
 
     void walk(const QList<QAction *> &actions, QStringList &texts)
     {
@@ -25,32 +27,33 @@ class TestWindowProgram : public QObject
                 walk(action->menu()->actions(), texts);
         }
     }
+    /// Where the note of the role stands on the factor's sheet, which has only one.
+    QRectF placeOf(const QString &role) const
+    {
+        QRectF place;
+        for (Sticky *note : w.factorSheet()->getAllNotes()) {
+            if (note->getRoleType() == role)
+                place = place.isNull() ? note->getGeometry() : QRectF(0, 0, 1, 1);
+        }
+        return place;
+    }
 
-    std::unique_ptr<TestWindow> tw;
+    TestWindow w;
 
 private slots:
-    void initTestCase() { tw = std::make_unique<TestWindow>(); }
-    void init()
-    {
-        QSettings().clear();
-        tw->empty();
-    }
-    void cleanupTestCase() { tw.reset(); }
+    void init() { w.empty(); }
 
     /// Every entry is worth reading, every action has its keys to itself, and what stands in no
     /// menu is meant to.
     void menus()
     {
-        QStringList texts;
-        walk(tw->window.menuBar()->actions(), texts);
-        walk(tw->window.getSceneContextMenu()->actions(), texts);
-        walk(tw->window.getLineContextMenu()->actions(), texts);
-        walk(tw->window.getNoteContextMenu()->actions(), texts);
-        QCOMPARE(tw->window.getNoteContextMenu(), tw->window.getNoteContextMenu());
+        QStringList texts, nowhere;
+        walk(w.window.menuBar()->actions(), texts);
+        walk(w.window.getSceneContextMenu()->actions(), texts);
+        walk(w.window.getLineContextMenu()->actions(), texts);
+        walk(w.window.getNoteContextMenu()->actions(), texts);
         QSet<QString> keys;
-        QStringList nowhere;
-        for (QAction *action :
-             tw->window.findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly)) {
+        for (QAction *action : w.actions()) {
             const QString key = action->shortcut().toString();
             QVERIFY2(key.isEmpty() || !keys.contains(key), qPrintable(key));
             keys.insert(key);
@@ -62,147 +65,197 @@ private slots:
 
     void selectionEnables()
     {
-        const struct {
-            const char *name, *items;
-            bool canDelete, properties, toolbar, roleAndFont;
-        } rows[] = {
-            {"nothing", "", false, false, false, true},
-            {"a note", "n", true, true, true, true},
-            {"a line", "l", true, true, true, false},
-            {"a picture", "p", true, false, false, true},
-            {"a note and a line", "nl", true, true, true, true},
-            {"a line and a picture", "lp", true, true, true, false},
+        const std::tuple<const char *, bool, bool, bool> rows[] = {
+            // a letter an item, and what can be done: delete, properties, role and font
+            {"", false, false, true},         {"note", true, true, true},
+            {"line", true, true, false},      {"p", true, false, true},
+            {"note, line", true, true, true}, {"line p", true, true, false},
         };
-        auto *toolbar = tw->window.findChild<QToolBar *>("ItemToolbar");
-        ProjectItem *note = tw->addNote("Event", QPointF(200, 200));
-        ProjectItem *line = tw->addLine(QPointF(400, 400), QPointF(600, 400));
-        ProjectItem *picture = tw->add(NewBarrierTool, QRectF(700, 200, 17, 82));
-        for (const auto &row : rows) {
-            const Row in(row.name);
-            const QString items = row.items;
-            note->setSelected(items.contains('n'));
-            line->setSelected(items.contains('l'));
-            picture->setSelected(items.contains('p'));
+        auto *toolbar = w.window.findChild<QToolBar *>("ItemToolbar");
+        ProjectItem *note = w.addNote("Event", QPointF(200, 200));
+        ProjectItem *line = w.addLine(QPointF(400, 400), QPointF(600, 400));
+        ProjectItem *picture = w.add(NewBarrierTool, QRectF(700, 200, 17, 82));
+        for (const auto &[items, canDelete, properties, roleAndFont] : rows) {
+            const Row in(items);
+            note->setSelected(QString(items).contains("note"));
+            line->setSelected(QString(items).contains("line"));
+            picture->setSelected(QString(items).contains("p"));
             QCoreApplication::processEvents();
-            QCOMPARE(tw->action("Delete item(s)")->isEnabled(), row.canDelete);
-            QCOMPARE(tw->action("Item Properties")->isEnabled(), row.properties);
-            QCOMPARE(toolbar->isEnabled(), row.toolbar);
-            QCOMPARE(roleBox()->isEnabledTo(toolbar), row.roleAndFont);
-            QCOMPARE(tw->action("Choose Font")->isEnabled(), row.roleAndFont);
-            QVERIFY(tw->action("Item Color")->isEnabled() && tw->action("Align Left")->isEnabled());
+            QCOMPARE(w.action("Delete item(s)")->isEnabled(), canDelete);
+            QCOMPARE(w.action("Item Properties")->isEnabled(), properties);
+            QCOMPARE(toolbar->isEnabled(), properties);
+            QCOMPARE(roleBox()->isEnabledTo(toolbar), roleAndFont);
+            QCOMPARE(w.action("Choose Font")->isEnabled(), roleAndFont);
         }
     }
 
-    void selectionShowsTheFirstNoteAndLine()
+    /// The commands show what is selected; each changes it in one step.
+    void commandsChangeTheSelection()
     {
-        Sticky *note = tw->addNote("Loss", QPointF(200, 200));
+        Sticky *note = w.addNote("Loss", QPointF(200, 200));
         note->setTextAlignment(Qt::AlignJustify | Qt::AlignTop);
         note->setNotRelevant(true);
-        note->setCustomFont(QFont("Arial", 14, QFont::Bold));
-        Line *line = tw->addLine(QPointF(400, 400), QPointF(600, 400));
+        Line *line = w.addLine(QPointF(400, 400), QPointF(600, 400));
         line->setLineStyle(Qt::DashLine);
         line->setArrowStyle(Line::ArrowAtEnd);
-        tw->action("Select &All")->trigger();
+        const QString before = describe(*w.chart());
+        w.action("Select &All")->trigger();
         QCoreApplication::processEvents();
         QCOMPARE(roleBox()->currentData().toString(), QString("Loss"));
         for (const char *text :
              {"Justify", "Align Top", "Mark not relevant", "Dashed Line", "Single Arrow"})
-            QVERIFY2(tw->action(text)->isChecked(), text);
-        QCOMPARE(tw->action("Choose Font")->data().value<QFont>().pointSize(), 14);
-    }
-
-    /// Each is one step, and an undo brings back what was.
-    void commandsChangeTheSelection()
-    {
-        tw->addNote("Event", QPointF(200, 200));
-        tw->addLine(QPointF(400, 400), QPointF(600, 400))->setArrowStyle(Line::ArrowAtEnd);
-        const QString before = describe(*tw->chart());
-        for (const char *action : {"Align Left", "Justify", "Align Top", "Dashed Line", "No Arrows",
-                                   "Mark not relevant", "Delete item(s)"}) {
-            const Row in(action);
-            tw->chart()->clearSelection();
-            tw->action("Select &All")->trigger();
+            QVERIFY2(w.action(text)->isChecked(), text);
+        for (const char *text : {"Align Left", "Center Vertically", "Mark not relevant",
+                                 "Solid Line", "No Arrows", "Delete item(s)"}) {
+            const Row in(text);
+            w.chart()->clearSelection();
+            w.action("Select &All")->trigger();
             QCoreApplication::processEvents();
-            tw->action(action)->trigger();
-            QVERIFY(describe(*tw->chart()) != before);
-            tw->chart()->getUndoStack()->undo();
-            QCOMPARE(describe(*tw->chart()), before);
+            w.action(text)->trigger();
+            QVERIFY(describe(*w.chart()) != before);
+            w.chart()->getUndoStack()->undo();
+            QCOMPARE(describe(*w.chart()), before);
         }
     }
 
     void textEditingTakesTheKeys()
     {
         for (const bool editing : {true, false}) {
-            tw->window.onToolSelectionChanged(HandTool);
-            tw->window.onTextEditingChanged(editing);
-            QCOMPARE(tw->view()->dragMode() == QGraphicsView::NoDrag, editing);
+            w.window.onToolSelectionChanged(HandTool);
+            w.window.onTextEditingChanged(editing);
+            QCOMPARE(w.view()->dragMode() == QGraphicsView::NoDrag, editing);
             for (const char *text : {"Copy", "Paste", "Undo", "Redo", "Select &All"})
-                QVERIFY2(tw->action(text)->isEnabled() != editing, text);
+                QVERIFY2(w.action(text)->isEnabled() != editing, text);
         }
-        tw->window.onEscapePressed();
-        QCOMPARE(tw->view()->dragMode(), QGraphicsView::NoDrag);
+        w.window.onEscapePressed();
+        QCOMPARE(w.view()->dragMode(), QGraphicsView::NoDrag);
     }
 
     void refusedRoleStaysInTheBox()
     {
-        tw->addNote("Loss", QPointF(600, 200));
-        Sticky *note = tw->addNote("Event", QPointF(200, 200));
+        w.addNote("Loss", QPointF(600, 200));
+        Sticky *note = w.addNote("Event", QPointF(200, 200));
         note->setSelected(true);
         QCoreApplication::processEvents();
         BoxAnswer refusal(QMessageBox::Ok);
         roleBox()->setCurrentIndex(roleBox()->findData("Loss"));
-        tw->window.onRoleComboChanged(roleBox()->currentIndex());
-        QVERIFY(refusal.wasAsked());
-        QCOMPARE(note->getRoleType(), QString("Event"));
+        w.window.onRoleComboChanged(roleBox()->currentIndex());
+        QVERIFY(refusal.wasAsked() && note->getRoleType() == "Event");
         QCOMPARE(roleBox()->currentData().toString(), QString("Loss"));
         QAction condition("Condition", nullptr);
         condition.setData("Condition");
-        tw->window.onRoleItemTriggered(&condition);
+        w.window.onRoleItemTriggered(&condition);
         QCOMPARE(note->getRoleType(), QString("Condition"));
         QCOMPARE(roleBox()->currentData().toString(), QString("Condition"));
     }
 
     void tabsSwitchStacksPaletteAndZoom()
     {
-        Sticky *note = tw->addNote("Event", QPointF(200, 200));
-        tw->makeFactor(note);
-        note->setSelected(true);
-        auto *group = tw->window.findChild<QUndoGroup *>();
-        auto *zoom = tw->window.findChild<ZoomWidget *>();
+        w.makeFactor(w.addNote("Event", QPointF(200, 200)));
+        w.chart()->selectAll();
+        auto *zoom = w.window.findChild<ZoomWidget *>();
         zoom->setZoom(150);
-        tw->tabs->setCurrentIndex(2);
-        QTRY_COMPARE(tw->window.getCurrentScene(), tw->factorSheet());
-        QVERIFY(tw->chart()->selectedItems().isEmpty());
-        QCOMPARE(group->activeStack(), tw->factorSheet()->getUndoStack());
-        QCOMPARE(zoom->getZoom(), 100);
-        emit tw->view(2)->doZoom(false);
-        emit tw->chart()->headerEditRequested();
-        QTRY_COMPARE(group->activeStack(), tw->form->getUndoStack());
-        QCOMPARE(tw->window.getCurrentScene(), tw->factorSheet());
-        QVERIFY(tw->action("Export Form")->isVisible());
+        w.tabs->setCurrentIndex(2);
+        QTRY_COMPARE(w.window.getCurrentScene(), w.factorSheet());
+        QVERIFY(w.chart()->selectedItems().isEmpty() && zoom->getZoom() == 100);
+        QCOMPARE(group()->activeStack(), w.factorSheet()->getUndoStack());
+        emit w.view(2)->doZoom(false);
+        emit w.chart()->headerEditRequested();
+        QTRY_COMPARE(group()->activeStack(), w.form->getUndoStack());
+        QVERIFY(w.action("Export Form")->isVisible());
         zoom->setZoom(50);
-        tw->tabs->setCurrentIndex(1);
+        w.tabs->setCurrentIndex(1);
         QTRY_COMPARE(zoom->getZoom(), 150);
-        QVERIFY(!tw->action("Export Form")->isVisible());
-        QCOMPARE(tw->view(2)->getZoom(), 90);
+        QVERIFY(!w.action("Export Form")->isVisible() && w.view(2)->getZoom() == 90);
         zoom->setZoom(100);
     }
 
     /// What is pasted or exported next must not go to a sheet that nobody sees.
     void clearBehindTheForm()
     {
-        tw->makeFactor(tw->addNote("Event", QPointF(200, 200)));
+        w.makeFactor(w.addNote("Event", QPointF(200, 200)));
         for (const int tab : {2, 0}) {
-            tw->tabs->setCurrentIndex(tab);
+            w.tabs->setCurrentIndex(tab);
             QCoreApplication::processEvents();
         }
-        QVERIFY(tw->window.getCurrentScene() != tw->chart());
-        tw->window.clearInterface();
-        tw->window.clearInterface();
+        QVERIFY(w.window.getCurrentScene() != w.chart());
+        for (int i = 0; i < 2; ++i)
+            w.window.clearInterface();
         QCoreApplication::processEvents();
-        QCOMPARE(tw->window.getCurrentScene(), tw->chart());
-        QCOMPARE(tw->tabs->count(), 2);
-        QVERIFY(!tw->file->isDirty());
+        QCOMPARE(w.window.getCurrentScene(), w.chart());
+        QVERIFY(w.tabs->count() == 2 && !w.file->isDirty());
+    }
+
+    void seedsStandInPlace()
+    {
+        const std::tuple<const char *, QSizeF, QSizeF, QSizeF, QPointF, QPointF> rows[] = {
+            {"40 narrower", {120, 80}, {160, 80}, {120, 120}, {40, 200}, {60, 360}},
+            {"equal widths", {120, 80}, {120, 80}, {120, 120}, {40, 200}, {40, 360}},
+            {"others", {160, 80}, {160, 100}, {80, 80}, {0, 200}, {0, 380}},
+        };
+        for (const auto &[name, factor, control, loss, controlAt, lossAt] : rows) {
+            const Row in(name);
+            w.empty();
+            w.addNote("Loss", QPointF(800, 200), loss);
+            w.addNote("Loss_Of_Control", QPointF(500, 200), control);
+            w.makeFactor(w.addNote("Event", QPointF(200, 400), factor));
+            QCOMPARE(placeOf("Causal_Factor"), QRectF(QPointF(240, 200), factor));
+            QCOMPARE(placeOf("Loss_Of_Control"), QRectF(controlAt, control));
+            QCOMPARE(placeOf("Loss"), QRectF(lossAt, loss));
+        }
+        QStringList lines;
+        for (ProjectItem *item : w.factorSheet()->getProjectItems()) {
+            if (auto *line = qobject_cast<Line *>(item))
+                lines.append(QString("%1 %2")
+                                 .arg(line->getStartConnection().side)
+                                 .arg(line->getEndConnection().side));
+        }
+        lines.sort();
+        QCOMPARE(lines, QStringList({"3 1", "4 2"}));
+        QCOMPARE(w.factorSheet()->getUndoStack()->count(), 0); // no steps of the user's
+    }
+
+    void removalTakesAllAway()
+    {
+        Sticky *note = w.addNote("Event", QPointF(200, 400));
+        w.makeFactor(note);
+        Sticky *second = w.addNote("Event", QPointF(400, 400));
+        w.makeFactor(second);
+        const QPointer<ProjectScene> gone = w.factorSheet();
+        w.tabs->setCurrentIndex(2);
+        QTRY_COMPARE(w.window.getCurrentScene(), gone.data());
+        const int stacks = group()->stacks().size();
+        note->setRoleType("Event");
+        QTRY_VERIFY(!gone);
+        QCOMPARE(w.tabTexts(), QStringList("Causal Factor 2"));
+        QCOMPARE(group()->stacks().size(), stacks - 1);
+        QCOMPARE(w.window.getCurrentScene(), w.chart());
+        QCOMPARE(w.form->getFieldValue("causalFactor_text_1"), QString());
+        QCOMPARE(note->getSiblings(), QStringList());
+        // An edit on a sheet ends with it.
+        w.factorSheet()->onEditingStarted(w.factorSheet()->getAllNotes().first());
+        QVERIFY(!w.action("Paste")->isEnabled());
+        second->setRoleType("Event");
+        QTRY_VERIFY(w.action("Paste")->isEnabled());
+    }
+
+    /// Not seeded: only what the file holds stands there, and the box.
+    void loadedItemsFindTheirSheets()
+    {
+        CanvasItemInfo info = noteInfo("{factor}", QRectF(0, 200, 120, 80), "", "Causal_Factor");
+        info.causalFactorNumber = 12;
+        w.window.onCanvasItemLoaded(info);
+        QCOMPARE(w.tabTexts(), QStringList("Causal Factor 12"));
+        for (const char *owner : {"{factor}", "{nowhere}"}) {
+            info = noteInfo(QString("{child of %1}").arg(owner), QRectF(0, 400, 120, 80));
+            info.parent = owner;
+            w.window.onCanvasItemLoaded(info);
+        }
+        QVERIFY(w.factorSheet()->getItemWithGUID("{child of {factor}}"));
+        QCOMPARE(w.factorSheet()->getProjectItems().size(), 1);
+        QVERIFY(w.chart()->getItemWithGUID("{child of {nowhere}}"));
+        QCOMPARE(w.factorSheet()->items(QPointF(110, 30)).value(0)->type(),
+                 int(ProjectItem::InfoType));
     }
 };
 
