@@ -1,23 +1,17 @@
 #include "shell/application.h"
 
+#include "support/version.h"
 #include "support/websettings.h"
 
 #include <csignal>
 #include <exception>
-
-namespace
-{
-
-constexpr double Version = 2.01;
-
-} // namespace
 
 Application::Application(int &argc, char **argv) : QApplication((prepareAttributes(), argc), argv)
 {
     setOrganizationName("Tarn Ledger Consulting");
     setOrganizationDomain("none");
     setApplicationName("Examiner");
-    setApplicationVersion(QString::number(Version, 'f', 2));
+    setApplicationVersion(ProgramVersionText);
     applyWebSettings();
     std::signal(SIGXFSZ, SIG_IGN); // writing beyond a limit then fails as on a full disk
 }

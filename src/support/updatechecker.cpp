@@ -1,6 +1,7 @@
 #include "support/updatechecker.h"
 
 #include "support/log.h"
+#include "support/version.h"
 
 #include <QAction>
 #include <QDesktopServices>
@@ -8,11 +9,6 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QUrl>
-
-namespace
-{
-constexpr double PROGRAM_VERSION = 2.01;
-}
 
 UpdateChecker::UpdateChecker(QObject *parent)
     : QObject(parent), networkManager(new QNetworkAccessManager(this)),
@@ -59,7 +55,7 @@ void UpdateChecker::gotUpdateInfo(QNetworkReply *reply)
 
 void UpdateChecker::compareVersion(double version)
 {
-    updateAvailableFlag = version > PROGRAM_VERSION && !updateUrl.isEmpty();
+    updateAvailableFlag = version > ProgramVersion && !updateUrl.isEmpty();
     action->setText(updateAvailableFlag ? "Program update available" : "Check for updates");
     if (updateAvailableFlag)
         emit updateAvailable();
