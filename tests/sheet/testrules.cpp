@@ -78,8 +78,8 @@ private slots:
         sheet->program.sheets.append(&other);
         CanvasItemInfo info = owner->getCanvasItemInfo();
         info.guid = "twin";
-        info.siblings = QStringList{owner->getGUID(), "causalFactor_text_2"};
-        ProjectItem *twin = other.loadCanvasItem(info);
+        info.siblings = QStringList(owner->getGUID());
+        auto *twin = qobject_cast<Sticky *>(other.loadCanvasItem(info));
         twin->setSelected(true);
         BoxAnswer box(QMessageBox::Ok);
         QVERIFY(other.setSelectedNotesRole("Event"));
@@ -87,10 +87,12 @@ private slots:
         QCOMPARE(twin->getCanvasItemInfo().causalFactorNumber, 2);
         QCOMPARE(owner->getCausalFactorNumber(), 2);
 
+        owner->addSibling(twin);
+        twin->addSibling("causalFactor_text_2"); // as files hold it
         DialogAnswer number(numberChoice(1));
         BoxAnswer swap(QMessageBox::Ok);
         sheet->scene.onRequestCausalFactorNumberChange(owner);
-        QCOMPARE(twin->getRecord().siblings, QStringList(owner->getGUID()));
+        QCOMPARE(twin->getSiblings(), QStringList(owner->getGUID()));
 
         BoxAnswer question(QMessageBox::Ok);
         other.deleteSelectedItems();

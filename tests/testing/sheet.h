@@ -60,29 +60,18 @@ struct Sheet {
         return add(info);
     }
 
-    bool show()
-    {
-        view.show();
-        return QTest::qWaitForWindowExposed(&view);
-    }
+    bool show() { return view.show(), QTest::qWaitForWindowExposed(&view); }
 
-    void press(const QPointF &p, Qt::MouseButton button = Qt::LeftButton)
+    void press(QPointF p, Qt::MouseButton b = Qt::LeftButton)
     {
-        send(QEvent::MouseButtonPress, p, button, button);
+        send(QEvent::MouseButtonPress, p, b);
     }
-    void move(const QPointF &p, Qt::MouseButtons buttons = Qt::LeftButton)
+    void move(QPointF p, Qt::MouseButton b = Qt::LeftButton) { send(QEvent::MouseMove, p, b); }
+    void release(QPointF p, Qt::MouseButton b = Qt::LeftButton)
     {
-        send(QEvent::MouseMove, p, Qt::NoButton, buttons);
+        send(QEvent::MouseButtonRelease, p, b);
     }
-    void release(const QPointF &p, Qt::MouseButton button = Qt::LeftButton)
-    {
-        send(QEvent::MouseButtonRelease, p, button, Qt::NoButton);
-    }
-    void click(const QPointF &p, Qt::MouseButton button = Qt::LeftButton)
-    {
-        press(p, button);
-        release(p, button);
-    }
+    void click(QPointF p, Qt::MouseButton b = Qt::LeftButton) { press(p, b), release(p, b); }
     void drag(const QPointF &from, const QPointF &to)
     {
         press(from);
@@ -93,7 +82,7 @@ struct Sheet {
     void doubleClick(const QPointF &p)
     {
         click(p);
-        send(QEvent::MouseButtonDblClick, p, Qt::LeftButton, Qt::LeftButton);
+        send(QEvent::MouseButtonDblClick, p, Qt::LeftButton);
         release(p);
     }
 
@@ -115,12 +104,12 @@ struct Sheet {
 
 private:
     // QTest's own moves carry no buttons.
-    void send(QEvent::Type type, const QPointF &scenePos, Qt::MouseButton button,
-              Qt::MouseButtons buttons)
+    void send(QEvent::Type type, const QPointF &p, Qt::MouseButton button)
     {
-        const QPoint point = view.mapFromScene(scenePos);
-        QMouseEvent event(type, point, view.viewport()->mapToGlobal(point), button, buttons,
-                          Qt::NoModifier);
+        const QPoint point = view.mapFromScene(p);
+        QMouseEvent event(type, point, view.viewport()->mapToGlobal(point),
+                          type == QEvent::MouseMove ? Qt::NoButton : button,
+                          type == QEvent::MouseButtonRelease ? Qt::NoButton : button, {});
         QApplication::sendEvent(view.viewport(), &event);
     }
 };
