@@ -9,7 +9,6 @@
 
 #include <QComboBox>
 #include <QProcess>
-#include <QScreen>
 #include <QTabBar>
 #include <QTest>
 #include <QWebElement>
@@ -22,80 +21,60 @@
 
 /// Somebody at the mouse and the keyboard of the display: what is done goes through the display's
 /// server and its window manager, not through the toolkit. Each deed waits for what comes of it.
+/// Start screen and window stand as the program puts them together.
 class User
 {
 public:
-    explicit User(MainWindow *window) : window(window) {}
+    User()
+    {
+        QObject::connect(screen, &IntroScreen::newProjectClicked, &window, &MainWindow::newProject,
+                         Qt::QueuedConnection);
+        QObject::connect(screen, &IntroScreen::openProjectClicked, &window,
+                         &MainWindow::openProject, Qt::QueuedConnection);
+        screen->showMaximized();
+        QVERIFY(QTest::qWaitForWindowActive(screen, 30000));
+    }
+    ~User() { delete screen; }
 
-    /// In xdotool's words. The event loop turns meanwhile.
-    static void run(const QStringList &script)
+    /// The start screen makes room for the window, and the form's page loads.
+    void waitForWindow()
     {
-        QProcess tool;
-        tool.start("xdotool", script);
-        EXPECT(tool.state() == QProcess::NotRunning);
-        QVERIFY2(tool.exitCode() == 0, tool.readAllStandardError().constData());
+        EXPECT(!screen);
+        QVERIFY(QTest::qWaitForWindowActive(&window, 30000));
+        EXPECT(window.isMaximized() && form()->getAllFields(true).count() > 0);
     }
+
     static void type(const QString &text) { run({"type", "--delay", "15", text}); }
-    static void press(const QString &key, int times = 1)
-    {
-        run(QStringList{"key", "--delay", "15"} + QVector<QString>(times, key).toList());
-    }
+    static void press(const QString &key) { run({"key", "--delay", "15", key}); }
     static void click(const QPoint &place, const char *repeat = "1")
     {
         run(move(place) + QStringList{"click", "--repeat", repeat, "--delay", "60", "1"});
     }
-    /// With the pauses of a hand: a drag and drop takes some time to begin.
-    static void drag(const QPoint &from, const QPoint &to)
-    {
-        QStringList script = move(from) + QStringList{"mousedown", "1", "sleep", "0.1"};
-        for (int i = 1; i <= 8; ++i)
-            script += move(from + (to - from) * i / 8) + QStringList{"sleep", "0.05"};
-        run(script + QStringList{"mouseup", "1"});
-    }
     static QPoint centreOf(const QWidget *w) { return w->mapToGlobal(w->rect().center()); }
 
-    /// For whoever wants to see, in the folder that EXAMINER_SHOTS names.
-    static void takeShot(const QString &name)
-    {
-        if (qEnvironmentVariableIsSet("EXAMINER_SHOTS"))
-            QGuiApplication::primaryScreen()->grabWindow(0).save(
-                qEnvironmentVariable("EXAMINER_SHOTS") + '/' + name + ".png");
-    }
-
-    QTabWidget *tabs() const { return window->findChild<QTabWidget *>(); }
-    ProjectScene *sheet() const { return window->getCurrentScene(); }
+    FormView *form() const { return window.findChild<FormView *>(); }
+    QTabWidget *tabs() const { return window.findChild<QTabWidget *>(); }
+    ProjectScene *sheet() const { return window.getCurrentScene(); }
     Sticky *noteAt(const QPointF &place) const { return sheet()->getNoteAt(place); }
-    QPoint at(const QPointF &place) const
-    {
-        const auto *view = qobject_cast<GraphWidget *>(tabs()->currentWidget());
-        return view->viewport()->mapToGlobal(view->mapFromScene(place));
-    }
 
     void openTab(int index) const
     {
         click(tabs()->tabBar()->mapToGlobal(tabs()->tabBar()->tabRect(index).center()));
         EXPECT_EQUAL(tabs()->currentIndex(), index);
-        const auto *view = qobject_cast<GraphWidget *>(tabs()->currentWidget());
-        EXPECT(!view || sheet() == view->getProjectScene());
+        EXPECT(!view() || sheet() == view()->getProjectScene());
     }
 
+    /// Out of the palette, with the pauses of a hand: a drag and drop takes some time to begin.
     void drop(const QString &tool, const QPointF &centre) const
     {
         const int before = sheet()->getProjectItems().size();
-        drag(centreOf(buttonOf(tool)), at(centre));
+        const QPoint from = centreOf(buttonOf(tool)), to = at(centre);
+        QStringList script = move(from) + QStringList{"mousedown", "1", "sleep", "0.1"};
+        for (int i = 1; i <= 8; ++i)
+            script += move(from + (to - from) * i / 8) + QStringList{"sleep", "0.05"};
+        run(script + QStringList{"mouseup", "1"});
         EXPECT_EQUAL(sheet()->getProjectItems().size(), before + 1);
-        EXPECT_EQUAL(window->selectedTool(), int(SelectTool));
-    }
-
-    void drawLine(const QString &tool, const QPointF &from, const QPointF &to) const
-    {
-        const int before = sheet()->getProjectItems().size();
-        click(centreOf(buttonOf(tool)));
-        EXPECT(window->isLineToolSelected());
-        drag(at(from), at(to));
-        EXPECT_EQUAL(sheet()->getProjectItems().size(), before + 1);
-        press("Escape");
-        EXPECT_EQUAL(window->selectedTool(), int(SelectTool));
+        EXPECT_EQUAL(window.selectedTool(), int(SelectTool));
     }
 
     /// Leaves the note under edit.
@@ -111,17 +90,16 @@ public:
     void chooseRole(const QPointF &place, const QString &role) const
     {
         click(at(place));
-        auto *combo = window->findChild<QComboBox *>();
+        auto *combo = window.findChild<QComboBox *>();
         EXPECT(noteAt(place)->isSelected() && combo->isEnabled());
         click(centreOf(combo));
         EXPECT(QApplication::activePopupWidget());
         press("Home");
-        press("Down", combo->findText(role));
+        for (int i = combo->findText(role); i > 0; --i)
+            press("Down");
         press("Return");
         EXPECT_EQUAL(noteAt(place)->getRoleType(), Role::typeFromName(role));
     }
-
-    FormView *form() const { return window->findChild<FormView *>(); }
 
     /// Leaves the field in mid-word. A page that still settles moves its fields about, so the
     /// click is made again until it has met.
@@ -133,26 +111,23 @@ public:
             return web->hasFocus() &&
                    frame->evaluateJavaScript("document.activeElement.id").toString() == id;
         };
-        bool met = false;
-        for (int tries = 0; tries < 50 && !met; ++tries) {
+        for (int tries = 0; tries < 50 && !QTest::qWaitFor(hasFocus, tries ? 500 : 0); ++tries) {
             QWebElement field = frame->findFirstElement("#" + id);
             field.evaluateJavaScript("scrollBy(0, this.getBoundingClientRect().top - 300)");
             const QRect place = field.geometry().translated(-frame->scrollPosition());
             click(web->mapToGlobal(QPoint(place.left() + 8, place.center().y())));
-            met = QTest::qWaitFor(hasFocus, 500);
         }
-        QVERIFY(met);
+        QVERIFY(hasFocus());
         press("ctrl+a");
         type(text);
         EXPECT_EQUAL(form()->getFieldValue(id), text);
-        QVERIFY(hasFocus());
     }
 
     /// All that the project holds, in an order that doesn't depend on the session.
     QString describeProject() const
     {
-        QStringList lines(describe(*window->getMainScene()));
-        for (ProjectScene *factor : window->getFactorScenes())
+        QStringList lines(describe(*window.getMainScene()));
+        for (ProjectScene *factor : window.getFactorScenes())
             lines.append(describe(*factor));
         const FormValues values = form()->getAllFieldValues();
         for (auto field = values.cbegin(); field != values.cend(); ++field)
@@ -161,20 +136,33 @@ public:
         return lines.join('\n');
     }
 
+    QPointer<IntroScreen> screen{new IntroScreen(nullptr)};
+    MainWindow window{screen};
+
 private:
+    /// In xdotool's words. The event loop turns meanwhile.
+    static void run(const QStringList &script)
+    {
+        QProcess tool;
+        tool.start("xdotool", script);
+        EXPECT(tool.state() == QProcess::NotRunning);
+        QVERIFY2(tool.exitCode() == 0, tool.readAllStandardError().constData());
+    }
     static QStringList move(const QPoint &place)
     {
         return {"mousemove", QString::number(place.x()), QString::number(place.y())};
     }
-
+    GraphWidget *view() const { return qobject_cast<GraphWidget *>(tabs()->currentWidget()); }
+    QPoint at(const QPointF &place) const
+    {
+        return view()->viewport()->mapToGlobal(view()->mapFromScene(place));
+    }
     ToolButton *buttonOf(const QString &tool) const
     {
-        for (ToolButton *button : window->findChildren<ToolButton *>()) {
+        for (ToolButton *button : window.findChildren<ToolButton *>()) {
             if (button->defaultAction()->text() == tool)
                 return button;
         }
         qFatal("There is no tool %s", qPrintable(tool));
     }
-
-    MainWindow *window;
 };
