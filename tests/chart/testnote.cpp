@@ -8,6 +8,7 @@
 #include <QMimeData>
 #include <QTextBlock>
 #include <QTextCursor>
+#include <QTextDocument>
 
 class TestNote : public QObject
 {
