@@ -101,7 +101,7 @@ private:
                           type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, keys);
         QApplication::sendEvent(view->viewport(), &event);
     }
-    void drag(const QPointF &from, const QPointF &to, Qt::KeyboardModifiers keys = {})
+    void drag(QPointF from, QPointF to, Qt::KeyboardModifiers keys = {})
     {
         mouse(QEvent::MouseButtonPress, from, keys);
         for (int i = 1; i <= 4 && from != to; ++i)
