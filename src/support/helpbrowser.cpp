@@ -1,5 +1,6 @@
 #include "support/helpbrowser.h"
 
+#include "support/helpsearch.h"
 #include "support/helptextbrowser.h"
 #include "support/log.h"
 
@@ -8,7 +9,14 @@
 #include <QHelpEngine>
 #include <QHelpLink>
 #include <QIcon>
+#include <QMenu>
+#include <QMenuBar>
 #include <QStandardPaths>
+
+namespace
+{
+constexpr int IndexWidth = 210; // pixels; leaves the pictures of the pages their whole width
+} // namespace
 
 HelpBrowser::HelpBrowser(QWidget *parent) : QMainWindow(parent)
 {
@@ -18,10 +26,10 @@ HelpBrowser::HelpBrowser(QWidget *parent) : QMainWindow(parent)
     setAttribute(Qt::WA_DeleteOnClose);
     openCollection();
     createIndexDock();
+    createMenu();
     browser = new HelpTextBrowser(helpEngine, this);
     setCentralWidget(browser);
-    connect(helpEngine->contentWidget(), &QHelpContentWidget::linkActivated, browser,
-            &HelpTextBrowser::loadUrl);
+    connectIndex();
     showIndexPage();
 }
 
@@ -35,11 +43,59 @@ void HelpBrowser::openCollection()
 
 void HelpBrowser::createIndexDock()
 {
-    auto *dock = new QDockWidget("Index", this);
-    dock->setObjectName("indexDock");
-    dock->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
-    dock->setWidget(helpEngine->contentWidget());
-    addDockWidget(Qt::LeftDockWidgetArea, dock);
+    indexDock = new QDockWidget("Index", this);
+    indexDock->setObjectName("indexDock");
+    indexDock->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
+    indexDock->setWidget(helpEngine->contentWidget());
+    addDockWidget(Qt::LeftDockWidgetArea, indexDock);
+    resizeDocks({indexDock}, {IndexWidth}, Qt::Horizontal);
+}
+
+void HelpBrowser::createMenu()
+{
+    QMenu *view = menuBar()->addMenu("&View");
+    view->addAction(indexDock->toggleViewAction());
+    view->addAction("&Search...", this, &HelpBrowser::openSearch, QKeySequence::Find);
+}
+
+void HelpBrowser::connectIndex()
+{
+    QHelpContentWidget *contents = helpEngine->contentWidget();
+    connect(contents, &QHelpContentWidget::linkActivated, browser, &HelpTextBrowser::loadUrl);
+    // Most desktops activate by a double click alone, and nobody tries that on a topic.
+    connect(contents, &QTreeView::clicked, this, [this](const QModelIndex &index) {
+        browser->loadUrl(helpEngine->contentModel()->contentItemAt(index)->url());
+    });
+    connect(browser, &HelpTextBrowser::pageShown, this, &HelpBrowser::showInIndex);
+    connect(helpEngine->contentModel(), &QHelpContentModel::contentsCreated, contents,
+            &QTreeView::expandAll);
+}
+
+void HelpBrowser::showInIndex(const QUrl &url)
+{
+    QHelpContentWidget *contents = helpEngine->contentWidget();
+    const QModelIndex index = contents->indexOf(url);
+    if (index.isValid())
+        contents->setCurrentIndex(index);
+}
+
+void HelpBrowser::openSearch()
+{
+    if (!searchDock)
+        createSearchDock();
+    searchDock->show();
+    search->takeFocus();
+}
+
+void HelpBrowser::createSearchDock()
+{
+    search = new HelpSearch(helpEngine, this);
+    connect(search, &HelpSearch::pageChosen, browser, &HelpTextBrowser::showWords);
+    searchDock = new QDockWidget("Search", this);
+    searchDock->setObjectName("searchDock");
+    searchDock->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
+    searchDock->setWidget(search);
+    addDockWidget(Qt::LeftDockWidgetArea, searchDock);
 }
 
 void HelpBrowser::showIndexPage()

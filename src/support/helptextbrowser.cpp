@@ -6,9 +6,28 @@ HelpTextBrowser::HelpTextBrowser(QHelpEngine *helpEngine, QWidget *parent) : QWe
 {
     page()->setNetworkAccessManager(new HelpNetworkAccessManager(helpEngine, this));
     setContextMenuPolicy(Qt::PreventContextMenu);
+    connect(this, &QWebView::loadFinished, this, [this] {
+        markWords();
+        emit pageShown(url());
+    });
+}
+
+void HelpTextBrowser::showWords(const QUrl &url, const QStringList &words)
+{
+    wantedWords = words;
+    loadUrl(url);
 }
 
 void HelpTextBrowser::loadUrl(QUrl url)
 {
     setUrl(url);
+}
+
+void HelpTextBrowser::markWords()
+{
+    for (const QString &word : qAsConst(wantedWords))
+        findText(word, QWebPage::HighlightAllOccurrences);
+    if (!wantedWords.isEmpty())
+        findText(wantedWords.takeFirst());
+    wantedWords.clear();
 }
