@@ -1,13 +1,13 @@
 #include "chart/chartsheet.h"
 
-#include <QtMath>
+#include "support/rounding.h"
 
 namespace
 {
 
 qreal snap(qreal value)
 {
-    return qRound(qMax(value, 0.0) / ChartSheet::GridStep) * ChartSheet::GridStep;
+    return roundHalfUp(qMax(value, 0.0) / ChartSheet::GridStep) * ChartSheet::GridStep;
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "chart/routing.h"
 
+#include "support/rounding.h"
+
 #include <QLoggingCategory>
 
 namespace
@@ -49,7 +51,7 @@ void joinOpposite(const QLineF &first, const QLineF &second, QPolygonF &points)
     qCDebug(routing) << "opposite direcitons";
     const QPointF s = first.p2();
     const QPointF t = second.p2();
-    const int length = QPointF(t - s).toPoint().manhattanLength();
+    const int length = roundHalfUp(t - s).manhattanLength();
     const QPointF acrossFirst = crossing(across(first), continued(second, length));
     const QPointF acrossSecond = crossing(across(second), continued(first, length));
 
@@ -112,7 +114,7 @@ void layOut(const RouteEnd &start, const RouteEnd &end, QPolygonF &points)
         points << first.p2();
     if (!startConnected || !endConnected)
         joinAtMiddle(end.point - start.point, first.p2(), second.p2(), points);
-    else if (qRound(first.angleTo(QLineF(first.p2(), second.p2()))) % 360 != 0)
+    else if (roundHalfUp(first.angleTo(QLineF(first.p2(), second.p2()))) % 360 != 0)
         intersectionMove(first, second, points);
     if (endConnected)
         points << second.p2();
@@ -138,7 +140,7 @@ QPointF getSideOffset(Sticky::Side side)
 
 int getManhattanLength(const QPointF &a, const QPointF &b)
 {
-    return (b.toPoint() - a.toPoint()).manhattanLength();
+    return (roundHalfUp(b) - roundHalfUp(a)).manhattanLength();
 }
 
 double closestAngle(const QLineF &a, const QLineF &b)
@@ -150,7 +152,7 @@ double closestAngle(const QLineF &a, const QLineF &b)
 bool intersectionMove(const QLineF &first, const QLineF &second, QPolygonF &points)
 {
     qCDebug(routing) << "intersectionmove";
-    if (qRound(first.angleTo(second)) == 180)
+    if (roundHalfUp(first.angleTo(second)) == 180)
         joinOpposite(first, second, points);
     else
         joinAtCorner(first, second, points);

@@ -3,6 +3,7 @@
 #include "chart/chartsheet.h"
 #include "chart/resizegrip.h"
 #include "chart/sharpness.h"
+#include "support/rounding.h"
 
 #include <QGraphicsSceneMouseEvent>
 #include <QPainter>
@@ -77,7 +78,7 @@ void SVGPicture::drawFromCache(QPainter *painter)
         return;
     painter->save();
     painter->setWorldTransform(QTransform());
-    painter->drawPixmap(place.topLeft().toPoint(), cache);
+    painter->drawPixmap(roundHalfUp(place.topLeft()), cache);
     painter->restore();
 }
 

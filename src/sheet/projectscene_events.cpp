@@ -3,6 +3,7 @@
 #include "chart/routing.h"
 #include "chart/sheethost.h"
 #include "editing/commands.h"
+#include "support/rounding.h"
 
 #include <QDataStream>
 #include <QGraphicsRectItem>
@@ -257,7 +258,7 @@ void ProjectScene::startLine(int tool, const QPointF &scenePos)
     CanvasItemInfo info;
     info.type = tool;
     info.arrowStyle = tool == ArrowTool ? Line::ArrowAtEnd : Line::NoArrows;
-    info.startPoint = scenePos.toPoint();
+    info.startPoint = roundHalfUp(scenePos);
     info.endPoint = info.startPoint;
     newLine = qobject_cast<Line *>(loadCanvasItem(info));
     if (!newLine)

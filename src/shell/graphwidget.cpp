@@ -1,6 +1,7 @@
 #include "shell/graphwidget.h"
 
 #include "sheet/projectscene.h"
+#include "support/rounding.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -141,7 +142,7 @@ void GraphWidget::mousePressEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton || itemAt(event->pos()) ||
         !projectScene->selectedItems().isEmpty())
         return;
-    bandOrigin = QPoint(qRound(scenePos.x()), qRound(scenePos.y()));
+    bandOrigin = roundHalfUp(scenePos);
     bandPending = true;
     rubberBand->setGeometry(QRect(event->pos(), event->pos()));
 }
