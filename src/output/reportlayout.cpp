@@ -1,6 +1,6 @@
 #include "output/reportlayout.h"
 
-#include <QPageSize>
+#include "support/pageinfo.h"
 
 #include <algorithm>
 
@@ -186,7 +186,7 @@ void ReportLayout::closeUp(QDomDocument &document)
 
 void ReportLayout::setPaper(QDomDocument &document, int pageSize)
 {
-    if (QPageSize::definitionUnits(QPageSize::PageSizeId(pageSize)) != QPageSize::Millimeter)
+    if (getPaperSize(pageSize).definitionUnits() != QPageSize::Millimeter)
         return;
     const int width = 11906, height = 16838; // twentieths of a point
     const Elements sizes = findElements(document, "w:pgSz");

@@ -75,7 +75,7 @@ void SheetPrinter::setUpPage(QPrinter &printer)
 {
     PageInfo page;
     page.getPrintableArea(); // takes the paper of the sheets, also where the setting names none
-    printer.setPageSize(QPageSize(QPageSize::PageSizeId(page.pageSize)));
+    printer.setPageSize(getPaperSize(page.pageSize));
     printer.setPageOrientation(QPageLayout::Landscape);
 }
 

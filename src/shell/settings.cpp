@@ -10,7 +10,7 @@ namespace
 
 struct PaperSize {
     const char *name;
-    int number; // a QPrinter::PageSize
+    int number; // as files number papers
 };
 
 constexpr PaperSize PaperSizes[] = {

@@ -7,7 +7,7 @@ class QWidget;
 
 /// The text form of a font, as settings and project files hold it: ten fields,
 /// without the style name that font dialogs add.
-QString encodeFont(QFont font);
+QString encodeFont(const QFont &font);
 
 /// False when the text is no font; `font` is then left alone.
 bool decodeFont(const QString &text, QFont &font);

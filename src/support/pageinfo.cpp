@@ -12,6 +12,18 @@ namespace
 
 constexpr double CentimetresPerInch = 2.54;
 
+// By their numbers. Those of the papers from A3Extra on are the toolkit's own.
+constexpr QPageSize::PageSizeId Papers[] = {
+    QPageSize::A4,      QPageSize::B5,  QPageSize::Letter, QPageSize::Legal,  QPageSize::Executive,
+    QPageSize::A0,      QPageSize::A1,  QPageSize::A2,     QPageSize::A3,     QPageSize::A5,
+    QPageSize::A6,      QPageSize::A7,  QPageSize::A8,     QPageSize::A9,     QPageSize::B0,
+    QPageSize::B1,      QPageSize::B10, QPageSize::B2,     QPageSize::B3,     QPageSize::B4,
+    QPageSize::B6,      QPageSize::B7,  QPageSize::B8,     QPageSize::B9,     QPageSize::C5E,
+    QPageSize::Comm10E, QPageSize::DLE, QPageSize::Folio,  QPageSize::Ledger, QPageSize::Tabloid,
+    QPageSize::Custom,  QPageSize::A10};
+constexpr int PaperCount = sizeof(Papers) / sizeof(*Papers);
+static_assert(QPageSize::A3Extra == PaperCount);
+
 struct Paper {
     QSize full;      // device pixels, landscape, like the next
     QSize printable; // inside the margins that the printer wants by itself
@@ -22,7 +34,7 @@ Paper measurePaper(int pageSize)
 {
     QPrinter printer(QPrinter::ScreenResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setPageSize(QPageSize(QPageSize::PageSizeId(pageSize)));
+    printer.setPageSize(getPaperSize(pageSize));
     printer.setPageOrientation(QPageLayout::Landscape);
     const int resolution = printer.resolution();
     const QPageLayout layout = printer.pageLayout();
@@ -43,9 +55,7 @@ Paper getPaper(int pageSize)
 int readPageSize()
 {
     const int number = ProjectSettings().getPageSize();
-    const bool known =
-        number >= 0 && number <= QPageSize::LastPageSize && number != QPageSize::Custom;
-    return known ? number : ProjectSettings::Tabloid;
+    return getPaperSize(number).isValid() ? number : ProjectSettings::Tabloid;
 }
 
 int toPixels(double centimetres, int resolution)
@@ -54,6 +64,13 @@ int toPixels(double centimetres, int resolution)
 }
 
 } // namespace
+
+QPageSize getPaperSize(int number)
+{
+    if (number < 0 || number > QPageSize::LastPageSize)
+        return QPageSize();
+    return QPageSize(number < PaperCount ? Papers[number] : QPageSize::PageSizeId(number));
+}
 
 PageInfo::PageInfo()
 {

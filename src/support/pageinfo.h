@@ -2,8 +2,13 @@
 
 #include "support/projectsettings.h"
 
+#include <QPageSize>
 #include <QRect>
 #include <QString>
+
+/// The paper that settings and project files mean by a number, whatever the toolkit counts today;
+/// not valid for numbers that mean none.
+QPageSize getPaperSize(int number);
 
 /// Paper and margins, read from the settings each time one is made, so a new
 /// one is the current truth. The orientation is always landscape.
@@ -21,7 +26,7 @@ public:
     QRect getPrintableArea();
     /// Left, right, top, bottom, joined by commas, six significant digits each.
     QString getMarginsString() const;
-    /// Whether the margins leave a page on the paper, a QPrinter::PageSize number.
+    /// Whether the margins leave a page on the paper, as numbered in files.
     bool leavesPageOn(int pageSize) const;
 
     int pageSize = ProjectSettings::Tabloid;

@@ -8,7 +8,7 @@
 class ProjectSettings
 {
 public:
-    static constexpr int Tabloid = 29; ///< a QPrinter::PageSize number, like all page sizes
+    static constexpr int Tabloid = 29; ///< as files number papers, see getPaperSize()
     static constexpr char BuiltInFont[] = "Arial,8,-1,5,50,0,0,0,0,0"; ///< encoded
 
     // What may be shown or hidden; also the names in a project file.

@@ -1,8 +1,10 @@
 #include "support/enchantspeller.h"
+#include "support/fonts.h"
 #include "support/helpbrowser.h"
 #include "support/helpnetworkaccessmanager.h"
 #include "support/helpnetworkreply.h"
 #include "support/helptextbrowser.h"
+#include "support/pageinfo.h"
 #include "support/qaspell.h"
 #include "support/spellinghighlighter.h"
 #include "support/updatechecker.h"
@@ -14,7 +16,6 @@
 #include <QDesktopServices>
 #include <QHelpContentWidget>
 #include <QHelpEngine>
-#include <QLibraryInfo>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QProcess>
@@ -51,14 +52,33 @@ private slots:
         writeBytes("help.qhcp",
                    "<QHelpCollectionProject version='1.0'><docFiles><register><file>help.qch</file>"
                    "</register></docFiles></QHelpCollectionProject>");
-        const QString make = QLibraryInfo::location(QLibraryInfo::BinariesPath) + "/qhelpgenerator";
-        QCOMPARE(QProcess::execute(make, {"help.qhp", "-o", "help.qch", "-s"}), 0);
-        QCOMPARE(QProcess::execute(make, {"help.qhcp", "-o", collection, "-s"}), 0);
+        QCOMPARE(QProcess::execute(QHELPGENERATOR, {"help.qhp", "-o", "help.qch", "-s"}), 0);
+        QCOMPARE(QProcess::execute(QHELPGENERATOR, {"help.qhcp", "-o", collection, "-s"}), 0);
         qputenv("ENCHANT_CONFIG_DIR", QFile::encodeName(folder));
         QVERIFY(QDir().mkpath(folder + "/hunspell"));
         writeBytes(folder + "/en_US.dic", "Hadukar\n");
         writeBytes(folder + "/hunspell/zz_ZZ.aff", "SET UTF-8\nTRY abcxyz\n");
         writeBytes(folder + "/hunspell/zz_ZZ.dic", "2\nabc\nxyz\n");
+    }
+
+    /// Their texts and numbers are those of every toolkit that ever wrote a file.
+    void filesKeepFontsAndPapers()
+    {
+        for (int weight = 0; weight < 100; ++weight) {
+            const QString text = QString("Arial,8.5,-1,5,%1,1,0,1,0,0").arg(weight);
+            QFont font;
+            QVERIFY(decodeFont(text, font));
+            QCOMPARE(encodeFont(font), text);
+        }
+        QFont font("Arial", 8, QFont::Bold);
+        QCOMPARE(encodeFont(font), QString("Arial,8,-1,5,75,0,0,0,0,0"));
+        QVERIFY(!decodeFont("Arial,8,-1,5,700,0,0,0,0,0,0,0,0,0,0,1", font));
+        QVERIFY(font.bold());
+        QStringList papers;
+        for (int number : {-1, 0, 2, 16, 28, 29, 30, 31, 32, 118, 119})
+            papers << getPaperSize(number).key();
+        QCOMPARE(papers, QStringList({"", "A4", "Letter", "ISOB10", "Ledger", "Tabloid", "", "A10",
+                                      "A3Extra", "EnvYou4", ""}));
     }
 
     void helpRepliesByAddress()
