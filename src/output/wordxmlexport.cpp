@@ -15,7 +15,6 @@
 #include <QLocale>
 #include <QProgressDialog>
 #include <QStandardPaths>
-#include <QTextStream>
 #include <QUrl>
 #include <QVector>
 
@@ -172,11 +171,8 @@ bool writeDocument(const QString &path, const QDomDocument &document)
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    document.save(stream, 1);
-    stream.flush();
-    return stream.status() == QTextStream::Ok && file.flush();
+    const QByteArray text = document.toByteArray(1); // UTF-8
+    return file.write(text) == text.size() && file.flush();
 }
 
 /// A desktop takes a bare path as it stands: one with blanks or accents, which

@@ -1,5 +1,6 @@
 #include "shell/application.h"
 
+#include "support/qtcompat.h"
 #include "support/version.h"
 #include "support/websettings.h"
 
@@ -18,7 +19,7 @@ Application::Application(int &argc, char **argv) : QApplication((prepareAttribut
 
 void Application::prepareAttributes()
 {
-    setAttribute(Qt::AA_EnableHighDpiScaling);
+    QtCompat::enableHighDpiScaling();
     setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     // Page sizes in scene units must not follow the screen.
     setAttribute(Qt::AA_Use96Dpi);

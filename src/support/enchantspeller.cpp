@@ -2,8 +2,6 @@
 
 #include <QLocale>
 
-#include <enchant.h>
-
 namespace
 {
 /// Enchant calls words that are empty or hold a zero mistakes of the program.

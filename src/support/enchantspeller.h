@@ -2,10 +2,7 @@
 
 #include <QStringList>
 
-#include <memory>
-
-struct str_enchant_broker;
-struct str_enchant_dict;
+#include <enchant.h>
 
 /// Spelling through Enchant, in the first of some languages that it has a
 /// dictionary for. Without one every word is correct.
@@ -28,6 +25,6 @@ public:
 private:
     Q_DISABLE_COPY(EnchantSpeller)
 
-    str_enchant_broker *broker; // owns the dictionary
-    str_enchant_dict *dictionary = nullptr;
+    EnchantBroker *broker; // owns the dictionary
+    EnchantDict *dictionary = nullptr;
 };

@@ -1,5 +1,7 @@
 #include "support/images.h"
 
+#include "support/qtcompat.h"
+
 #include <QBuffer>
 #include <QFileInfo>
 #include <QImageReader>
@@ -8,6 +10,7 @@ namespace
 {
 
 constexpr qint64 MaximumPixels = 64 * 1000 * 1000;
+constexpr int MaximumMegabytes = 512; // of as many pixels, eight bytes each
 
 /// By its content. Drawings name other files and are refused: reading one would show or wait for
 /// whatever it names.
@@ -20,6 +23,7 @@ bool isRaster(QImageReader &reader)
 
 QImage readWithin(QImageReader &reader)
 {
+    QtCompat::limitImages(MaximumMegabytes);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true); // photos upright
     if (!isRaster(reader))
