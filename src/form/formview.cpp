@@ -1,26 +1,26 @@
 #include "form/formview.h"
 
 #include "chart/formfields.h"
+#include "form/formengine.h"
 #include "form/formprinter.h"
-#include "form/formview_page.h"
-#include "support/helptextbrowser.h"
+#include "support/images.h"
+#if QT_VERSION_MAJOR < 6
+#include "form/webkitengine.h"
+#endif
 
 #include <QBuffer>
-#include <QDebug>
+#include <QDateTime>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHelpEngine>
 #include <QHelpLink>
 #include <QPrintPreviewDialog>
-#include <QRegularExpression>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryFile>
 #include <QUndoGroup>
 #include <QUndoStack>
-#include <QWebElement>
-#include <QWebFrame>
 
 namespace
 {
@@ -32,13 +32,6 @@ QUrl getPageAddress(QHelpEngine *helpEngine)
 {
     const QList<QHelpLink> links = helpEngine->documentsForIdentifier("index");
     return links.isEmpty() ? QUrl() : links.first().url;
-}
-
-/// What scripts take as a number: digits, or nothing at all.
-bool isDigits(const QString &text)
-{
-    static const QRegularExpression digits("\\A[0-9]{0,9}\\z");
-    return digits.match(text).hasMatch();
 }
 
 /// A picture as an address that carries its bytes; empty for a null image.
@@ -63,40 +56,39 @@ FormView::FormView(QUndoGroup *group, QWidget *parent)
 
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     helpEngine = new QHelpEngine(folder + "/formdata.qhc", this);
-    webView = new HelpTextBrowser(helpEngine, this);
-    const QUrl address = getPageAddress(helpEngine);
-    webView->setPage(new FormPage(helpEngine, address, webView));
-    layout->addWidget(webView);
-    setFocusProxy(webView);
-
-    connect(webView, &QWebView::loadFinished, this, &FormView::onPageLoaded);
-    if (!address.isEmpty())
-        webView->loadUrl(address);
+    engine = FormEngine::create(helpEngine, getPageAddress(helpEngine), &model, bridge, this);
+    layout->addWidget(engine->getWidget());
+    setFocusProxy(engine->getWidget());
+    connect(engine, &FormEngine::loaded, this, &FormView::onPageLoaded);
 }
 
 // The page runs no script any more once its bridge begins to go.
 FormView::~FormView()
 {
-    delete webView;
+    delete engine;
+}
+
+bool FormView::isReady() const
+{
+    return engine->isReady();
+}
+
+bool FormView::settle()
+{
+    return engine->settle();
 }
 
 void FormView::clearForm()
 {
-    formData.clear();
+    model.clear();
     titleImage = FormValue();
-    pageStands = false;
-    webView->page()->mainFrame()->setScrollPosition(QPoint()); // a reload goes back to where it was
-    webView->page()->QWebPage::triggerAction(QWebPage::Reload); // ours refuses to
+    engine->reload();
 }
 
-void FormView::onPageLoaded(bool ok)
+void FormView::onPageLoaded(bool)
 {
     const QMutexLocker locker(&loadMutex);
-    mainFrame = webView->page()->mainFrame();
-    mainFrame->addToJavaScriptWindowObject("formView", bridge);
-    // A reload that a second one cut short leaves the fields of a page that is about to go.
-    pageStands = ok && getAllFields(true).count() > 0;
-    if (!formData.isEmpty())
+    if (!model.getWaiting().isEmpty())
         loadData();
     addOnChangeHandlers();
 }
@@ -104,88 +96,88 @@ void FormView::onPageLoaded(bool ok)
 void FormView::onFormDataLoaded(const QHash<QString, FormValue> &values)
 {
     const QMutexLocker locker(&loadMutex);
-    formData = values;
+    model.setWaiting(values);
     titleImage = values.value(FormFields::TitleImage);
-    if (mainFrame)
-        loadData();
+    loadData();
 }
 
 void FormView::loadData()
 {
-    createRows();
-    applyValues();
-    restoreSteps();
-    showTitleImage();
-}
-
-void FormView::createRows()
-{
-    QMap<QString, QString> rows;
-    for (auto field = formData.cbegin(); field != formData.cend(); ++field) {
-        const QStringList parts = field.key().split('_');
-        if (parts.size() == 3 && isFieldId(field.key()))
-            rows[parts.first() + parts.last().rightJustified(5, '0')] = field.key();
-    }
-    for (const QString &id : qAsConst(rows))
-        mainFrame->evaluateJavaScript(QString("window.createNecessaryFields(\"%1\")").arg(id));
-}
-
-void FormView::applyValues()
-{
-    for (auto field = formData.cbegin(); field != formData.cend(); ++field) {
-        QWebElement element = findField(field.key());
-        setFieldValue(element, field->value);
+    const FormValues values = model.getWaiting();
+    if (!engine->fill(values))
+        return;
+    for (auto field = values.cbegin(); field != values.cend(); ++field) {
         if (!field->value.isEmpty())
             emit formValueLoaded(field.key(), field->value);
     }
+    showTitleImage();
 }
 
-void FormView::restoreSteps()
+FormValues FormView::getAllFieldValues() const
 {
-    const auto step = formData.constFind(FormFields::LastStep);
-    if (step != formData.cend() && isDigits(step->value))
-        mainFrame->evaluateJavaScript(QString("showStepsUpTo(%1);").arg(step->value));
+    if (!isReady())
+        return model.getWaiting();
+    FormValues values = engine->readAll();
+    const auto field = values.find(FormFields::TitleImage);
+    if (field != values.end())
+        field->image = readTitleImage(field->value);
+    return values;
 }
+
+QString FormView::getFieldValue(const QString &id) const
+{
+    return isReady() ? engine->read(id) : model.getValue(id);
+}
+
+bool FormView::setFieldValue(const QString &id, const QString &value)
+{
+    if (!isReady())
+        model.write(id, value);
+    return engine->write(id, value);
+}
+
+#if QT_VERSION_MAJOR < 6
+QWebElementCollection FormView::getAllFields(bool includeHidden) const
+{
+    return static_cast<WebKitEngine *>(engine)->getAllFields(includeHidden);
+}
+
+QString FormView::getFieldValue(QWebElement &element) const
+{
+    return static_cast<WebKitEngine *>(engine)->read(element);
+}
+
+bool FormView::setFieldValue(QWebElement &element, const QString &value)
+{
+    return static_cast<WebKitEngine *>(engine)->write(element, value);
+}
+#endif
 
 void FormView::addOnChangeHandlers()
 {
-    for (QWebElement element : getAllFields(false)) {
-        const QString attribute = isRadioButton(element) ? "onclick" : "onchange";
-        if (!element.hasAttribute(attribute))
-            element.setAttribute(attribute, "window.formView.onFieldChanged(this.id);");
-    }
-    addOnClickHandler("exportFormButton", "window.formView.onExportFormClicked();");
-    addOnClickHandler("titleImageButton", "window.formView.onChooseImageClicked();");
-}
-
-void FormView::addOnClickHandler(const QString &id, const QString &script)
-{
-    QWebElement button = findField(id);
-    if (!button.isNull() && !button.hasAttribute("onclick"))
-        button.setAttribute("onclick", script);
+    engine->addOnChangeHandlers();
 }
 
 void FormView::onFieldChanged(const QString &id)
 {
     emit formChanged();
-    QWebElement element = findField(id);
-    if (element.isNull())
+    if (!engine->hasField(id))
         return;
-    emit formValueChanged(id, getFieldValue(element));
+    emit formValueChanged(id, engine->read(id));
     if (id == FormFields::TitleImage)
         showTitleImage();
 }
 
 void FormView::onPrintRequested()
 {
-    if (!mainFrame)
+    if (!isReady())
         return;
     FormPrinter printer;
     printer.setPageMargins(PaperMargins, QPageLayout::Millimeter);
     QPrintPreviewDialog dialog(&printer, this);
     connect(&dialog, &QPrintPreviewDialog::paintRequested, this,
             [this, &printer] { printer.setHead(getPaperName(), countPages(printer)); });
-    connect(&dialog, &QPrintPreviewDialog::paintRequested, mainFrame, &QWebFrame::print);
+    connect(&dialog, &QPrintPreviewDialog::paintRequested, engine, &FormEngine::print);
     dialog.exec();
 }
 
@@ -198,7 +190,7 @@ int FormView::countPages(const QPrinter &printer) const
     counter.setOutputFormat(QPrinter::PdfFormat);
     counter.setOutputFileName(file.fileName());
     counter.setPageLayout(printer.pageLayout());
-    mainFrame->print(&counter);
+    engine->print(&counter);
     return counter.getPageCount();
 }
 
@@ -228,6 +220,19 @@ void FormView::onChooseImageClicked()
     showTitleImage();
 }
 
+/// Saves ask often, and a photograph takes longer to decode than all else that they gather.
+QImage FormView::readTitleImage(const QString &path) const
+{
+    const QFileInfo file(path);
+    const QString state =
+        QString("%1 %2 %3").arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch()).arg(path);
+    if (state != lastRead.value) {
+        lastRead.value = state;
+        lastRead.image = readImageFile(path);
+    }
+    return lastRead.image;
+}
+
 FormValues FormView::collectForSave()
 {
     FormValues values = getAllFieldValues();
@@ -248,15 +253,9 @@ void FormView::fillInTitleImage(FormValue &field) const
 
 void FormView::showTitleImage()
 {
-    QWebElement preview = findField("titleImagePreview");
-    if (preview.isNull())
-        return;
     FormValue field;
     field.value = getFieldValue(FormFields::TitleImage);
     field.image = readTitleImage(field.value);
     fillInTitleImage(field);
-    if (field.image.isNull())
-        preview.removeAttribute("src");
-    else
-        preview.setAttribute("src", getDataUrl(field.image));
+    engine->showTitleImage(getDataUrl(field.image));
 }

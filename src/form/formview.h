@@ -1,22 +1,23 @@
 #pragma once
 
 #include "form/formbridge.h"
-#include "support/formvalue.h"
+#include "form/formmodel.h"
 
 #include <QMutex>
+#if QT_VERSION_MAJOR < 6
 #include <QWebElement>
+#endif
 #include <QWidget>
 
-class HelpTextBrowser;
+class FormEngine;
 class QHelpEngine;
 class QPrinter;
 class QUndoGroup;
 class QUndoStack;
-class QWebFrame;
 
-/// The investigation form: a local page whose elements are the only model. Until the page
-/// stands (before the first load, during a reload), the values last handed over stand for it,
-/// so that nothing is lost on a save.
+/// The investigation form: a local page whose fields are read and written by their ids. Until
+/// the page stands (before the first load, during a reload), the values last handed over stand
+/// for it, so that nothing is lost on a save.
 class FormView : public QWidget, public FormBridgeTarget
 {
     Q_OBJECT
@@ -30,18 +31,29 @@ public:
     QUndoStack *getUndoStack() const { return undoStack; }
     QString getSharedString() const override { return sharedString; }
 
-    /// Every field in the order radio, text, file, hidden (if asked), textarea, select.
-    QWebElementCollection getAllFields(bool includeHidden) const;
+    /// True while there is a page whose fields are read and written.
+    bool isReady() const;
     /// The title image is read afresh from its path; unreadable gives a null image.
     FormValues getAllFieldValues() const;
-    /// Empty for a null or unknown element.
-    QString getFieldValue(QWebElement &element) const;
+    /// Empty for an unknown field.
     QString getFieldValue(const QString &id) const;
 
     void setSharedString(const QString &text) override { sharedString = text; }
-    /// False if the element is null. An empty value never overwrites a text.
-    bool setFieldValue(QWebElement &element, const QString &value);
+    /// False if there is no such field. An empty value never overwrites a text.
     bool setFieldValue(const QString &id, const QString &value);
+
+#if QT_VERSION_MAJOR < 6
+    /// Every field in the order radio, text, file, hidden (if asked), textarea, select.
+    QWebElementCollection getAllFields(bool includeHidden) const;
+    /// Empty for a null element.
+    QString getFieldValue(QWebElement &element) const;
+    /// False if the element is null.
+    bool setFieldValue(QWebElement &element, const QString &value);
+#endif
+
+    /// All that has been typed so far has been told and can be read when this returns. To be
+    /// called first by a command that reads the form; false if the page didn't answer in time.
+    bool settle();
 
     /// Empties the form by loading its page again.
     void clearForm();
@@ -82,39 +94,20 @@ private slots:
     void onPageLoaded(bool ok);
 
 private:
-    static bool isFieldId(const QString &id);
-    static bool isRadioButton(const QWebElement &element);
-    static bool isTextArea(const QWebElement &element);
-    static bool isTextEdit(const QWebElement &element);
-    static bool isHiddenInput(const QWebElement &element);
-    static bool isFileInput(const QWebElement &element);
-    static bool isComboBox(const QWebElement &element);
-
     int countPages(const QPrinter &printer) const;
     QString getPaperName() const;
-    QWebElement findField(const QString &id) const;
     void loadData();
-    void createRows();
-    void applyValues();
-    void restoreSteps();
     void showTitleImage();
-    void addOnClickHandler(const QString &id, const QString &script);
-    void setChecked(QWebElement &radio, const QString &value);
-    void setOption(QWebElement &select, const QString &text);
-    void setText(QWebElement &field, const QString &value);
-    FormValues readPage() const;
     QImage readTitleImage(const QString &path) const;
     void fillInTitleImage(FormValue &field) const;
 
-    QHelpEngine *helpEngine = nullptr;  // child
-    HelpTextBrowser *webView = nullptr; // child
-    FormBridge *bridge = nullptr;       // child, what the page's scripts see
-    QWebFrame *mainFrame = nullptr;     // the page's, null until the first load has finished
-    FormValues formData;                // handed over by the project file
+    QHelpEngine *helpEngine = nullptr; // child
+    FormBridge *bridge = nullptr;      // child, what the page's scripts see
+    FormEngine *engine = nullptr;      // child, shows the page
+    FormModel model;                   // what was handed over by the project file
     QMutex loadMutex;
     QUndoStack *undoStack = nullptr; // the group's
     QString sharedString;
     FormValue titleImage;       // path and picture last loaded or collected
     mutable FormValue lastRead; // size, time and path of a picture file, and its picture
-    bool pageStands = false;    // false before the first load and during a reload
 };

@@ -1,23 +1,13 @@
 #include "form/formview.h"
 
 #include "chart/formfields.h"
-#include "support/log.h"
-
-#include <QUuid>
-#include <QWebElement>
-#include <QWebFrame>
+#include "form/formengine.h"
 
 QString FormView::addCausalFactor(const QString &guid, int number, const QString &text)
 {
-    // Only a true GUID goes into a script; whatever else a file brings is written as a text.
-    const QString splicedGuid = QUuid(guid).toString() == guid.toLower() ? guid : QString();
-    if (mainFrame) {
-        const QString script = QString("this.addDynamicContent('causalFactor', '%1', %2)");
-        const QVariant added = mainFrame->evaluateJavaScript(script.arg(splicedGuid).arg(number));
-        qCDebug(formLog) << "addCF" << added.toString().section('_', -1) << number;
-    }
-    if (splicedGuid.isEmpty() || !pageStands)
-        setFieldValue(FormFields::getRowField(FormFields::CausalFactorGuid, number), guid);
+    if (!isReady())
+        model.addRow(number, guid);
+    engine->addRow(number, guid);
     const QString textId = FormFields::getRowField(FormFields::CausalFactorText, number);
     setFieldValue(textId, text);
     return textId;
@@ -25,13 +15,9 @@ QString FormView::addCausalFactor(const QString &guid, int number, const QString
 
 void FormView::removeCausalFactor(int cfNumber)
 {
-    if (mainFrame)
-        mainFrame->evaluateJavaScript(
-            QString("this.removeDynamicContent('causalFactor', %1)").arg(cfNumber));
-    if (!pageStands) {
-        for (const char *pattern : FormFields::CausalFactorRow)
-            formData.remove(FormFields::getRowField(pattern, cfNumber));
-    }
+    engine->removeRow(cfNumber);
+    if (!isReady())
+        model.removeRow(cfNumber);
 }
 
 QStringList FormView::getCausalFactorRow(int number) const

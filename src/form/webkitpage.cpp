@@ -1,4 +1,4 @@
-#include "form/formview_page.h"
+#include "form/webkitpage.h"
 
 #include "support/helpnetworkreply.h"
 #include "support/log.h"
