@@ -21,32 +21,37 @@ int shapeFromWord(const QString &word)
 
 QIcon makeRoleIcon(const RoleInfo &info)
 {
-    const QRectF box(1, 1, 13, 13);
     QPixmap pixmap(16, 16);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    painter.setPen(info.pen);
-    painter.setBrush(info.brush);
-    painter.setRenderHint(QPainter::Antialiasing, info.shape != RoleInfo::Rectangle);
-
-    switch (info.shape) {
-    case RoleInfo::Oval:
-        painter.drawRoundedRect(box, 75, 75, Qt::RelativeSize);
-        break;
-    case RoleInfo::Plate:
-        painter.drawPolygon(
-            QPolygonF({QPointF(7, 0), QPointF(14, 7), QPointF(7, 14), QPointF(0, 7)}));
-        break;
-    case RoleInfo::Ellipse:
-        painter.drawEllipse(box);
-        break;
-    default:
-        painter.drawRect(box);
-    }
+    info.drawIcon(&painter);
     return QIcon(pixmap);
 }
 
 } // namespace
+
+void RoleInfo::drawIcon(QPainter *painter) const
+{
+    const QRectF box(1, 1, 13, 13);
+    painter->setPen(pen);
+    painter->setBrush(brush);
+    painter->setRenderHint(QPainter::Antialiasing, shape != Rectangle);
+
+    switch (shape) {
+    case Oval:
+        painter->drawRoundedRect(box, 75, 75, Qt::RelativeSize);
+        break;
+    case Plate:
+        painter->drawPolygon(
+            QPolygonF({QPointF(7, 0), QPointF(14, 7), QPointF(7, 14), QPointF(0, 7)}));
+        break;
+    case Ellipse:
+        painter->drawEllipse(box);
+        break;
+    default:
+        painter->drawRect(box);
+    }
+}
 
 QMap<QString, RoleInfo> Role::rolesList;
 

@@ -6,6 +6,8 @@
 #include <QPen>
 #include <QString>
 
+class QPainter;
+
 /// The types that rules name; the others stand in the table alone.
 namespace RoleType
 {
@@ -20,6 +22,10 @@ constexpr char CausalFactor[] = "Causal_Factor";
 /// unknown role: a plain white rectangle of type "Event" without an icon.
 struct RoleInfo {
     enum Shape { Rectangle = 0, Oval = 1, Plate = 2, Ellipse = 3 };
+
+    /// What the icon shows, from (0,0) to (16,16), in strokes that stay sharp on paper. Leaves pen,
+    /// brush and smoothing changed.
+    void drawIcon(QPainter *painter) const;
 
     QPen pen = QPen(Qt::black);
     QBrush brush = QBrush(Qt::white);

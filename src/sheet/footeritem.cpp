@@ -2,34 +2,64 @@
 
 #include "chart/role.h"
 
+#include <QFontMetrics>
 #include <QGraphicsGridLayout>
-#include <QGraphicsProxyWidget>
-#include <QLabel>
 #include <QPainter>
-#include <QPushButton>
 
 namespace
 {
+
+constexpr qreal IconSize = 16;
+constexpr qreal TextSpacing = 2; // on both sides of a role's name
 
 QFont getFooterFont()
 {
     return QFont("Arial", 8, QFont::Normal);
 }
 
-/// Its widget's icons keep their shapes in a zoomed view.
-class SmoothProxy : public QGraphicsProxyWidget
+} // namespace
+
+/// A role of the legend, or a page's name, which has no icon. Drawn by the footer, so that strokes
+/// are strokes and text is text on paper.
+class FooterEntry : public QGraphicsLayoutItem
 {
 public:
-    using QGraphicsProxyWidget::QGraphicsProxyWidget;
-
-    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override
+    explicit FooterEntry(const QString &text, const RoleInfo *role = nullptr)
+        : text(text), role(role)
     {
-        painter->setRenderHint(QPainter::SmoothPixmapTransform);
-        QGraphicsProxyWidget::paint(painter, option, widget);
+        const QSize space = QFontMetrics(getFooterFont()).size(Qt::TextSingleLine, text);
+        size = role ? QSizeF(IconSize + space.width() + 2 * TextSpacing,
+                             qMax<qreal>(IconSize, space.height()))
+                    : QSizeF(space);
     }
-};
 
-} // namespace
+    const QString &getText() const { return text; }
+
+    /// Leaves the painter as it was.
+    void draw(QPainter *painter) const
+    {
+        painter->fillRect(geometry(), Qt::white);
+        painter->drawText(geometry().adjusted(role ? IconSize + TextSpacing : 0, 0, 0, 0),
+                          Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
+        if (!role)
+            return;
+        painter->save();
+        painter->translate(geometry().topLeft());
+        role->drawIcon(painter);
+        painter->restore();
+    }
+
+protected:
+    QSizeF sizeHint(Qt::SizeHint which, const QSizeF &) const override
+    {
+        return which == Qt::MinimumSize || which == Qt::PreferredSize ? size : QSizeF();
+    }
+
+private:
+    QString text;
+    const RoleInfo *role; // a row of the role table, which stays
+    QSizeF size;
+};
 
 FooterItem::FooterItem(int row, int column)
     : layout(new QGraphicsGridLayout), row(row), column(column)
@@ -49,13 +79,25 @@ void FooterItem::showFooter(bool showPageNumber, const QString &projectName, boo
         addPageName(projectName);
 }
 
+QString FooterItem::getText() const
+{
+    QStringList texts;
+    for (int i = 0; i < layout->count(); ++i)
+        texts.append(getEntry(i)->getText());
+    return texts.join(", ");
+}
+
 void FooterItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget)
 {
+    painter->setPen(Qt::black); // on white, whatever the theme
     if (layout->columnCount() > 1) {
         painter->setRenderHint(QPainter::Antialiasing, false);
         painter->setBrush(Qt::white);
         painter->drawRect(rect());
     }
+    painter->setFont(font());
+    for (int i = 0; i < layout->count(); ++i)
+        getEntry(i)->draw(painter);
     QGraphicsWidget::paint(painter, option, widget);
 }
 
@@ -64,10 +106,7 @@ void FooterItem::addLegend()
     Role(); // fills the table if no note has done so yet
     int i = 0;
     for (const RoleInfo &role : qAsConst(Role::rolesList)) {
-        auto *button = new QPushButton(role.icon, role.displayName);
-        button->setStyleSheet("border-style: none; background-color: white;");
-        button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed); // icon below icon
-        layout->addItem(embed(button), i % 2, i / 2, Qt::AlignLeft | Qt::AlignVCenter);
+        layout->addItem(new FooterEntry(role.displayName, &role), i % 2, i / 2);
         ++i;
     }
 }
@@ -76,22 +115,11 @@ void FooterItem::addPageName(const QString &projectName)
 {
     // Plain character arithmetic: the row behind Z is "[".
     const QChar letter(ushort('A' + row));
-    auto *label = new QLabel(projectName + " - " + letter + QString::number(column + 1));
-    label->setTextFormat(Qt::PlainText);
-    label->setStyleSheet("background-color: white;");
-    layout->addItem(embed(label), 1, layout->columnCount(), Qt::AlignRight | Qt::AlignBottom);
+    auto *name = new FooterEntry(projectName + " - " + letter + QString::number(column + 1));
+    layout->addItem(name, 1, layout->columnCount(), Qt::AlignRight | Qt::AlignBottom);
 }
 
-// Black on white whatever the theme, and deaf: a click goes to the sheet below.
-QGraphicsProxyWidget *FooterItem::embed(QWidget *widget)
+const FooterEntry *FooterItem::getEntry(int index) const
 {
-    widget->setFont(getFooterFont());
-    widget->setPalette(QPalette(Qt::black, Qt::white, Qt::white, Qt::black, Qt::gray, Qt::black,
-                                Qt::white, Qt::white, Qt::white));
-    widget->setFocusPolicy(Qt::NoFocus);
-    auto *proxy = new SmoothProxy(this);
-    proxy->setWidget(widget);
-    proxy->setAcceptedMouseButtons(Qt::NoButton);
-    proxy->setAcceptHoverEvents(false);
-    return proxy;
+    return static_cast<const FooterEntry *>(layout->itemAt(index));
 }

@@ -4,8 +4,8 @@
 
 #include <QGraphicsWidget>
 
+class FooterEntry;
 class QGraphicsGridLayout;
-class QGraphicsProxyWidget;
 
 /// What stands in the bottom right corner of a page: its name and, on the first
 /// page, the legend of roles.
@@ -20,6 +20,8 @@ public:
     /// Fills a new footer. The name of a page reads "Plant - B1" in the second
     /// row of pages, first column.
     void showFooter(bool showPageNumber, const QString &projectName, bool showLegend);
+    /// All that is written there, the page's name last; empty when nothing is.
+    QString getText() const;
 
     int type() const override { return ProjectItem::FooterType; }
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
@@ -27,7 +29,7 @@ public:
 private:
     void addLegend();
     void addPageName(const QString &projectName);
-    QGraphicsProxyWidget *embed(QWidget *widget);
+    const FooterEntry *getEntry(int index) const;
 
     QGraphicsGridLayout *layout; // the item's own
     int row;

@@ -41,6 +41,14 @@ void HeaderItem::setHeaderValue(const QString &id, const QString &value)
     QTimer::singleShot(100, this, &HeaderItem::resizeToContent);
 }
 
+void HeaderItem::setHeaderValues(const FormValues &values)
+{
+    for (auto value = values.begin(); value != values.end(); ++value) {
+        if (!value->value.isEmpty())
+            setHeaderValue(value.key(), value->value);
+    }
+}
+
 void HeaderItem::onLoadFinished(bool)
 {
     QTimer::singleShot(0, this, &HeaderItem::resizeToContent);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/formvalue.h"
+
 #include <QGraphicsWebView>
 
 /// The table at the top of the main sheet that repeats the form's key facts.
@@ -16,6 +18,10 @@ public:
 public slots:
     /// Ids that the template doesn't know are passed over.
     void setHeaderValue(const QString &id, const QString &value);
+    /// Those that are not empty.
+    void setHeaderValues(const FormValues &values);
+    /// At once, where the size can't wait until the last value has settled.
+    void resizeToContent();
 
 signals:
     void editRequested();
@@ -30,5 +36,4 @@ protected:
 
 private slots:
     void onLoadFinished(bool ok);
-    void resizeToContent();
 };

@@ -286,6 +286,9 @@ void ProjectScene::createHeader()
     if (formView) {
         connect(formView, &FormView::formValueChanged, headerItem, &HeaderItem::setHeaderValue);
         connect(formView, &FormView::formValueLoaded, headerItem, &HeaderItem::setHeaderValue);
+    } else if (projectFile) {
+        connect(projectFile, &ProjectFile::loadedFormData, headerItem,
+                &HeaderItem::setHeaderValues);
     }
     headerItem->loadTemplate(":/formdata/header_template.html");
     addItem(headerItem);

@@ -54,6 +54,8 @@ public:
     bool pageContainsItems(const QRectF &page) const;
     /// From (0,0) to the farthest right and bottom of what a project saves.
     QRectF projectItemsBoundingRect() const;
+    /// Page by page; pages beyond any that is printed have none.
+    QList<FooterItem *> getFooters() const;
 
     /// Loss first, Loss Of Control second; null where there is none.
     QPair<Sticky *, Sticky *> getLossAndLoCNotes() const;
@@ -70,9 +72,12 @@ public:
     void setPagesGrid(int rows, int columns);
     /// Scene units; lays the pages out anew.
     void setPageSize(QSize size);
-    /// Off, the sheet is as it goes on paper: without grid, frames, footers, header and box.
+    /// Off, the sheet is without grid, frames, footers, header and box.
     /// A header that the settings hide stays hidden.
     void setRenderBackground(bool render, bool showFooters, bool showHeader);
+    /// As it goes on paper until setRenderBackground() is called again: without grid, frames and
+    /// box. Only decorated it keeps its header and footers.
+    void dressForPaper(bool decorated);
     /// As new, except for the default font. Deletes every item that the sheet
     /// ever made, also those that only its undo steps still knew.
     void clear();
@@ -187,6 +192,7 @@ private:
 
     void createSingletonItems();
     void createHeader();
+    void dress(bool background, bool footers, bool header);
     void deleteItems();
     void removeAndDelete(QGraphicsItem *item);
     void fitPages(const QRectF &bound);

@@ -98,20 +98,24 @@ void ProjectScene::setPageSize(QSize size)
                  countPages(bound.right(), pageSize.width()));
 }
 
+QList<FooterItem *> ProjectScene::getFooters() const
+{
+    QList<FooterItem *> footers;
+    for (const QList<FooterItem *> &row : footerItems)
+        footers += row;
+    return footers;
+}
+
 void ProjectScene::setRenderBackground(bool render, bool showFooters, bool showHeader)
 {
-    renderBackground = render;
-    const bool hasHeader = ProjectSettings().shows(ProjectSettings::Header);
-    if (!render)
-        clearEdgeMarks();
-    for (QGraphicsItem *item : items()) {
-        if (item->type() == ProjectItem::InfoType)
-            item->setVisible(render);
-        else if (item->type() == ProjectItem::FooterType)
-            item->setVisible(render && showFooters);
-        else if (item == headerItem)
-            item->setVisible(render && showHeader && hasHeader);
-    }
+    dress(render, render && showFooters, render && showHeader);
+}
+
+void ProjectScene::dressForPaper(bool decorated)
+{
+    if (decorated && headerItem)
+        headerItem->resizeToContent(); // a value may have come just now
+    dress(false, decorated, decorated);
 }
 
 void ProjectScene::checkCanvasSize()
@@ -132,10 +136,8 @@ void ProjectScene::updatePageNumberItems()
     footerLook = look;
     const int columns = getNumHorizontalPages();
     resizeFooters(qMin(getNumVerticalPages(), qMax(1, MaximumFooters / columns)), columns);
-    for (const QList<FooterItem *> &row : qAsConst(footerItems)) {
-        for (FooterItem *footer : row)
-            footer->show();
-    }
+    for (FooterItem *footer : getFooters())
+        footer->show();
 }
 
 void ProjectScene::drawBackground(QPainter *painter, const QRectF &rect)
@@ -149,6 +151,22 @@ void ProjectScene::drawBackground(QPainter *painter, const QRectF &rect)
         drawGrid(painter, rect);
     drawPageFrames(painter);
     painter->restore();
+}
+
+void ProjectScene::dress(bool background, bool footers, bool header)
+{
+    renderBackground = background;
+    const bool hasHeader = ProjectSettings().shows(ProjectSettings::Header);
+    if (!background)
+        clearEdgeMarks();
+    for (QGraphicsItem *item : items()) {
+        if (item->type() == ProjectItem::InfoType)
+            item->setVisible(background);
+        else if (item->type() == ProjectItem::FooterType)
+            item->setVisible(footers);
+        else if (item == headerItem)
+            item->setVisible(header && hasHeader);
+    }
 }
 
 void ProjectScene::fitPages(const QRectF &bound)

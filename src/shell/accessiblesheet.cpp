@@ -2,6 +2,7 @@
 
 #include "chart/sheethost.h"
 #include "chart/sticky.h"
+#include "sheet/footeritem.h"
 #include "sheet/projectscene.h"
 #include "shell/graphwidget.h"
 
@@ -33,17 +34,21 @@ struct ReadingPlace {
     QPointF point;
 };
 
-QVector<QPointer<Sticky>> sortNotes(const ProjectScene *scene)
+QVector<QPointer<QGraphicsObject>> sortItems(const ProjectScene *scene)
 {
     const QSize page = scene->getPageSize();
     QList<Sticky *> all = scene->getAllNotes();
     std::stable_sort(all.begin(), all.end(), [&page](const Sticky *a, const Sticky *b) {
         return ReadingPlace(a, page) < ReadingPlace(b, page);
     });
-    QVector<QPointer<Sticky>> notes;
+    QVector<QPointer<QGraphicsObject>> items;
     for (Sticky *note : qAsConst(all))
-        notes.append(note);
-    return notes;
+        items.append(note);
+    for (FooterItem *footer : scene->getFooters()) {
+        if (!footer->getText().isEmpty())
+            items.append(footer);
+    }
+    return items;
 }
 
 /// As on the sheet's tab.
@@ -78,6 +83,8 @@ QAccessibleInterface *makeAccessible(const QString &, QObject *object)
         return new AccessibleSheet(view);
     if (auto *note = qobject_cast<Sticky *>(object))
         return new AccessibleNote(note);
+    if (auto *footer = qobject_cast<FooterItem *>(object))
+        return new AccessibleFooter(footer);
     return nullptr;
 }
 
@@ -100,21 +107,14 @@ GraphWidget *AccessibleSheet::getView() const
     return static_cast<GraphWidget *>(widget());
 }
 
-const QVector<QPointer<Sticky>> &AccessibleSheet::getNotes() const
+const QVector<QPointer<QGraphicsObject>> &AccessibleSheet::getItems() const
 {
     // A reader asks for one child after the other: a walk for each is too slow.
     if (!age.isValid() || age.hasExpired(ListLifetime)) {
-        notes = sortNotes(getView()->getProjectScene());
+        items = sortItems(getView()->getProjectScene());
         age.start();
     }
-    return notes;
-}
-
-int AccessibleSheet::indexOfNote(const Sticky *note) const
-{
-    const auto &list = getNotes();
-    const auto place = std::find(list.begin(), list.end(), note);
-    return place == list.end() ? -1 : int(place - list.begin());
+    return items;
 }
 
 QString AccessibleSheet::text(QAccessible::Text kind) const
@@ -125,19 +125,19 @@ QString AccessibleSheet::text(QAccessible::Text kind) const
     if (kind == QAccessible::Name)
         return getSheetName(getView()->getProjectScene());
     if (kind == QAccessible::Description)
-        return QString("%1 notes").arg(childCount());
+        return QString("%1 notes").arg(getView()->getProjectScene()->getAllNotes().size());
     return QString();
 }
 
 int AccessibleSheet::childCount() const
 {
-    return getNotes().size();
+    return getItems().size();
 }
 
 QAccessibleInterface *AccessibleSheet::child(int index) const
 {
-    Sticky *note = getNotes().value(index);
-    return note && note->scene() ? QAccessible::queryAccessibleInterface(note) : nullptr;
+    QGraphicsObject *item = getItems().value(index);
+    return item && item->scene() ? QAccessible::queryAccessibleInterface(item) : nullptr;
 }
 
 QAccessibleInterface *AccessibleSheet::childAt(int x, int y) const
@@ -151,7 +151,8 @@ QAccessibleInterface *AccessibleSheet::childAt(int x, int y) const
 
 int AccessibleSheet::indexOfChild(const QAccessibleInterface *child) const
 {
-    return indexOfNote(qobject_cast<Sticky *>(child->object()));
+    const auto *item = qobject_cast<QGraphicsObject *>(child->object());
+    return item ? getItems().indexOf(const_cast<QGraphicsObject *>(item)) : -1;
 }
 
 QAccessibleInterface *AccessibleSheet::focusChild() const
@@ -160,37 +161,73 @@ QAccessibleInterface *AccessibleSheet::focusChild() const
     return note ? QAccessible::queryAccessibleInterface(note) : nullptr;
 }
 
-AccessibleNote::AccessibleNote(Sticky *note) : QAccessibleObject(note) {}
+AccessibleItem::AccessibleItem(QGraphicsObject *item) : QAccessibleObject(item) {}
+
+GraphWidget *AccessibleItem::getView() const
+{
+    const QGraphicsScene *scene = static_cast<QGraphicsObject *>(object())->scene();
+    const QList<QGraphicsView *> views = scene ? scene->views() : QList<QGraphicsView *>();
+    return views.isEmpty() ? nullptr : qobject_cast<GraphWidget *>(views.first());
+}
+
+QRect AccessibleItem::getPlace(const GraphWidget *view) const
+{
+    const auto *item = static_cast<QGraphicsObject *>(object());
+    return view->mapFromScene(item->sceneBoundingRect()).boundingRect();
+}
+
+QAccessibleInterface *AccessibleItem::parent() const
+{
+    GraphWidget *view = getView();
+    return view ? QAccessible::queryAccessibleInterface(view) : nullptr;
+}
+
+QAccessible::State AccessibleItem::state() const
+{
+    QAccessible::State state;
+    const GraphWidget *view = getView();
+    state.invisible = !view;
+    state.offscreen = !view || !view->viewport()->rect().intersects(getPlace(view));
+    return state;
+}
+
+QRect AccessibleItem::rect() const
+{
+    const GraphWidget *view = getView();
+    if (!view)
+        return QRect();
+    const QRect shown = getPlace(view);
+    return QRect(view->viewport()->mapToGlobal(shown.topLeft()), shown.size());
+}
+
+AccessibleFooter::AccessibleFooter(FooterItem *footer) : AccessibleItem(footer) {}
+
+QString AccessibleFooter::text(QAccessible::Text kind) const
+{
+    return kind == QAccessible::Name ? static_cast<FooterItem *>(object())->getText() : QString();
+}
+
+AccessibleNote::AccessibleNote(Sticky *note) : AccessibleItem(note) {}
 
 Sticky *AccessibleNote::getNote() const
 {
     return static_cast<Sticky *>(object());
 }
 
-GraphWidget *AccessibleNote::getView() const
+/// Without the note's shadow and handles.
+QRect AccessibleNote::getPlace(const GraphWidget *view) const
 {
-    const QGraphicsScene *scene = getNote()->scene();
-    const QList<QGraphicsView *> views = scene ? scene->views() : QList<QGraphicsView *>();
-    return views.isEmpty() ? nullptr : qobject_cast<GraphWidget *>(views.first());
-}
-
-QAccessibleInterface *AccessibleNote::parent() const
-{
-    GraphWidget *view = getView();
-    return view ? QAccessible::queryAccessibleInterface(view) : nullptr;
+    return view->mapFromScene(getNote()->getGeometry()).boundingRect();
 }
 
 QAccessible::State AccessibleNote::state() const
 {
-    QAccessible::State state;
+    QAccessible::State state = AccessibleItem::state();
     const GraphWidget *view = getView();
     state.selectable = true;
     state.focusable = true;
     state.selected = getNote()->isSelected();
     state.focused = view && state.selected && view->hasFocus();
-    state.invisible = !view;
-    state.offscreen = !view || !view->viewport()->rect().intersects(
-                                   view->mapFromScene(getNote()->getGeometry()).boundingRect());
     return state;
 }
 
@@ -228,15 +265,6 @@ QString AccessibleNote::text(QAccessible::Text kind) const
     default:
         return QString();
     }
-}
-
-QRect AccessibleNote::rect() const
-{
-    const GraphWidget *view = getView();
-    if (!view)
-        return QRect();
-    const QRect shown = view->mapFromScene(getNote()->getGeometry()).boundingRect();
-    return QRect(view->viewport()->mapToGlobal(shown.topLeft()), shown.size());
 }
 
 void *AccessibleNote::interface_cast(QAccessible::InterfaceType type)

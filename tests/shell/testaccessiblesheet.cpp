@@ -39,9 +39,11 @@ private slots:
             QCOMPARE(ask(view.get())->indexOfChild(child), i);
             read.append(child->text(QAccessible::Name) + child->text(QAccessible::Description));
         }
+        QVERIFY(read[6].contains("Loss Of Control") && read[6].endsWith(" - A1")); // the legend
+        read.removeAt(6);
         QCOMPARE(read.join(' ').remove("Event: ").remove("Page "),
-                 QString("0A1 1A1 2A1 3A2 4B1 5B2"));
-        QVERIFY(!ask(view.get())->child(6) && !ask(view.get())->child(-1));
+                 QString("0A1 1A1 2A1 3A2 4B1 5B2  - A2  - B1  - B2"));
+        QVERIFY(!ask(view.get())->child(10) && !ask(view.get())->child(-1));
     }
 
     void noteIsFoundUnderAPoint()
@@ -81,7 +83,7 @@ private slots:
         QVERIFY(child->state().invisible && !child->parent() && child->rect().isNull());
         sheet->scene.clear();
         QVERIFY(!ask(view.get())->child(1));
-        QTRY_COMPARE(ask(view.get())->childCount(), 0);
+        QTRY_COMPARE(ask(view.get())->childCount(), 1); // the corner of an empty page
     }
 };
 
