@@ -56,7 +56,9 @@ bool ProjectExporter::writePDF(const QString &target, int factor)
 {
     const QList<ProjectScene *> others =
         factor == NoFactor ? book->getFactorSheets() : QList<ProjectScene *>();
-    return end(SheetPrinter::writePDF(getSheet(factor), others, target));
+    const QString title = SheetPrinter::makeTitle(formValues.value("incidentTitle").value,
+                                                  projectFile->getOpenProjectName());
+    return end(SheetPrinter::writePDF(getSheet(factor), others, title, target));
 }
 
 bool ProjectExporter::writePNG(const QString &target, int factor)

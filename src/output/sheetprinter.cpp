@@ -4,16 +4,19 @@
 #include "output/pngwriter.h"
 #include "sheet/projectscene.h"
 #include "support/pageinfo.h"
+#include "support/version.h"
 
 #include <QFile>
 #include <QPainter>
 #include <QPrinter>
 #include <QScopeGuard>
+#include <QSettings>
 
 namespace
 {
 
 constexpr double CentimetresPerInch = 2.54;
+constexpr char DecorationsKey[] = "printDecorations";
 constexpr int BandHeight = 512; // pixels of a picture that stand in memory at once
 constexpr qint64 MostPixels = 400000000;
 
@@ -71,6 +74,22 @@ bool isWholePDF(const QString &path)
 
 } // namespace
 
+bool SheetPrinter::isDecorated()
+{
+    return QSettings().value(DecorationsKey, false).toBool();
+}
+
+void SheetPrinter::setDecorated(bool decorated)
+{
+    QSettings().setValue(DecorationsKey, decorated);
+}
+
+QString SheetPrinter::makeTitle(const QString &incidentTitle, const QString &projectName)
+{
+    const QString title = incidentTitle.simplified();
+    return title.isEmpty() ? projectName : title;
+}
+
 void SheetPrinter::setUpPage(QPrinter &printer)
 {
     PageInfo page;
@@ -104,7 +123,7 @@ void SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &
     if (!scene->isPrintEnabled())
         return;
     scene->clearSelection();
-    scene->setRenderBackground(false, true, true);
+    scene->dressForPaper(isDecorated());
     const auto restore = qScopeGuard([scene] { scene->setRenderBackground(true, true, true); });
     const QRectF target = getTarget(printer);
     for (int row = 0; row < verticalPages; ++row) {
@@ -121,11 +140,13 @@ void SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &
 }
 
 QString SheetPrinter::writePDF(ProjectScene *mainScene, const QList<ProjectScene *> &factorScenes,
-                               const QString &path)
+                               const QString &title, const QString &path)
 {
     return replaceFile(path, [&](const QString &unfinished) {
         QPrinter printer(QPrinter::ScreenResolution);
         printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setDocName(title);
+        printer.setCreator(QString("TRAC/Ex Examiner ") + ProgramVersionText);
         printer.setOutputFileName(unfinished);
         setUpPage(printer);
         return paint(printer, mainScene, factorScenes) && isWholePDF(unfinished);
@@ -140,7 +161,7 @@ QString SheetPrinter::writePNG(ProjectScene *scene, const QRectF &bound, const Q
     if (qint64(size.width()) * size.height() > MostPixels)
         return "The picture would have more than 400 megapixels. Choose a smaller area.";
     scene->clearSelection();
-    scene->setRenderBackground(false, true, true);
+    scene->dressForPaper(isDecorated());
     const auto restore = qScopeGuard([scene] { scene->setRenderBackground(true, true, true); });
     return replaceFile(path, [&](const QString &unfinished) {
         PngWriter writer(unfinished);

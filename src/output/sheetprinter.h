@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QRectF>
+#include <QString>
 
 class ProjectScene;
 class QPainter;
@@ -12,8 +13,16 @@ class QPrinter;
 namespace SheetPrinter
 {
 
+/// Whether prints, documents and pictures show header, page labels and legend. Off at first; the
+/// user's choice for all projects.
+bool isDecorated();
+void setDecorated(bool decorated);
+
 /// The paper of the settings, landscape.
 void setUpPage(QPrinter &printer);
+
+/// What a document calls itself: the incident's title in one line, else the project's name.
+QString makeTitle(const QString &incidentTitle, const QString &projectName);
 
 /// The main sheet and then the others, each if its flag says so, on the pages of the main
 /// sheet's grid. False if the painter could not start.
@@ -23,10 +32,10 @@ bool paint(QPrinter &printer, ProjectScene *mainScene, const QList<ProjectScene 
 void paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer, int verticalPages,
                 int horizontalPages);
 
-/// A document of what paint() prints. Returns why it failed, in the user's words; empty after
-/// success. A failure leaves the file as it was.
+/// A document of what paint() prints, with its title, the program and the date. Returns why it
+/// failed, in the user's words; empty after success. A failure leaves the file as it was.
 QString writePDF(ProjectScene *mainScene, const QList<ProjectScene *> &factorScenes,
-                 const QString &path);
+                 const QString &title, const QString &path);
 
 /// The scene inside the bound, without grid and selection. Returns what writePDF() does; an empty
 /// bound and one of more than 400 megapixels are refused before anything is drawn.

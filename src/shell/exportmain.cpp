@@ -1,5 +1,6 @@
 #include "output/filereplacement.h"
 #include "output/projectexporter.h"
+#include "output/sheetprinter.h"
 #include "project/databasefile.h"
 #include "shell/application.h"
 
@@ -126,8 +127,10 @@ QString read(const QCommandLineParser &parser, Request &request)
     const QString format = getFormat(request);
     if (!QStringList({"pdf", "png", "doc"}).contains(format))
         return "The file to write must end in .pdf, .png or .doc.";
-    if (format == "doc" && parser.isSet("sheet"))
-        return "--sheet goes with .pdf and .png: a report holds no sheets.";
+    for (const char *option : {"sheet", "decorated"}) {
+        if (format == "doc" && parser.isSet(option))
+            return QString("--%1 goes with .pdf and .png: a report holds no sheets.").arg(option);
+    }
     return QString();
 }
 
@@ -164,6 +167,8 @@ int execute(const QCoreApplication &application, const QDir &home)
     parser.setApplicationDescription("Writes a project of TRAC/Ex Examiner to a PDF document (all "
                                      "sheets), a PNG picture (the main chart) or a Word report.");
     parser.addOption({"sheet", "Write the sheet of causal factor <number> alone.", "number"});
+    parser.addOption({"decorated", "Show header, page labels and legend, as if that were chosen in "
+                                   "Page Setup."});
     parser.addPositionalArgument("PROJECT.epf", "The project. It stays as it is.");
     parser.addPositionalArgument("OUTPUT", "The file to write, ending in .pdf, .png or .doc.");
     parser.addOption({{"h", "help"}, "Show this help."});
@@ -186,6 +191,8 @@ int execute(const QCoreApplication &application, const QDir &home)
         complain(misuse);
         return WrongUse;
     }
+    if (parser.isSet("decorated"))
+        SheetPrinter::setDecorated(true);
     const QString problem = run(request, home);
     if (!problem.isEmpty()) {
         complain(problem);

@@ -121,6 +121,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    QString getDocumentTitle() const;
     void createProjectObjects();
     void createMainSheet();
     void createStatusBar();

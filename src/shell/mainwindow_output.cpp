@@ -1,6 +1,7 @@
 #include "form/formview.h"
 #include "output/sheetprinter.h"
 #include "output/wordxmlexport.h"
+#include "project/projectfile.h"
 #include "shell/filenames.h"
 #include "shell/graphwidget.h"
 #include "shell/mainwindow.h"
@@ -21,6 +22,7 @@ namespace
 {
 
 constexpr int MessageTime = 15000; // milliseconds
+constexpr int LongestJobName = 80; // print servers refuse more than 255 bytes
 
 QString getDocumentsFolder()
 {
@@ -64,6 +66,7 @@ void MainWindow::print()
     QPrinter printer(QPrinter::ScreenResolution);
     SheetPrinter::setUpPage(printer);
     printer.setColorMode(QPrinter::Color);
+    printer.setDocName(getDocumentTitle().left(LongestJobName));
     QPrintDialog dialog(&printer, this);
     dialog.setOptions(QAbstractPrintDialog::PrintToFile);
     // The toolkit shows a choice of pages that these options do not offer, anew with the dialog.
@@ -71,6 +74,12 @@ void MainWindow::print()
         QTimer::singleShot(0, range, &QWidget::hide);
     if (dialog.exec() == QDialog::Accepted)
         paintPrinter(printer);
+}
+
+QString MainWindow::getDocumentTitle() const
+{
+    return SheetPrinter::makeTitle(formView->getFieldValue("incidentTitle"),
+                                   projectFile->getOpenProjectName());
 }
 
 bool MainWindow::paintPrinter(QPrinter &printer)
@@ -169,8 +178,9 @@ void MainWindow::exportPNG(const QString &filename, const QRectF &bound)
 
 void MainWindow::exportPDF(const QString &filename, const QRectF &)
 {
-    showExportFailure(statusBar(), SheetPrinter::writePDF(book->getMainSheet(),
-                                                          book->getFactorSheets(), filename));
+    showExportFailure(statusBar(),
+                      SheetPrinter::writePDF(book->getMainSheet(), book->getFactorSheets(),
+                                             getDocumentTitle(), filename));
 }
 
 void MainWindow::exportEMF(const QString &, const QRectF &) {}

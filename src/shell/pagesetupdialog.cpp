@@ -2,6 +2,7 @@
 
 #include "chart/sheethost.h"
 #include "chart/sticky.h"
+#include "output/sheetprinter.h"
 #include "sheet/projectscene.h"
 #include "ui_pagesetupdialog.h"
 
@@ -9,6 +10,7 @@ PageSetupDialog::PageSetupDialog(SheetHost *host)
     : QDialog(host->getDialogParent()), ui(new Ui_PageSetupDialog), host(host)
 {
     ui->setupUi(this);
+    ui->decorationsCheckbox->setChecked(SheetPrinter::isDecorated());
 }
 
 PageSetupDialog::~PageSetupDialog() = default;
@@ -46,5 +48,6 @@ void PageSetupDialog::accept()
         ProjectScene *sheet = getSheet(entry->data(Qt::UserRole).toString());
         sheet->setPrintEnabled(entry->checkState() == Qt::Checked);
     }
+    SheetPrinter::setDecorated(ui->decorationsCheckbox->isChecked());
     QDialog::accept();
 }

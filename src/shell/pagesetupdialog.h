@@ -9,7 +9,7 @@ class QListWidgetItem;
 class SheetHost;
 class Ui_PageSetupDialog;
 
-/// Chooses which sheets are printed.
+/// Chooses which sheets are printed, and whether header, page labels and legend are.
 class PageSetupDialog : public QDialog
 {
     Q_OBJECT

@@ -8,9 +8,8 @@
 #include "testing/rows.h"
 #include "testing/sheet.h"
 
+#include <QCheckBox>
 #include <QDesktopServices>
-#include <QGraphicsProxyWidget>
-#include <QLabel>
 #include <QListWidget>
 #include <QPrinter>
 #include <QRegularExpression>
@@ -76,7 +75,8 @@ private slots:
             fill(chart, filled);
             chart.scene.setPrintEnabled(isChartPrinted);
             factor.scene.setPrintEnabled(isFactorPrinted);
-            QCOMPARE(SheetPrinter::writePDF(&chart.scene, {&factor.scene}, path), QString());
+            QCOMPARE(SheetPrinter::writePDF(&chart.scene, {&factor.scene}, QString(), path),
+                     QString());
             QCOMPARE(readBytes(path).count("/Type /Page\n"), expected);
         }
     }
@@ -97,6 +97,27 @@ private slots:
         item->setCheckState(Qt::Checked);
         dialog.accept();
         QVERIFY(factor.isPrintEnabled() && chart.scene.isPrintEnabled());
+    }
+
+    /// Chosen in the dialog: header and footer are seen, frames are not, and no page more comes.
+    void decorations()
+    {
+        Sheet sheet(pageSize());
+        fill(sheet, {{0, 0}, {1, 1}});
+        const QRectF bound(QPointF(), QSizeF(pageSize()) * 2);
+        const QPoint legendFrame(pageSize().width() - 1, pageSize().height() - 20), header(300, 0);
+        for (bool decorated : {false, true}) {
+            PageSetupDialog dialog(&sheet.program);
+            dialog.findChild<QCheckBox *>("decorationsCheckbox")->setChecked(decorated);
+            dialog.accept();
+            QCOMPARE(SheetPrinter::writePNG(&sheet.scene, bound, path), QString());
+            const QImage image(path);
+            QCOMPARE(image.pixelColor(header) == Qt::black, decorated);
+            QCOMPARE(image.pixelColor(legendFrame) == Qt::black, decorated);
+            QCOMPARE(image.pixelColor(pageSize().width(), 500), QColor(Qt::white));
+            QCOMPARE(SheetPrinter::writePDF(&sheet.scene, {}, "Plant", path), QString());
+            QCOMPARE(readBytes(path).count("/Type /Page\n"), 2);
+        }
     }
 
     /// The place below the top edge is that of the right margin.
@@ -145,7 +166,7 @@ private slots:
         const rlimit small = {4000, former.rlim_max};
         QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
         const QString reasons[] = {SheetPrinter::writePNG(&sheet.scene, bound, path),
-                                   SheetPrinter::writePDF(&sheet.scene, {}, path),
+                                   SheetPrinter::writePDF(&sheet.scene, {}, QString(), path),
                                    exporter.writeReport(path, FormValues())};
         QCOMPARE(setrlimit(RLIMIT_FSIZE, &former), 0);
         for (const QString &reason : reasons)
@@ -313,27 +334,24 @@ private slots:
     {
         FooterItem footer(26, 11);
         footer.showFooter(true, "<b>Plant", false);
-        const auto *label = qobject_cast<QLabel *>(getWidget(footer));
-        QCOMPARE(label->text(), QString("<b>Plant - [12"));
-        QCOMPARE(label->textFormat(), Qt::PlainText);
-        QImage legends[2];
+        QCOMPARE(footer.getText(), QString("<b>Plant - [12"));
+        QGraphicsScene scene;
+        auto *legend = new FooterItem(0, 0);
+        legend->showFooter(false, QString(), true);
+        legend->adjustSize();
+        scene.addItem(legend);
+        QImage legends[] = {QImage(600, 60, QImage::Format_RGB32), legends[0]};
         for (QImage &image : legends) {
-            FooterItem legend(0, 0);
-            legend.showFooter(false, QString(), true);
-            image = getWidget(legend)->grab().toImage();
-            QApplication::setPalette(QPalette(Qt::white, Qt::black));
+            image.fill(Qt::cyan);
+            QPainter painter(&image);
+            painter.setPen(&image == legends ? Qt::black : Qt::white);
+            scene.render(&painter);
         }
-        QApplication::setPalette(QPalette());
         QCOMPARE(legends[1], legends[0]);
     }
 
 private:
     static QSize pageSize() { return PageInfo().getPrintableArea().size(); }
-
-    static QWidget *getWidget(const FooterItem &footer)
-    {
-        return static_cast<QGraphicsProxyWidget *>(footer.childItems().value(0))->widget();
-    }
 
     static void fill(Sheet &sheet, const QList<QPoint> &pages)
     {
