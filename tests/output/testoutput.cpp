@@ -1,7 +1,6 @@
 #include "output/sheetprinter.h"
 #include "output/wordxmlexport.h"
 #include "sheet/footeritem.h"
-#include "sheet/headeritem.h"
 #include "shell/pagesetupdialog.h"
 #include "support/pageinfo.h"
 #include "testing/files.h"
@@ -13,14 +12,11 @@
 #include <QListWidget>
 #include <QPrinter>
 #include <QRegularExpression>
-#include <QWebElement>
-#include <QWebFrame>
-#include <QWebPage>
 
 #include <csignal>
 #include <sys/resource.h>
 
-/// Sheets with header and footer on paper and in pictures, and the form's values in a report.
+/// Sheets with their footers on paper and in pictures, and the form's values in a report.
 class TestOutput : public QObject
 {
     Q_OBJECT
@@ -312,23 +308,6 @@ private slots:
     }
 
     void onUrl(const QUrl &url) { urls.append(url); }
-
-    void headerShowsPlainText()
-    {
-        HeaderItem header;
-        header.loadTemplate(":/formdata/header_template.html");
-        QTRY_VERIFY(header.size() != QSizeF(800, 300));
-        const QSizeF empty = header.size();
-        const QString text = QString("<i>5 < 6</i> & so on ").repeated(20).trimmed();
-        header.setHeaderValue("1'\"]<>", text);
-        const auto spans = header.page()->mainFrame()->findAllElements("span");
-        QCOMPARE(spans.count(), 6);
-        for (const QWebElement &span : spans) {
-            header.setHeaderValue(span.attribute("id"), text);
-            QCOMPARE(span.toPlainText(), text);
-        }
-        QTRY_VERIFY(header.size().height() > empty.height());
-    }
 
     void footerNamesThePageAndFollowsNoTheme()
     {
