@@ -126,8 +126,8 @@ int main(int argc, char **argv)
 {
     // The first half lives in the home of the second.
     const auto home = qEnvironmentVariableIsSet(FirstHalf) ? nullptr : std::make_unique<TestHome>();
-    prepareTestApplication();
-    QApplication application(argc, argv);
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    Application application(argc, argv);
     makeDataFolder();
     TestStory test;
     return QTest::qExec(&test, argc, argv);

@@ -466,13 +466,6 @@ private:
     std::unique_ptr<Form> form;
 };
 
-int main(int argc, char **argv)
-{
-    TestHome home;
-    prepareTestApplication();
-    Application application(argc, argv);
-    TestForm test;
-    return QTest::qExec(&test, argc, argv);
-}
+EXAMINER_TEST_MAIN(TestForm)
 
 #include "testform.moc"

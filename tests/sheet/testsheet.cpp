@@ -168,7 +168,7 @@ private slots:
             if (!QImage(full, QImage::Format_Mono).save(path))
                 writeBytes(path, "no picture");
             DialogAnswer choice(fileChoice(path));
-            BoxAnswer box(button);
+            BoxAnswer box(QMessageBox::NoButton, button);
             scene->createItemAt(QPointF(300, 300), ImageTool);
             QCOMPARE(box.wasAsked(), !button.isEmpty());
             const CanvasItemInfo info = scene->getAllNotes().value(0)->getRecord();
