@@ -167,7 +167,7 @@ void takeChart(Stage &stage)
     stage.resize(1020, 760);
     stage.showTab(1);
     stage.window.getMainScene()->clearSelection();
-    Picture(stage.grabSheet(QRectF(530, 410, 540, 330))).frame().write(at("chart"));
+    Picture(stage.grabSheet(QRectF(530, 360, 740, 380))).fit().frame().write(at("chart"));
 
     stage.select("The mast strikes");
     Picture(stage.grabSheet(QRectF(700, 400, 380, 160))).frame().write(at("note"));
@@ -178,8 +178,8 @@ void takeChart(Stage &stage)
     stage.takeTool(ConnectorTool);
     stage.drag({{1160, 355}, {1150, 380}, {1050, 400}, {1000, 440}, {985, 446}});
     Picture(stage.grabSheet(part)).frame().write(at("connect"));
-    stage.drop();
     stage.window.onEscapePressed();
+    stage.drop();
 }
 
 void takeBarriers(Stage &stage)

@@ -8,7 +8,7 @@
 class Picture
 {
 public:
-    static constexpr int Width = 540; ///< what the help window has room for, in pixels
+    static constexpr int Width = 520; ///< what the help window has room for, in pixels
 
     explicit Picture(const QImage &image) : image(image.convertToFormat(QImage::Format_RGB32)) {}
 
