@@ -3,7 +3,9 @@
 #include "testing/testmain.h"
 
 #include <QDirIterator>
+#include <QHelpEngineCore>
 #include <QImage>
+#include <QRegularExpression>
 #include <QSignalSpy>
 
 #include <stdexcept>
@@ -52,6 +54,21 @@ private slots:
             QVERIFY(QFileInfo(copy).lastModified() == noon && QFileInfo(copy).isWritable());
         }
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList({"a", "b"}));
+    }
+
+    void theManualIsWhole()
+    {
+        copySupportFiles();
+        QHelpEngineCore engine(makeDataFolder() + "/helpcollection2.qhc");
+        const QRegularExpression link("(?:href|src)=\"([^\"]+)\"");
+        QVERIFY(engine.files("examiner.help", QString(), "html").size() > 10);
+        for (const QUrl &page : engine.files("examiner.help", QString(), "html")) {
+            auto links = link.globalMatch(QString::fromUtf8(engine.fileData(page)));
+            while (links.hasNext()) {
+                const QUrl target = page.resolved(QUrl(links.next().captured(1)));
+                QVERIFY2(!engine.fileData(target).isEmpty(), qPrintable(target.toString()));
+            }
+        }
     }
 
     void compiledInPicturesDecode()

@@ -226,7 +226,7 @@ void takeForm(Stage &stage)
 void takeDialogs(Stage &stage)
 {
     stage.showTab(1);
-    stage.window.getMainScene()->selectAll();
+    stage.selectWithLine("The mast strikes");
     Picture(stage.grabDialog("Item Properties", 1)).fit().frame().write(at("properties-notes"));
     Picture(stage.grabDialog("Item Properties", 0)).fit().frame().write(at("properties-lines"));
     Picture(stage.grabDialog("Print Setup")).fit().frame().write(at("print-setup"));

@@ -129,6 +129,17 @@ void Stage::select(const QString &text)
     settle();
 }
 
+void Stage::selectWithLine(const QString &text)
+{
+    select(text);
+    for (ProjectItem *item : window.getMainScene()->getProjectItems()) {
+        auto *line = qobject_cast<Line *>(item);
+        if (line && line->getStartConnection().item == findNote(text))
+            line->setSelected(true);
+    }
+    settle();
+}
+
 QImage Stage::grab()
 {
     settle();

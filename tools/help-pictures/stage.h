@@ -29,6 +29,8 @@ public:
     void drag(const QVector<QPointF> &points);
     void drop();
     void select(const QString &text);
+    /// And the line that begins at the note.
+    void selectWithLine(const QString &text);
     /// Of the main chart; ends the program when there is none.
     Sticky *findNote(const QString &text) const;
 
