@@ -4,8 +4,6 @@
 #include "testing/form.h"
 #include "testing/sheet.h"
 
-#include <QWebPage>
-
 class TestSheetAndForm : public QObject
 {
     Q_OBJECT
@@ -67,13 +65,15 @@ private slots:
             if (auto *header = qobject_cast<HeaderItem *>(item->toGraphicsObject())) {
                 emit form->view.formValueChanged("1'\"]<>", text);
                 const QSizeF empty = header->size();
-                const auto fields = header->page()->mainFrame()->findAllElements("span");
-                QCOMPARE(fields.count(), 6);
-                for (const QWebElement &field : fields) {
-                    emit form->view.formValueChanged(field.attribute("id"), text);
-                    QCOMPARE(field.toPlainText(), text);
+                QCOMPARE(empty, QSizeF(440, 73));
+                for (const char *id : {"incidentTitle", "incidentDate", "fileNumber", "mrph",
+                                       "incidentType", "examinerName"}) {
+                    const qreal height = header->size().height();
+                    emit form->view.formValueChanged(id, text);
+                    QCOMPARE(header->getHeaderValue(id), text);
+                    QVERIFY(header->size().height() >= height);
                 }
-                QTRY_VERIFY(header->size().height() > empty.height());
+                QVERIFY(header->size().height() > empty.height());
                 emit header->editRequested();
             }
         }
