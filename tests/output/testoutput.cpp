@@ -52,16 +52,17 @@ private slots:
 
     void pages()
     {
-        // What is filled, by column and row, and whether chart and factor are printed.
-        const std::tuple<const char *, QList<QPoint>, bool, bool, int> rows[] = {
-            {"an empty chart is one blank sheet", {}, true, false, 1},
-            {"a full row", {{0, 0}, {1, 0}}, true, false, 2},
-            {"an empty first page costs nothing", {{1, 0}}, true, false, 1},
-            {"an empty middle page costs nothing", {{0, 0}, {2, 0}}, true, false, 2},
-            {"an empty last cell leaves a blank sheet", {{1, 0}, {0, 1}}, true, false, 3},
-            {"a factor ends at the main sheet's pages", {{0, 0}}, true, true, 2},
-            {"a factor alone follows a blank sheet", {{0, 0}}, false, true, 2},
-            {"none", {{0, 0}}, false, false, 1},
+        // What is filled, by column and row, whether chart and factor are printed, and how many
+        // pages come, with those that the outline leads to.
+        const std::tuple<const char *, QList<QPoint>, bool, bool, const char *> rows[] = {
+            {"an empty chart is one blank sheet", {}, true, false, "1: 0"},
+            {"a full row", {{0, 0}, {1, 0}}, true, false, "2: 0"},
+            {"an empty first page costs nothing", {{1, 0}}, true, false, "1: 0"},
+            {"an empty middle page costs nothing", {{0, 0}, {2, 0}}, true, false, "2: 0"},
+            {"an empty last cell leaves a blank sheet", {{1, 0}, {0, 1}}, true, true, "5: 0 3"},
+            {"a factor ends at the main sheet's pages", {{0, 0}}, true, true, "2: 0 1"},
+            {"a factor alone follows a blank sheet", {{0, 0}}, false, true, "2: 1"},
+            {"none", {{0, 0}}, false, false, "1:"},
         };
         Sheet factor(pageSize());
         fill(factor, {{0, 0}, {2, 2}});
@@ -73,7 +74,7 @@ private slots:
             factor.scene.setPrintEnabled(isFactorPrinted);
             QCOMPARE(SheetPrinter::writePDF(&chart.scene, {&factor.scene}, QString(), path),
                      QString());
-            QCOMPARE(readBytes(path).count("/Type /Page\n"), expected);
+            QCOMPARE(getPages(), QString(expected));
         }
     }
 
@@ -111,8 +112,8 @@ private slots:
             QCOMPARE(image.pixelColor(header) == Qt::black, decorated);
             QCOMPARE(image.pixelColor(legendFrame) == Qt::black, decorated);
             QCOMPARE(image.pixelColor(pageSize().width(), 500), QColor(Qt::white));
-            QCOMPARE(SheetPrinter::writePDF(&sheet.scene, {}, "Plant", path), QString());
-            QCOMPARE(readBytes(path).count("/Type /Page\n"), 2);
+            QCOMPARE(SheetPrinter::writePDF(&sheet.scene, {}, QString(), path), QString());
+            QCOMPARE(getPages(), QString("2: 0"));
         }
     }
 
@@ -337,6 +338,18 @@ private:
         for (const QPoint &page : pages)
             sheet.addNote(QRectF((page.x() + 0.5) * pageSize().width(),
                                  (page.y() + 0.5) * pageSize().height(), 120, 80));
+    }
+
+    /// The pages of the document, and those that its outline leads to: "3: 0 2".
+    QString getPages() const
+    {
+        const QString document = QString::fromLatin1(readBytes(path));
+        const QRegularExpression kids("/Kids \\[ ([^]]*) R \\]"), target("/Dest \\[ (\\d+ 0) R");
+        const QStringList pages = kids.match(document).captured(1).split(" R ");
+        QString text = QString("%1:").arg(pages.size());
+        for (auto i = target.globalMatch(document); i.hasNext();)
+            text += QString(" %1").arg(pages.indexOf(i.next().captured(1)));
+        return text;
     }
 
     /// From "id=text|id=text".
