@@ -86,6 +86,7 @@ void ProjectFile::resetOpenFilename()
     openFilename = "untitled";
     isCopy = false;
     openStamp.clear();
+    lock.release();
     setDirty(false);
     emit projectNameChanged();
 }

@@ -2,6 +2,7 @@
 
 #include "chart/canvasiteminfo.h"
 #include "project/keptcopies.h"
+#include "project/projectlock.h"
 #include "project/rowvalues.h"
 #include "support/formvalue.h"
 
@@ -48,6 +49,9 @@ public:
     /// Whether something else wrote into the open file since it was read or saved here.
     /// False for a file that is gone.
     bool hasChangedOnDisk() const;
+    /// Where else the open project is open, in the user's words, as of its opening or its last
+    /// save; empty when it isn't.
+    const QString &getOtherPlace() const { return lock.getOtherPlace(); }
 
     /// Reads all of the file before it emits anything. After a failure the project is untitled.
     /// A restored auto-save asks for a new one through requestAutoSave(), from the event loop.
@@ -187,6 +191,7 @@ private:
     bool autoSaveWaits = false; // its time came while a file was opened or saved
     QTimer snapshotTimer;
     KeptCopies keptCopies;
+    ProjectLock lock;         // of the open file
     QByteArray openStamp;     // the open file as it was read or saved
     qint64 readingBudget = 0; // steps that the database may still take
 };

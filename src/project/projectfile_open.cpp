@@ -74,6 +74,7 @@ bool ProjectFile::readFile(const QString &filename)
     const bool fromAutoSave = isAutoSaveName(filename);
     openFilename = fromAutoSave ? QFileInfo(filename).fileName() : filename;
     openStamp.clear();
+    lock.release();
     isCopy = false;
 
     QSqlDatabase db = QSqlDatabase::database(QSqlDatabase::defaultConnection, false);
@@ -259,6 +260,7 @@ void ProjectFile::finishOpening(const QString &filename, bool fromAutoSave)
         QMetaObject::invokeMethod(this, &ProjectFile::requestAutoSave, Qt::QueuedConnection);
     } else {
         openStamp = getFileStamp(filename);
+        lock.hold(filename);
         setDirty(false);
     }
     emit projectNameChanged();

@@ -154,6 +154,7 @@ void ProjectFile::finishSaving(const QString &filename, const QString &autoSaveN
     openFilename = filename;
     isCopy = false;
     openStamp = getFileStamp(filename);
+    lock.hold(filename);
     setDirty(false);
     emit projectNameChanged();
 }
