@@ -1,5 +1,6 @@
 #include "shell/introscreen.h"
 
+#include "shell/projectdrop.h"
 #include "ui_introscreen.h"
 
 #include <QAction>
@@ -78,6 +79,8 @@ void IntroScreen::connectButtons()
     connect(ui->openProjectButton, &QToolButton::clicked, this, &IntroScreen::onOpenProjectClicked);
     connect(ui->openProjectButton, &QToolButton::triggered, this,
             &IntroScreen::onRecentFileTriggered);
+    connect(new ProjectDrop(this), &ProjectDrop::dropped, this,
+            [this](const QString &path) { emit openProjectClicked(path, true); });
 }
 
 void IntroScreen::listRecentFiles()

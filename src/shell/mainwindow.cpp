@@ -6,6 +6,7 @@
 #include "shell/aboutdialog.h"
 #include "shell/graphwidget.h"
 #include "shell/introscreen.h"
+#include "shell/projectdrop.h"
 #include "shell/projecttabwidget.h"
 #include "shell/toolstoolbar.h"
 #include "shell/zoomwidget.h"
@@ -44,6 +45,8 @@ MainWindow::MainWindow(IntroScreen *introScreen)
     resize(800, 600);
     connect(desk, &ProjectDesk::interfaceNeeded, this, &MainWindow::loadFullInterface);
     connect(desk, &ProjectDesk::clearing, this, &MainWindow::clearInterface);
+    connect(new ProjectDrop(this), &ProjectDrop::dropped, this,
+            [this](const QString &path) { openProject(path); });
     if (introScreen)
         connect(desk, &ProjectDesk::recentFilesChanged, introScreen, &IntroScreen::listRecentFiles);
 }
