@@ -1,14 +1,12 @@
 #include "output/sheetprinter.h"
 
-#include "chart/sheethost.h"
-#include "chart/sticky.h"
 #include "output/filereplacement.h"
-#include "output/pdfoutline.h"
 #include "output/pngwriter.h"
 #include "sheet/projectscene.h"
 #include "support/pageinfo.h"
 #include "support/version.h"
 
+#include <QFile>
 #include <QPainter>
 #include <QPrinter>
 #include <QScopeGuard>
@@ -19,8 +17,7 @@ namespace
 
 constexpr double CentimetresPerInch = 2.54;
 constexpr char DecorationsKey[] = "printDecorations";
-constexpr int LongestEntry = 100; // characters of a note
-constexpr int BandHeight = 512;   // pixels of a picture that stand in memory at once
+constexpr int BandHeight = 512; // pixels of a picture that stand in memory at once
 constexpr qint64 MostPixels = 400000000;
 
 int toDevice(double centimetres, const QPrinter &printer)
@@ -65,17 +62,14 @@ bool writeBands(PngWriter &writer, ProjectScene *scene, const QRectF &bound, con
     return true;
 }
 
-/// As on the sheet's tab, and a factor's text.
-QString getSheetName(const ProjectScene *scene)
+/// The printer itself is content with a full disk.
+bool isWholePDF(const QString &path)
 {
-    if (scene->getOwnerGUID().isEmpty())
-        return "ECS Chart";
-    const Sticky *owner = scene->getHost()->getNoteWithGUID(scene->getOwnerGUID());
-    if (!owner)
-        return "Causal Factor";
-    const QString text = owner->getText().left(LongestEntry).simplified();
-    const QString name = QString("Causal Factor %1").arg(owner->getCausalFactorNumber());
-    return text.isEmpty() ? name : name + ": " + text;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    file.seek(qMax<qint64>(0, file.size() - 16));
+    return file.readAll().contains("%%EOF");
 }
 
 } // namespace
@@ -105,8 +99,7 @@ void SheetPrinter::setUpPage(QPrinter &printer)
 }
 
 bool SheetPrinter::paint(QPrinter &printer, ProjectScene *mainScene,
-                         const QList<ProjectScene *> &factorScenes,
-                         QVector<PdfOutlineEntry> *outline)
+                         const QList<ProjectScene *> &factorScenes)
 {
     const int horizontalPages = mainScene->getNumHorizontalPages();
     const int verticalPages = mainScene->getNumVerticalPages();
@@ -114,27 +107,21 @@ bool SheetPrinter::paint(QPrinter &printer, ProjectScene *mainScene,
     QPainter painter;
     if (!painter.begin(&printer))
         return false;
-    int page = 0;
-    for (ProjectScene *scene : QList<ProjectScene *>({mainScene}) + factorScenes) {
+    paintScene(mainScene, painter, printer, verticalPages, horizontalPages);
+    for (ProjectScene *scene : factorScenes) {
         if (!scene->isPrintEnabled())
             continue;
-        if (scene != mainScene) {
-            printer.newPage();
-            ++page;
-        }
-        if (outline)
-            outline->append({getSheetName(scene), page});
-        page += paintScene(scene, painter, printer, verticalPages, horizontalPages);
+        printer.newPage();
+        paintScene(scene, painter, printer, verticalPages, horizontalPages);
     }
     return painter.end();
 }
 
-int SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer,
-                             int verticalPages, int horizontalPages)
+void SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer,
+                              int verticalPages, int horizontalPages)
 {
-    int begun = 0;
     if (!scene->isPrintEnabled())
-        return begun;
+        return;
     scene->clearSelection();
     scene->dressForPaper(isDecorated());
     const auto restore = qScopeGuard([scene] { scene->setRenderBackground(true, true, true); });
@@ -146,13 +133,10 @@ int SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &p
             if (!scene->pageContainsItems(source))
                 continue;
             scene->render(&painter, target, source, Qt::KeepAspectRatio);
-            if (row < verticalPages - 1 || column < horizontalPages - 1) {
+            if (row < verticalPages - 1 || column < horizontalPages - 1)
                 printer.newPage();
-                ++begun;
-            }
         }
     }
-    return begun;
 }
 
 QString SheetPrinter::writePDF(ProjectScene *mainScene, const QList<ProjectScene *> &factorScenes,
@@ -165,8 +149,7 @@ QString SheetPrinter::writePDF(ProjectScene *mainScene, const QList<ProjectScene
         printer.setCreator(QString("TRAC/Ex Examiner ") + ProgramVersionText);
         printer.setOutputFileName(unfinished);
         setUpPage(printer);
-        QVector<PdfOutlineEntry> outline;
-        return paint(printer, mainScene, factorScenes, &outline) && addOutline(unfinished, outline);
+        return paint(printer, mainScene, factorScenes) && isWholePDF(unfinished);
     });
 }
 

@@ -1,13 +1,41 @@
 #include "shell/accessiblesheet.h"
 #include "shell/application.h"
+#include "shell/endingsignals.h"
 #include "shell/introscreen.h"
 #include "shell/mainwindow.h"
 #include "support/supportfiles.h"
+#include "support/version.h"
 
 #include <QFile>
 
+#include <cstdio>
+
 namespace
 {
+
+constexpr char HelpText[] =
+    "Usage: examiner [PROJECT.epf]\n"
+    "Charts what led to an accident. Without a project the start screen is shown.\n"
+    "\n"
+    "  --help     Show this help.\n"
+    "  --version  Show the version.\n"
+    "\n"
+    "examiner-export writes a project to a file without a display.\n";
+
+/// Whether the argument asked for nothing but a text, which takes no display. A file of such a
+/// name is a project.
+bool answerOnConsole(const QByteArray &argument)
+{
+    if (QFile::exists(QFile::decodeName(argument)))
+        return false;
+    if (argument == "--help")
+        std::fputs(HelpText, stdout);
+    else if (argument == "--version")
+        std::printf("examiner %s\n", ProgramVersionText);
+    else
+        return false;
+    return true;
+}
 
 /// A path that the command line split at its blanks, put together again.
 QString joinArguments(const QStringList &arguments)
@@ -18,8 +46,13 @@ QString joinArguments(const QStringList &arguments)
     return path.trimmed();
 }
 
-void connectFailures(Application *application, MainWindow *window)
+/// What befalls the program and not the project.
+void connectProgram(Application *application, const EndingSignals &ending, MainWindow *window)
 {
+    QObject::connect(&ending, &EndingSignals::received, window, &MainWindow::endFromOutside);
+    // First of all: the question about unsaved changes may stay without an answer.
+    QObject::connect(application, &Application::commitDataRequest, window,
+                     &MainWindow::keepUnsavedWork);
     QObject::connect(application, &Application::handlerFailed, window,
                      &MainWindow::onHandlerFailed);
 }
@@ -40,19 +73,22 @@ void showIntroScreen(IntroScreen *screen, MainWindow *window)
 
 int main(int argc, char **argv)
 {
+    if (argc == 2 && answerOnConsole(argv[1]))
+        return 0;
     Application application(argc, argv);
+    const EndingSignals ending;
     installAccessibleSheets();
     const QString path = joinArguments(QCoreApplication::arguments());
     copySupportFiles();
     if (!path.isEmpty() && QFile::exists(path)) {
         MainWindow window(nullptr);
-        connectFailures(&application, &window);
+        connectProgram(&application, ending, &window);
         window.openProject(QFile(path).fileName(), true);
         return QApplication::exec();
     }
     auto *screen = new IntroScreen(nullptr); // deletes itself
     MainWindow window(screen);
-    connectFailures(&application, &window);
+    connectProgram(&application, ending, &window);
     showIntroScreen(screen, &window);
     return QApplication::exec();
 }

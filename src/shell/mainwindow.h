@@ -69,6 +69,8 @@ public slots:
     void saveProject(bool chooseNewName = false, bool autoSave = false);
     void saveProjectAs() { desk->saveProject(true, false); }
     void onAutoSaveRequested() { desk->onAutoSaveRequested(); }
+    void keepUnsavedWork() { desk->keepUnsavedWork(); }
+    void endFromOutside() { desk->endFromOutside(); }
     void onHandlerFailed(const QString &message) { desk->onHandlerFailed(message); }
     void onDirtyChanged(bool dirty) { desk->onDirtyChanged(dirty); }
 

@@ -14,6 +14,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGraphicsView>
+#include <QLabel>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QScopeGuard>
@@ -21,6 +22,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStatusBar>
+#include <QTimer>
 #include <QUndoGroup>
 #include <QUndoStack>
 
@@ -30,7 +32,8 @@ namespace
 {
 
 constexpr int MaximumRecentFiles = 4;
-constexpr int MessageTime = 15000; // milliseconds
+constexpr int MessageTime = 15000; // milliseconds, like the next
+constexpr int BusyPause = 50;
 constexpr char SaveFailedText[] = "Saving failed.\nThe error message is: ";
 constexpr char ProjectFilter[] = "TRAC/Ex Examiner Project (*.epf)";
 
@@ -51,6 +54,11 @@ void ProjectDesk::setProject(ProjectFile *file, SheetBook *sheets, FormView *for
     connect(file, &ProjectFile::openedAsCopy, this, &ProjectDesk::tellOfCopy, Qt::QueuedConnection);
     connect(file, &ProjectFile::dirtyChanged, this, &ProjectDesk::onDirtyChanged);
     connect(form, &FormView::formChanged, this, &ProjectDesk::onFormChanged);
+    otherPlaceLabel = new QLabel;
+    otherPlaceLabel->setObjectName("otherPlaceLabel");
+    window->statusBar()->insertPermanentWidget(0, otherPlaceLabel);
+    otherPlaceLabel->hide();
+    connect(file, &ProjectFile::projectNameChanged, this, &ProjectDesk::showOtherPlace);
 }
 
 void ProjectDesk::showUntitled()
@@ -166,6 +174,7 @@ void ProjectDesk::onProjectOpened(bool addToRecentFiles)
     }
     setTitleFor(projectFile->getOpenFilename());
     book->getMainSheet()->setPageSize(PageInfo().getPrintableArea().size());
+    tellOfOtherPlace("This project is");
 }
 
 void ProjectDesk::openWaitingProject()
@@ -257,6 +266,8 @@ void ProjectDesk::storeProject(const QString &name, Write write)
     forgetChanges();
     if (foreignChange)
         tellOfForeignChange();
+    else
+        tellOfOtherPlace("Saved, but this project is");
 }
 
 bool ProjectDesk::writeProject(const QString &name, const QList<ProjectItem *> &items, Write write)
@@ -284,6 +295,47 @@ void ProjectDesk::tellOfForeignChange()
         "Another program had changed the file. What it wrote is among the "
         "kept copies.",
         MessageTime);
+}
+
+void ProjectDesk::showOtherPlace()
+{
+    const QString place = projectFile->getOtherPlace();
+    otherPlaceLabel->setText("Also open " + place);
+    otherPlaceLabel->setVisible(!place.isEmpty());
+}
+
+void ProjectDesk::tellOfOtherPlace(const QString &what)
+{
+    const QString place = projectFile->getOtherPlace();
+    if (place.isEmpty())
+        return;
+    window->statusBar()->showMessage(what + " also open " + place +
+                                         ". Who saves last replaces what the other has saved; "
+                                         "what is replaced stays among the kept copies.",
+                                     MessageTime);
+}
+
+void ProjectDesk::keepUnsavedWork()
+{
+    if (!projectFile || projectFile->isBusy() || !(projectFile->isDirty() || unaskedChanges))
+        return;
+    keepSnapshot();
+    try {
+        projectFile->saveFile(projectFile->getAutoSaveNameForOpenFile(), book->getProjectItems(),
+                              collectFormValues());
+    } catch (const QString &) { // the disk is full, perhaps; there is nobody to tell
+        projectFile->abandonSave();
+    }
+}
+
+void ProjectDesk::endFromOutside()
+{
+    if (projectFile && projectFile->isBusy()) {
+        QTimer::singleShot(BusyPause, this, &ProjectDesk::endFromOutside);
+        return;
+    }
+    const auto end = qScopeGuard([] { QCoreApplication::quit(); });
+    keepUnsavedWork();
 }
 
 void ProjectDesk::onHandlerFailed(const QString &message)

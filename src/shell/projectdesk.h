@@ -9,6 +9,7 @@
 class FormView;
 class ProjectFile;
 class ProjectItem;
+class QLabel;
 class QMainWindow;
 class QUndoGroup;
 class SheetBook;
@@ -49,6 +50,12 @@ public:
     /// Something is unsaved that the dirty mark does not tell.
     void noteUnaskedChange() { unaskedChanges = true; }
 
+    /// Writes what is unsaved into a snapshot and an auto-save, which the start screen offers
+    /// next time. Shows nothing and asks nothing; does nothing while a file is opened or saved.
+    void keepUnsavedWork();
+    /// Ends the program in order, once the file under work is opened or saved; unsaved work is
+    /// kept, and nobody is asked.
+    void endFromOutside();
     void onAutoSaveRequested();
     void onSnapshotRequested() { keepSnapshot(); }
     /// An exception left an event handler: a save that broke off is given up, and the project
@@ -86,6 +93,9 @@ private:
     void storeProject(const QString &name, Write write);
     bool writeProject(const QString &name, const QList<ProjectItem *> &items, Write write);
     void tellOfForeignChange();
+    /// Where else the project is open stands in the status bar as long as it is so.
+    void showOtherPlace();
+    void tellOfOtherPlace(const QString &what);
     /// What was opened is a copy of a file that can't be written.
     void tellOfCopy();
     bool keepSnapshot();
@@ -95,6 +105,7 @@ private:
     bool hasChangedStack() const;
 
     QMainWindow *window;
+    QLabel *otherPlaceLabel = nullptr;  // in the status bar, once the interface stands
     ProjectFile *projectFile = nullptr; // null until the interface stands, like the next three
     SheetBook *book = nullptr;
     FormView *formView = nullptr;

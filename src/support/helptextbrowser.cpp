@@ -6,9 +6,7 @@ HelpTextBrowser::HelpTextBrowser(QHelpEngine *helpEngine, QWidget *parent) : QWe
 {
     page()->setNetworkAccessManager(new HelpNetworkAccessManager(helpEngine, this));
     setContextMenuPolicy(Qt::PreventContextMenu);
-    connect(this, &QWebView::loadFinished, this, [this](bool ok) {
-        if (!ok)
-            return; // another page is on its way already
+    connect(this, &QWebView::loadFinished, this, [this] {
         markWords();
         emit pageShown(url());
     });

@@ -2,7 +2,6 @@
 #include "project/projectfile.h"
 #include "support/supportfiles.h"
 #include "testing/dialogs.h"
-#include "testing/files.h"
 #include "testing/testmain.h"
 
 #include <QTableWidget>
@@ -15,6 +14,12 @@ namespace
 
 const char FirstHalf[] = "EXAMINER_STORY_FIRST_HALF";
 const QPointF Factor(160, 260), Control(420, 260), LossPlace(700, 260);
+
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
 
 QStringList getAutoSaves()
 {
@@ -46,7 +51,7 @@ private slots:
 
     void theWorkIsBroughtBackAndClosedInMidWord()
     {
-        const QByteArray former = readBytes(first);
+        const QByteArray former = readFile(first);
         User user;
         auto *table = user.screen->findChild<QTableWidget *>("autoSaveTable");
         EXPECT_EQUAL(table->rowCount(), 1);
@@ -65,8 +70,8 @@ private slots:
         BoxAnswer save(QMessageBox::Save);
         User::press("alt+F4");
         EXPECT(!user.window.isVisible());
-        QVERIFY(readBytes(second).contains("Closed in mid"));
-        QCOMPARE(readBytes(first), former);
+        QVERIFY(readFile(second).contains("Closed in mid"));
+        QCOMPARE(readFile(first), former);
         QCOMPARE(getAutoSaves(), QStringList());
     }
 
@@ -94,7 +99,7 @@ private:
         DialogAnswer name(fileChoice(first));
         User::press("ctrl+s");
         EXPECT(!user.window.isWindowModified());
-        const QByteArray saved = readBytes(first);
+        const QByteArray saved = readFile(first);
         QVERIFY(saved.contains("Fall of"));
         User::type(" the deck");
         EXPECT_EQUAL(user.form()->getFieldValue("incidentTitle"), QString("Fall of the deck"));
@@ -110,7 +115,7 @@ private:
         EXPECT_EQUAL(getAutoSaves(), QStringList("deck fall.epf.autosave"));
         clock->setInterval(180000);
         QVERIFY(user.noteAt(Control)->isEditing());
-        QCOMPARE(readBytes(first), saved);
+        QCOMPARE(readFile(first), saved);
         changed.setValue("all", user.describeProject());
         changed.sync();
         if (!QTest::currentTestFailed())
@@ -126,8 +131,8 @@ int main(int argc, char **argv)
 {
     // The first half lives in the home of the second.
     const auto home = qEnvironmentVariableIsSet(FirstHalf) ? nullptr : std::make_unique<TestHome>();
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    Application application(argc, argv);
+    prepareTestApplication();
+    QApplication application(argc, argv);
     makeDataFolder();
     TestStory test;
     return QTest::qExec(&test, argc, argv);

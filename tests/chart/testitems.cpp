@@ -13,28 +13,6 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
-/// Writes down what reaches the form.
-class FormSheet : public ProjectScene
-{
-public:
-    explicit FormSheet(FakeHost *program)
-        : ProjectScene(program, nullptr, nullptr, nullptr, QSize(900, 900)), program(program)
-    {
-        program->sheets.append(this);
-    }
-    ~FormSheet() override { program->sheets.removeOne(this); }
-    Sticky *addNote(CanvasItemInfo info) { return qobject_cast<Sticky *>(loadCanvasItem(info)); }
-    void setConnectedFormField(const QString &id, const QString &text) override
-    {
-        formFields.append({id, text});
-    }
-
-    QList<QPair<QString, QString>> formFields;
-
-private:
-    FakeHost *program;
-};
-
 /// Notes and barriers: dragging, resizing, being drawn sharply; what notes share, their text.
 class TestItems : public QObject
 {
@@ -163,9 +141,9 @@ private slots:
 
     void drawnSharply()
     {
-        QGraphicsScene plain; // no grid
+        FakeSheet plain(&sheet->program);
         CanvasItemInfo info;
-        plain.addItem(new SVGPicture(":/images/newBarrier.svg", scene, info));
+        plain.addItem(new SVGPicture(":/images/newBarrier.svg", &plain, info));
         QImage drawing(34, 164, QImage::Format_ARGB32_Premultiplied);
         drawing.fill(Qt::white);
         QPainter painter(&drawing);
@@ -180,9 +158,7 @@ private slots:
         }
         info = noteInfo("{image}", QRectF(100, 100, 102, 100), "x");
         info.image = QPixmap::fromImage(stripes);
-        auto *picture = new Sticky(scene, info);
-        plain.addItem(picture);
-        picture->relayout();
+        plain.addNote(info)->relayout();
         QCOMPARE(drawTwice(&plain, QRectF(102, 102, 98, 50)), stripes);
 
         note->setBorderLineWidth(6);
@@ -225,7 +201,7 @@ private slots:
 
     void siblingsFollow()
     {
-        FormSheet second(&sheet->program);
+        FakeSheet second(&sheet->program);
         Sticky *twin = second.addNote(noteInfo("{b}", note->getGeometry(), "text"));
         tie(note, twin);
         twin->addSibling("aField");
@@ -277,7 +253,7 @@ private slots:
             {"x", "Transfer", 80, false, {"{b}"}},
             {"x", "Causal_Factor", 60, true, {"{b}"}},
         };
-        FormSheet plain(&sheet->program);
+        FakeSheet plain(&sheet->program);
         for (const auto &[words, role, height, circled, siblings] : rows) {
             const Row in(role);
             Sticky *changed = plain.addNote(noteInfo("{c}", QRectF(0, 0, 80, 60), words));
@@ -306,7 +282,8 @@ private slots:
         QCOMPARE(note->getCausalFactorNumber(), 4);
         DialogAnswer answer(numberChoice(9));
         sheet->doubleClick(QPointF(176, 103)); // on its circle
-        QTRY_COMPARE(note->getCausalFactorNumber(), 9);
+        QTRY_VERIFY(answer.wasAsked());
+        QCOMPARE(note->getCausalFactorNumber(), 9);
         for (const QString id : {"causalFactor_text_9", "causalFactor_text_2", "{b}"})
             note->addSibling(id);
         note->notifySceneRemoval();
@@ -327,11 +304,15 @@ private slots:
         QCOMPARE(started.size(), 1);
         QCOMPARE(moved.size(), 2);
         sheet->release(QPointF(155, 159));
+        QCOMPARE(note->pos(), QPointF(120, 100));
+
         sheet->press(QPointF(199, 159));
+        moved.clear();
         sheet->move(QPointF(235, 175));
         QCOMPARE(note->getGeometry(), QRectF(120, 100, 115, 75));
-        QCOMPARE(moved.size(), 4);
+        QVERIFY(!moved.isEmpty());
         sheet->release(QPointF(235, 175));
+        QCOMPARE(note->getGeometry(), QRectF(120, 100, 120, 80));
         sheet->drag(QPointF(150, 170), QPointF(190, 170)); // the handle is let go
         QCOMPARE(note->getGeometry(), QRectF(160, 100, 120, 80));
     }

@@ -140,6 +140,20 @@ private slots:
         QVERIFY(!w.file->isDirty());
     }
 
+    void endOfTheSession()
+    {
+        w.window.openProject(copySample("x.epf"));
+        w.window.keepUnsavedWork();
+        QVERIFY(keptCopies().isEmpty());
+        typeIntoANote("words");
+        w.window.keepUnsavedWork();
+        const QString offered = dataFile("x.epf.autosave");
+        for (const QString &file : {dataFile("kept/" + keptCopies().value(0)), offered})
+            QCOMPARE(runSql(file, {"SELECT text FROM items WHERE text='words'"}).size(), 1);
+        QVERIFY(w.file->isDirty());
+        w.file->discardAutoSaveFile();
+    }
+
     void recentFiles()
     {
         for (const char *name : {"/1", "/2", "/3", "/4", "/2", "5"})

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "chart/line.h"
+#include "chart/svgpicture.h"
 #include "project/projectfile.h"
-#include "sheet/projectscene.h"
 #include "testing/fakes.h"
 #include "testing/files.h"
 
@@ -14,20 +15,17 @@
 class TestProject : public QObject, public FakeHost
 {
 public:
-    TestProject() : file(this)
+    TestProject() : mainSheet(this), file(this)
     {
-        addSheet(nullptr);
         connect(&file, &ProjectFile::loadedItem, this, [this](CanvasItemInfo &info) {
             records[info.guid] = info;
-            auto *note = qobject_cast<Sticky *>(add(info, info.parent));
+            add(info, info.parent);
             if (info.parent.isEmpty() && info.role.isParentItem())
-                addSheet(note);
+                factorSheets.push_back(std::make_unique<FakeSheet>(this, info.guid));
         });
         connect(&file, &ProjectFile::loadedFormData, this,
                 [this](const FormValues &values) { formValues = values; });
     }
-
-    ~TestProject() override { sheets.clear(); } // nobody is found any more
 
     /// Opens the file.
     explicit TestProject(const QString &path) : TestProject() { QVERIFY(open(path)); }
@@ -39,31 +37,33 @@ public:
     /// A new item on the sheet of the owner; null for a type without items.
     ProjectItem *add(CanvasItemInfo info, const QString &owner = QString())
     {
-        auto *sheet = static_cast<ProjectScene *>(getSceneForParent(owner));
-        ProjectItem *item = sheet->loadCanvasItem(info);
-        if (item)
-            items.append(item);
-        return item;
+        auto *sheet = static_cast<FakeSheet *>(getSceneForParent(owner));
+        if (info.type >= EventTool && info.type <= ImageTool)
+            items.append(new Sticky(sheet, info));
+        else if (info.type == ConnectorTool || info.type == ArrowTool)
+            items.append(new Line(sheet, info));
+        else if (info.type == NewBarrierTool)
+            items.append(new SVGPicture(":/images/newBarrier.svg", sheet, info));
+        else
+            return nullptr;
+        sheet->addItem(items.last());
+        return items.last();
     }
     template<typename Item = ProjectItem> Item *find(const QString &guid) const
     {
-        return qobject_cast<Item *>(getItem(guid));
+        for (ProjectItem *item : items) {
+            if (item->getGUID() == guid)
+                return qobject_cast<Item *>(item);
+        }
+        return nullptr;
     }
 
     QMap<QString, CanvasItemInfo> records; // as they were emitted
     FormValues formValues;
+    FakeSheet mainSheet;
+    std::vector<std::unique_ptr<FakeSheet>> factorSheets;
     QList<ProjectItem *> items;
     ProjectFile file;
-
-private:
-    void addSheet(Sticky *owner)
-    {
-        scenes.push_back(std::make_unique<ProjectScene>(this, nullptr, nullptr, nullptr,
-                                                        QSize(1606, 1030), owner));
-        sheets.append(scenes.back().get());
-    }
-
-    std::vector<std::unique_ptr<ProjectScene>> scenes; // the main sheet first
 };
 
 /// The statements that make an empty project, and `more`.

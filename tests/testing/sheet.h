@@ -9,6 +9,7 @@
 
 #include <QGraphicsView>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QSignalSpy>
 #include <QUndoGroup>
 
@@ -45,21 +46,32 @@ struct Sheet {
 
     Line *addLine(const QPointF &from, const QPointF &to, int type = ArrowTool)
     {
-        return qobject_cast<Line *>(add(noteInfo({}, QRectF(from, to), {}, {}, type)));
+        CanvasItemInfo info;
+        info.type = type;
+        info.startPoint = from;
+        info.endPoint = to;
+        return qobject_cast<Line *>(add(info));
     }
 
     ProjectItem *addBarrier(const QPointF &at)
     {
-        return add(noteInfo({}, QRectF(at, QSizeF()), {}, {}, NewBarrierTool));
+        CanvasItemInfo info = noteInfo(QString(), QRectF(at, QSizeF()));
+        info.type = NewBarrierTool;
+        return add(info);
     }
 
     bool show() { return view.show(), QTest::qWaitForWindowExposed(&view); }
 
-    using Button = Qt::MouseButton;
-    void press(QPointF p, Button b = Qt::LeftButton) { send(QEvent::MouseButtonPress, p, b); }
-    void move(QPointF p, Button b = Qt::LeftButton) { send(QEvent::MouseMove, p, b); }
-    void release(QPointF p, Button b = Qt::LeftButton) { send(QEvent::MouseButtonRelease, p, b); }
-    void click(QPointF p, Button b = Qt::LeftButton) { press(p, b), release(p, b); }
+    void press(QPointF p, Qt::MouseButton b = Qt::LeftButton)
+    {
+        send(QEvent::MouseButtonPress, p, b);
+    }
+    void move(QPointF p, Qt::MouseButton b = Qt::LeftButton) { send(QEvent::MouseMove, p, b); }
+    void release(QPointF p, Qt::MouseButton b = Qt::LeftButton)
+    {
+        send(QEvent::MouseButtonRelease, p, b);
+    }
+    void click(QPointF p, Qt::MouseButton b = Qt::LeftButton) { press(p, b), release(p, b); }
     void drag(const QPointF &from, const QPointF &to)
     {
         press(from);
@@ -91,8 +103,13 @@ struct Sheet {
     QGraphicsView view;
 
 private:
-    void send(QEvent::Type type, const QPointF &p, Button button)
+    // QTest's own moves carry no buttons.
+    void send(QEvent::Type type, const QPointF &p, Qt::MouseButton button)
     {
-        sendMouse(view.viewport(), type, view.mapFromScene(p), button);
+        const QPoint point = view.mapFromScene(p);
+        QMouseEvent event(type, point, view.viewport()->mapToGlobal(point),
+                          type == QEvent::MouseMove ? Qt::NoButton : button,
+                          type == QEvent::MouseButtonRelease ? Qt::NoButton : button, {});
+        QApplication::sendEvent(view.viewport(), &event);
     }
 };

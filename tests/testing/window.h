@@ -1,5 +1,7 @@
 #pragma once
 
+#include "chart/line.h"
+#include "chart/sticky.h"
 #include "editing/commands.h"
 #include "form/formview.h"
 #include "project/projectfile.h"
@@ -12,6 +14,7 @@
 
 #include <QAction>
 #include <QSettings>
+#include <QStatusBar>
 #include <QUndoStack>
 #include <QWebElement>
 
@@ -45,9 +48,13 @@ struct TestWindow {
         waitForForm();
     }
 
+    QList<QAction *> actions() const
+    {
+        return window.findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly);
+    }
     QAction *action(const QString &text) const
     {
-        for (auto *action : window.findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly)) {
+        for (QAction *action : actions()) {
             if (action->text() == text)
                 return action;
         }
@@ -61,7 +68,9 @@ struct TestWindow {
 
     ProjectItem *add(int type, const QRectF &place, const QString &role = QString())
     {
-        CanvasItemInfo info = noteInfo(QString(), place, role, role, type);
+        CanvasItemInfo info = noteInfo(QString(), place, role, role);
+        info.type = type;
+        info.endPoint = place.bottomRight();
         return chart()->loadCanvasItem(info);
     }
 
@@ -69,6 +78,11 @@ struct TestWindow {
                     const QSizeF &size = QSizeF(120, 80))
     {
         return qobject_cast<Sticky *>(add(NoteItemType, QRectF(position, size), role));
+    }
+
+    Line *addLine(const QPointF &from, const QPointF &to)
+    {
+        return qobject_cast<Line *>(add(ConnectorTool, QRectF(from, to)));
     }
 
     /// A change of the user's, with its undo step.
