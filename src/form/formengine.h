@@ -18,6 +18,9 @@ class FormEngine : public QObject
     Q_OBJECT
 
 public:
+    /// How fine a print has to be where the engine paints it in dots.
+    enum Quality { Draft, Preview, Final };
+
     /// The engine that this toolkit has, showing a page of the collection; an empty address shows
     /// none. Help engine, model and bridge are borrowed and live longer.
     static FormEngine *create(QHelpEngine *helpEngine, const QUrl &address, FormModel *model,
@@ -48,7 +51,7 @@ public:
     /// All that has been typed so far is told when this returns; false if the page didn't answer.
     virtual bool settle() = 0;
     /// Paints the page as it lies on paper. Returns when it is done.
-    virtual void print(QPrinter *printer) = 0;
+    virtual void print(QPrinter *printer, Quality quality) = 0;
 
 signals:
     void loaded(bool ok);

@@ -72,6 +72,7 @@ void FormModel::clear()
 {
     fields.clear();
     waiting.clear();
+    lastRemoval = 0;
 }
 
 QString FormModel::getRuled(const FormField &field, const QString &value)
@@ -81,7 +82,7 @@ QString FormModel::getRuled(const FormField &field, const QString &value)
     if (field.kind == FormField::Choice)
         return canBeOption(value) ? field.options.value(qMax(0, field.options.lastIndexOf(value)))
                                   : field.value;
-    if (value.isEmpty())
+    if (value.isEmpty() || field.kind == FormField::File)
         return field.value; // an empty text never overwrites what the page holds
     QString text = value;
     if (field.kind == FormField::Area)
@@ -91,7 +92,7 @@ QString FormModel::getRuled(const FormField &field, const QString &value)
     return text;
 }
 
-bool FormModel::write(const QString &id, const QString &value, int number)
+bool FormModel::write(const QString &id, const QString &value, int writeNumber)
 {
     if (!hasFields()) {
         if (!value.isEmpty())
@@ -105,39 +106,61 @@ bool FormModel::write(const QString &id, const QString &value, int number)
     if (text == field->value)
         return false;
     field->value = text;
-    field->lastWrite = number;
+    field->lastWrite = qMax(field->lastWrite, writeNumber);
     if (field->kind != FormField::Radio || text != "true" || field->group.isEmpty())
         return true;
     for (auto other = fields.begin(); other != fields.end(); ++other) {
         if (other != field && other->group == field->group) {
             other->value = "false";
-            other->lastWrite = number;
+            other->lastWrite = qMax(other->lastWrite, writeNumber);
         }
     }
     return true;
 }
 
-void FormModel::take(const QString &id, const QString &value, int lastWrite)
+void FormModel::take(const QString &id, const QString &value, int seenWrite)
 {
     const auto field = fields.find(id);
-    if (field != fields.end() && field->lastWrite <= lastWrite)
+    if (field != fields.end() && field->lastWrite <= seenWrite)
         field->value = value;
 }
 
-void FormModel::addRow(int number, const QString &guid)
+void FormModel::takeField(const QString &id, const FormField &told, int seenWrite)
+{
+    const FormField mine = fields.value(id);
+    if (!hasField(id) && seenWrite < lastRemoval)
+        return; // of a row that the page has yet to remove
+    FormField &field = fields[id];
+    field = told;
+    field.lastWrite = mine.lastWrite;
+    if (mine.lastWrite > seenWrite)
+        field.value = mine.value;
+}
+
+void FormModel::loseField(const QString &id, int seenWrite)
+{
+    const auto field = fields.find(id);
+    if (field != fields.end() && field->lastWrite <= seenWrite)
+        fields.erase(field);
+}
+
+void FormModel::addRow(int number, const QString &guid, int writeNumber)
 {
     const QString id = FormFields::getRowField(FormFields::CausalFactorGuid, number);
     if (!hasFields()) {
-        write(id, guid);
+        if (!guid.isEmpty())
+            waiting[id].value = guid;
         return;
     }
-    makeRow(number);
+    makeRow(number, writeNumber);
     const auto field = fields.find(id);
-    if (field != fields.end())
+    if (field != fields.end()) {
         field->value = guid;
+        field->lastWrite = writeNumber;
+    }
 }
 
-void FormModel::makeRow(int number)
+void FormModel::makeRow(int number, int writeNumber)
 {
     if (!isRow(number) || hasField(FormFields::getRowField(FormFields::CausalFactorGuid, number)))
         return;
@@ -146,6 +169,7 @@ void FormModel::makeRow(int number)
         FormField field;
         field.kind = RowKinds[i];
         field.place = first + i;
+        field.lastWrite = writeNumber;
         if (field.kind == FormField::Radio) {
             field.group = QString("worthFixing-%1").arg(number);
             field.value = "false";
@@ -156,8 +180,9 @@ void FormModel::makeRow(int number)
     }
 }
 
-void FormModel::removeRow(int number)
+void FormModel::removeRow(int number, int writeNumber)
 {
+    lastRemoval = writeNumber;
     for (const char *pattern : FormFields::CausalFactorRow) {
         const QString id = FormFields::getRowField(pattern, number);
         if (hasFields())
@@ -167,14 +192,14 @@ void FormModel::removeRow(int number)
     }
 }
 
-void FormModel::fill(const FormValues &values, int number)
+void FormModel::fill(const FormValues &values, int writeNumber)
 {
     static const QRegularExpression row("\\AcausalFactor_[A-Za-z0-9-]*_([0-9]{1,9})\\z");
     for (const QString &id : getRowIds(values)) {
         const QRegularExpressionMatch match = row.match(id);
         if (match.hasMatch())
-            makeRow(match.captured(1).toInt());
+            makeRow(match.captured(1).toInt(), writeNumber);
     }
     for (auto field = values.cbegin(); field != values.cend(); ++field)
-        write(field.key(), field->value, number);
+        write(field.key(), field->value, writeNumber);
 }

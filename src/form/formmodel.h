@@ -14,7 +14,7 @@ struct FormField {
     QStringList options = QStringList(); ///< of a choice
     QString label = QString();           ///< what the page calls it
     int place = 0;                       ///< in the page, from above
-    int lastWrite = 0;                   ///< number of the program's last write into it
+    int lastWrite = 0;                   ///< the number of the program's last write into it
 };
 
 /// The form without its page: the values that wait until the page tells its fields, then the
@@ -43,22 +43,27 @@ public:
     void setWaiting(const FormValues &values) { waiting = values; }
     /// The page's own fields with what the page holds by itself.
     void setFields(const QHash<QString, FormField> &newFields) { fields = newFields; }
-    /// A write of the program. True if the field holds another text than before.
-    bool write(const QString &id, const QString &value, int number = 0);
-    /// News from the page, which had seen the program's writes up to lastWrite; a later one wins.
-    void take(const QString &id, const QString &value, int lastWrite);
-    void addField(const QString &id, const FormField &field) { fields.insert(id, field); }
-    void removeField(const QString &id) { fields.remove(id); }
+    /// A write of the program. True if the field holds another text than before. Writes are
+    /// numbered where the page may tell of a text that it had before it heard of them.
+    bool write(const QString &id, const QString &value, int writeNumber = 0);
     /// The eight fields of a causal factor; what stands in them stays, but for the GUID.
-    void addRow(int number, const QString &guid);
-    void removeRow(int number);
+    void addRow(int number, const QString &guid, int writeNumber = 0);
+    void removeRow(int number, int writeNumber = 0);
     /// All that a file holds: rows first, then each value.
-    void fill(const FormValues &values, int number);
+    void fill(const FormValues &values, int writeNumber);
+
+    /// News from the page, which had seen the program's writes up to seenWrite; a later one wins.
+    void take(const QString &id, const QString &value, int seenWrite);
+    /// A field that came into the page, or a closer look at one.
+    void takeField(const QString &id, const FormField &told, int seenWrite);
+    /// A field that left the page.
+    void loseField(const QString &id, int seenWrite);
 
 private:
     static QString getRuled(const FormField &field, const QString &value);
-    void makeRow(int number);
+    void makeRow(int number, int writeNumber);
 
     QHash<QString, FormField> fields;
     FormValues waiting;
+    int lastRemoval = 0; // number of the write that removed a row last
 };

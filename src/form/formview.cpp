@@ -15,7 +15,9 @@
 #include <QHBoxLayout>
 #include <QHelpEngine>
 #include <QHelpLink>
+#include <QPaintEngine>
 #include <QPrintPreviewDialog>
+#include <QScopedValueRollback>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryFile>
@@ -75,6 +77,9 @@ bool FormView::isReady() const
 
 bool FormView::settle()
 {
+    if (isSettling)
+        return false;
+    const QScopedValueRollback<bool> guard(isSettling, true);
     return engine->settle();
 }
 
@@ -176,9 +181,15 @@ void FormView::onPrintRequested()
     printer.setPageMargins(PaperMargins, QPageLayout::Millimeter);
     QPrintPreviewDialog dialog(&printer, this);
     connect(&dialog, &QPrintPreviewDialog::paintRequested, this,
-            [this, &printer] { printer.setHead(getPaperName(), countPages(printer)); });
-    connect(&dialog, &QPrintPreviewDialog::paintRequested, engine, &FormEngine::print);
+            [this, &printer] { paint(printer); });
     dialog.exec();
+}
+
+void FormView::paint(FormPrinter &printer) const
+{
+    const bool isPreview = printer.paintEngine()->type() == QPaintEngine::Picture;
+    printer.setHead(getPaperName(), countPages(printer));
+    engine->print(&printer, isPreview ? FormEngine::Preview : FormEngine::Final);
 }
 
 int FormView::countPages(const QPrinter &printer) const
@@ -190,7 +201,7 @@ int FormView::countPages(const QPrinter &printer) const
     counter.setOutputFormat(QPrinter::PdfFormat);
     counter.setOutputFileName(file.fileName());
     counter.setPageLayout(printer.pageLayout());
-    engine->print(&counter);
+    engine->print(&counter, FormEngine::Draft);
     return counter.getPageCount();
 }
 

@@ -10,6 +10,7 @@
 #include <QWidget>
 
 class FormEngine;
+class FormPrinter;
 class QHelpEngine;
 class QPrinter;
 class QUndoGroup;
@@ -52,7 +53,8 @@ public:
 #endif
 
     /// All that has been typed so far has been told and can be read when this returns. To be
-    /// called first by a command that reads the form; false if the page didn't answer in time.
+    /// called first by a command that reads the form; other events may be handled meanwhile, but
+    /// no keys and clicks. False if the page didn't answer in time, or is being asked already.
     bool settle();
 
     /// Empties the form by loading its page again.
@@ -94,6 +96,7 @@ private slots:
     void onPageLoaded(bool ok);
 
 private:
+    void paint(FormPrinter &printer) const;
     int countPages(const QPrinter &printer) const;
     QString getPaperName() const;
     void loadData();
@@ -108,6 +111,7 @@ private:
     QMutex loadMutex;
     QUndoStack *undoStack = nullptr; // the group's
     QString sharedString;
+    bool isSettling = false;
     FormValue titleImage;       // path and picture last loaded or collected
     mutable FormValue lastRead; // size, time and path of a picture file, and its picture
 };

@@ -81,7 +81,7 @@ void WebKitEngine::reload()
     webView->page()->QWebPage::triggerAction(QWebPage::Reload); // ours refuses to
 }
 
-void WebKitEngine::print(QPrinter *printer)
+void WebKitEngine::print(QPrinter *printer, Quality)
 {
     if (mainFrame)
         mainFrame->print(printer);

@@ -34,7 +34,7 @@ public:
     void addOnChangeHandlers() override;
     void reload() override;
     bool settle() override { return true; }
-    void print(QPrinter *printer) override;
+    void print(QPrinter *printer, Quality quality) override;
 
 private:
     static bool isRadioButton(const QWebElement &element);
