@@ -106,6 +106,8 @@ QList<ProjectItem *> SheetBook::getProjectItems() const
 
 void SheetBook::finishEditing()
 {
+    if (formView)
+        formView->settle();
     for (ProjectScene *sheet : getAllSheets())
         sheet->finishEditing();
 }

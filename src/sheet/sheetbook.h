@@ -42,7 +42,8 @@ public:
     /// What a save writes, sheet by sheet; each item's owner is among them.
     QList<ProjectItem *> getProjectItems() const;
 
-    /// A text under edit reaches its twins, the form and the undo stack.
+    /// What is typed in the form reaches the notes, a text under edit its twins, the form and the
+    /// undo stack. For commands of the user: other events may be handled meanwhile.
     void finishEditing();
     /// The same without the end of the editing, so without an undo step.
     void shareEditedText();

@@ -206,6 +206,7 @@ void MainWindow::saveProject(bool chooseNewName, bool autoSave)
 void MainWindow::onCurrentTabChanged(int tabIndex)
 {
     qCDebug(shellLog) << "current tab changed";
+    formView->settle();
     currentScene->finishEditing();
     currentScene->clearSelection();
     QWidget *tab = tabWidget->widget(tabIndex);
