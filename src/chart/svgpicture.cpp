@@ -72,7 +72,8 @@ void SVGPicture::drawFromCache(QPainter *painter)
     const QRectF place = painter->worldTransform().mapRect(rect);
     const qreal ratio = painter->device()->devicePixelRatioF();
     const QSize pixels = (place.size() * ratio).toSize();
-    if (cache.size() != pixels)
+    // A screen of twice as many dots, half enlarged, needs as many pixels as a picture does.
+    if (cache.size() != pixels || cache.devicePixelRatioF() != ratio)
         fillCache(pixels, ratio);
     if (cache.isNull())
         return;

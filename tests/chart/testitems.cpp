@@ -149,6 +149,12 @@ private slots:
         QPainter painter(&drawing);
         QSvgRenderer(QString(":/images/newBarrier.svg")).render(&painter, drawing.rect());
         painter.end();
+        // What a screen of twice as many dots shows at first must not come into a picture.
+        QImage dense(34, 164, QImage::Format_ARGB32_Premultiplied);
+        dense.setDevicePixelRatio(2);
+        painter.begin(&dense);
+        plain.render(&painter, QRectF(0, 0, 17, 82), QRectF(0, 0, 17, 82));
+        painter.end();
         QCOMPARE(drawTwice(&plain, QRectF(0, 0, 17, 82)), drawing);
 
         QImage stripes(196, 100, QImage::Format_ARGB32_Premultiplied);
