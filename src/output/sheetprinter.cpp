@@ -1,12 +1,14 @@
 #include "output/sheetprinter.h"
 
+#include "chart/sheethost.h"
+#include "chart/sticky.h"
 #include "output/filereplacement.h"
+#include "output/pdfoutline.h"
 #include "output/pngwriter.h"
 #include "sheet/projectscene.h"
 #include "support/pageinfo.h"
 #include "support/version.h"
 
-#include <QFile>
 #include <QPainter>
 #include <QPrinter>
 #include <QScopeGuard>
@@ -17,7 +19,8 @@ namespace
 
 constexpr double CentimetresPerInch = 2.54;
 constexpr char DecorationsKey[] = "printDecorations";
-constexpr int BandHeight = 512; // pixels of a picture that stand in memory at once
+constexpr int LongestEntry = 100; // characters of a note
+constexpr int BandHeight = 512;   // pixels of a picture that stand in memory at once
 constexpr qint64 MostPixels = 400000000;
 
 int toDevice(double centimetres, const QPrinter &printer)
@@ -62,14 +65,17 @@ bool writeBands(PngWriter &writer, ProjectScene *scene, const QRectF &bound, con
     return true;
 }
 
-/// The printer itself is content with a full disk.
-bool isWholePDF(const QString &path)
+/// As on the sheet's tab, and a factor's text.
+QString getSheetName(const ProjectScene *scene)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    file.seek(qMax<qint64>(0, file.size() - 16));
-    return file.readAll().contains("%%EOF");
+    if (scene->getOwnerGUID().isEmpty())
+        return "ECS Chart";
+    const Sticky *owner = scene->getHost()->getNoteWithGUID(scene->getOwnerGUID());
+    if (!owner)
+        return "Causal Factor";
+    const QString text = owner->getText().left(LongestEntry).simplified();
+    const QString name = QString("Causal Factor %1").arg(owner->getCausalFactorNumber());
+    return text.isEmpty() ? name : name + ": " + text;
 }
 
 } // namespace
@@ -99,7 +105,8 @@ void SheetPrinter::setUpPage(QPrinter &printer)
 }
 
 bool SheetPrinter::paint(QPrinter &printer, ProjectScene *mainScene,
-                         const QList<ProjectScene *> &factorScenes)
+                         const QList<ProjectScene *> &factorScenes,
+                         QVector<PdfOutlineEntry> *outline)
 {
     const int horizontalPages = mainScene->getNumHorizontalPages();
     const int verticalPages = mainScene->getNumVerticalPages();
@@ -107,21 +114,27 @@ bool SheetPrinter::paint(QPrinter &printer, ProjectScene *mainScene,
     QPainter painter;
     if (!painter.begin(&printer))
         return false;
-    paintScene(mainScene, painter, printer, verticalPages, horizontalPages);
-    for (ProjectScene *scene : factorScenes) {
+    int page = 0;
+    for (ProjectScene *scene : QList<ProjectScene *>({mainScene}) + factorScenes) {
         if (!scene->isPrintEnabled())
             continue;
-        printer.newPage();
-        paintScene(scene, painter, printer, verticalPages, horizontalPages);
+        if (scene != mainScene) {
+            printer.newPage();
+            ++page;
+        }
+        if (outline)
+            outline->append({getSheetName(scene), page});
+        page += paintScene(scene, painter, printer, verticalPages, horizontalPages);
     }
     return painter.end();
 }
 
-void SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer,
-                              int verticalPages, int horizontalPages)
+int SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer,
+                             int verticalPages, int horizontalPages)
 {
+    int begun = 0;
     if (!scene->isPrintEnabled())
-        return;
+        return begun;
     scene->clearSelection();
     scene->dressForPaper(isDecorated());
     const auto restore = qScopeGuard([scene] { scene->setRenderBackground(true, true, true); });
@@ -133,10 +146,13 @@ void SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &
             if (!scene->pageContainsItems(source))
                 continue;
             scene->render(&painter, target, source, Qt::KeepAspectRatio);
-            if (row < verticalPages - 1 || column < horizontalPages - 1)
+            if (row < verticalPages - 1 || column < horizontalPages - 1) {
                 printer.newPage();
+                ++begun;
+            }
         }
     }
+    return begun;
 }
 
 QString SheetPrinter::writePDF(ProjectScene *mainScene, const QList<ProjectScene *> &factorScenes,
@@ -149,7 +165,8 @@ QString SheetPrinter::writePDF(ProjectScene *mainScene, const QList<ProjectScene
         printer.setCreator(QString("TRAC/Ex Examiner ") + ProgramVersionText);
         printer.setOutputFileName(unfinished);
         setUpPage(printer);
-        return paint(printer, mainScene, factorScenes) && isWholePDF(unfinished);
+        QVector<PdfOutlineEntry> outline;
+        return paint(printer, mainScene, factorScenes, &outline) && addOutline(unfinished, outline);
     });
 }
 

@@ -3,10 +3,12 @@
 #include <QList>
 #include <QRectF>
 #include <QString>
+#include <QVector>
 
 class ProjectScene;
 class QPainter;
 class QPrinter;
+struct PdfOutlineEntry;
 
 /// Sheets on paper and as pictures. One scene unit is one pixel, and one pixel of a printer
 /// at screen resolution.
@@ -25,14 +27,16 @@ void setUpPage(QPrinter &printer);
 QString makeTitle(const QString &incidentTitle, const QString &projectName);
 
 /// The main sheet and then the others, each if its flag says so, on the pages of the main
-/// sheet's grid. False if the painter could not start.
-bool paint(QPrinter &printer, ProjectScene *mainScene, const QList<ProjectScene *> &factorScenes);
+/// sheet's grid. False if the painter could not start. The outline takes the printed sheets.
+bool paint(QPrinter &printer, ProjectScene *mainScene, const QList<ProjectScene *> &factorScenes,
+           QVector<PdfOutlineEntry> *outline = nullptr);
 
-/// One paper sheet for each page of the grid that holds something.
-void paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer, int verticalPages,
-                int horizontalPages);
+/// One paper sheet for each page of the grid that holds something. Returns how often a new one
+/// was begun.
+int paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer, int verticalPages,
+               int horizontalPages);
 
-/// A document of what paint() prints, with its title, the program and the date. Returns why it
+/// A document of what paint() prints, with title, program, date and outline. Returns why it
 /// failed, in the user's words; empty after success. A failure leaves the file as it was.
 QString writePDF(ProjectScene *mainScene, const QList<ProjectScene *> &factorScenes,
                  const QString &title, const QString &path);

@@ -113,8 +113,6 @@ void ProjectScene::setRenderBackground(bool render, bool showFooters, bool showH
 
 void ProjectScene::dressForPaper(bool decorated)
 {
-    if (decorated && headerItem)
-        headerItem->resizeToContent(); // a value may have come just now
     dress(false, decorated, decorated);
 }
 

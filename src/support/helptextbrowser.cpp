@@ -6,7 +6,9 @@ HelpTextBrowser::HelpTextBrowser(QHelpEngine *helpEngine, QWidget *parent) : QWe
 {
     page()->setNetworkAccessManager(new HelpNetworkAccessManager(helpEngine, this));
     setContextMenuPolicy(Qt::PreventContextMenu);
-    connect(this, &QWebView::loadFinished, this, [this] {
+    connect(this, &QWebView::loadFinished, this, [this](bool ok) {
+        if (!ok)
+            return; // another page is on its way already
         markWords();
         emit pageShown(url());
     });

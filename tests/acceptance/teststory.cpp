@@ -2,6 +2,7 @@
 #include "project/projectfile.h"
 #include "support/supportfiles.h"
 #include "testing/dialogs.h"
+#include "testing/files.h"
 #include "testing/testmain.h"
 
 #include <QTableWidget>
@@ -14,12 +15,6 @@ namespace
 
 const char FirstHalf[] = "EXAMINER_STORY_FIRST_HALF";
 const QPointF Factor(160, 260), Control(420, 260), LossPlace(700, 260);
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QStringList getAutoSaves()
 {
@@ -51,7 +46,7 @@ private slots:
 
     void theWorkIsBroughtBackAndClosedInMidWord()
     {
-        const QByteArray former = readFile(first);
+        const QByteArray former = readBytes(first);
         User user;
         auto *table = user.screen->findChild<QTableWidget *>("autoSaveTable");
         EXPECT_EQUAL(table->rowCount(), 1);
@@ -70,8 +65,8 @@ private slots:
         BoxAnswer save(QMessageBox::Save);
         User::press("alt+F4");
         EXPECT(!user.window.isVisible());
-        QVERIFY(readFile(second).contains("Closed in mid"));
-        QCOMPARE(readFile(first), former);
+        QVERIFY(readBytes(second).contains("Closed in mid"));
+        QCOMPARE(readBytes(first), former);
         QCOMPARE(getAutoSaves(), QStringList());
     }
 
@@ -99,7 +94,7 @@ private:
         DialogAnswer name(fileChoice(first));
         User::press("ctrl+s");
         EXPECT(!user.window.isWindowModified());
-        const QByteArray saved = readFile(first);
+        const QByteArray saved = readBytes(first);
         QVERIFY(saved.contains("Fall of"));
         User::type(" the deck");
         EXPECT_EQUAL(user.form()->getFieldValue("incidentTitle"), QString("Fall of the deck"));
@@ -115,7 +110,7 @@ private:
         EXPECT_EQUAL(getAutoSaves(), QStringList("deck fall.epf.autosave"));
         clock->setInterval(180000);
         QVERIFY(user.noteAt(Control)->isEditing());
-        QCOMPARE(readFile(first), saved);
+        QCOMPARE(readBytes(first), saved);
         changed.setValue("all", user.describeProject());
         changed.sync();
         if (!QTest::currentTestFailed())
@@ -131,8 +126,8 @@ int main(int argc, char **argv)
 {
     // The first half lives in the home of the second.
     const auto home = qEnvironmentVariableIsSet(FirstHalf) ? nullptr : std::make_unique<TestHome>();
-    prepareTestApplication();
-    QApplication application(argc, argv);
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    Application application(argc, argv);
     makeDataFolder();
     TestStory test;
     return QTest::qExec(&test, argc, argv);

@@ -126,9 +126,9 @@ public:
     /// All that the project holds, in an order that doesn't depend on the session.
     QString describeProject() const
     {
-        QStringList lines(describe(*window.getMainScene()));
-        for (ProjectScene *factor : window.getFactorScenes())
-            lines.append(describe(*factor));
+        QStringList lines;
+        for (ProjectScene *sheet : window.getFactorScenes() << window.getMainScene())
+            lines.append(describe(*sheet));
         const FormValues values = form()->getAllFieldValues();
         for (auto field = values.cbegin(); field != values.cend(); ++field)
             lines.append(field.key() + "=" + field->value);

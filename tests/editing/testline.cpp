@@ -151,10 +151,12 @@ private slots:
         sheet->move(QPointF(300, 500));
         sheet->scene.giveUpLine();
         QCOMPARE(describe(sheet->scene), before);
-        sheet->move(QPointF(475, 230), Qt::NoButton);
-        QVERIFY(isMarked(right));
-        sheet->scene.clearEdgeMarks();
-        QVERIFY(!isMarked(left) && !isMarked(right));
+        for (const bool leavesTheSheet : {false, true}) { // or the note
+            sheet->move(QPointF(475, 230), Qt::NoButton);
+            QVERIFY(isMarked(right));
+            leavesTheSheet ? scene->clearEdgeMarks() : sheet->move({300, 500}, Qt::NoButton);
+            QVERIFY(!isMarked(left) && !isMarked(right));
+        }
     }
 
     void pressBesideALineTakesIt()
@@ -168,8 +170,9 @@ private slots:
         }
     }
 
-    void jointsShowNoDots()
+    void lookOfALine()
     {
+        // No dots where smoothed parts would meet.
         hang(Sticky::RightSide, Sticky::LeftSide);
         QImage image(800, 600, QImage::Format_RGB32);
         image.fill(Qt::white);
@@ -178,18 +181,15 @@ private slots:
         painter.scale(1.3, 1.3);
         line->paint(&painter, nullptr, nullptr);
         QSet<QRgb> colors;
-        for (int i = 0; i < image.width() * image.height(); ++i)
-            colors.insert(image.pixel(i % image.width(), i / image.width()));
+        for (int i = 0; i < 800 * 600; ++i)
+            colors.insert(image.pixel(i % 800, i / 800));
         QCOMPARE(colors, QSet<QRgb>({qRgb(0, 0, 0), qRgb(255, 255, 255)}));
-    }
 
-    void thinnestLineShowsOnPaper()
-    {
         QPrinter printer;
         printer.setOutputFileName(QDir::homePath() + "/line.pdf");
-        QPainter painter(&printer);
-        line->paint(&painter, nullptr, nullptr);
-        QCOMPARE(painter.pen().widthF(), 1.0);
+        QPainter paper(&printer);
+        line->paint(&paper, nullptr, nullptr);
+        QCOMPARE(paper.pen().widthF(), 1.0); // no hairline
     }
 
     void route()
@@ -206,25 +206,21 @@ private slots:
             {"a half rounds up", {0.5, 0}, free, {41, 0}, free, {}},
 
             {"free and wide bends halfway across", {0, 0}, free, {100, 40}, free, {{50, 0}, {50, 40}}},
-            {"free and tall bends halfway down", {0, 0}, free, {40, 100}, free, {{0, 50}, {40, 50}}},
             {"the halfway point has single precision", {0, 0}, free, {100.1, 300.3}, free, {{0, 150.149993896484375}, {100.1, 150.149993896484375}}},
             {"a tie in single precision is a tie", {0, 0}, free, {100.000001, 100}, free, {{0, 50}, {100.000001, 50}}},
 
             {"a free end has no stub", {80, 30}, right, {200, 130}, free, {{100, 30}, {150, 30}, {150, 130}}},
             {"a free start has no stub", {0, 0}, free, {30, 100}, top, {{0, 40}, {30, 40}, {30, 80}}},
             {"the axis follows the ends, not the stubs", {80, 30}, right, {190, 130}, free, {{100, 30}, {145, 30}, {145, 130}}},
-            {"a stub may point away from the free end", {200, 30}, right, {100, 80}, free, {{220, 30}, {160, 30}, {160, 80}}},
 
             {"facing at one height", {80, 30}, right, {200, 30}, left, {{100, 30}, {180, 30}}},
             {"facing at different heights", {80, 30}, right, {200, 130}, left, {{100, 30}, {140, 30}, {140, 130}, {180, 130}}},
-            {"facing above each other", {100, 100}, bottom, {200, 300}, top, {{100, 120}, {100, 200}, {200, 200}, {200, 280}}},
             {"the target lies behind", {400, 30}, right, {100, 130}, left, {{420, 30}, {420, 80}, {80, 80}, {80, 130}}},
             {"the target lies straight behind", {300, 30}, right, {100, 30}, left, {{320, 30}, {320, 30}, {80, 30}, {80, 30}}},
             {"a right angle between the stubs is obtuse", {80, 30}, right, {120, 130}, left, {{100, 30}, {100, 30}, {100, 130}, {100, 130}}},
 
             {"across the corner", {80, 30}, right, {240, 200}, top, {{100, 30}, {240, 30}, {240, 180}}},
             {"the other corner avoids doubling back", {80, 30}, right, {240, 200}, bottom, {{100, 30}, {100, 220}, {240, 220}}},
-            {"both right, the end further right", {80, 30}, right, {280, 230}, right, {{100, 30}, {300, 30}, {300, 230}}},
             {"a tie takes the corner beside the first stub", {80, 30}, right, {80, 230}, right, {{100, 30}, {100, 30}, {100, 230}}},
                 // clang-format on
             };
@@ -237,15 +233,11 @@ private slots:
         }
     }
 
-    void closestPoint()
+    void placesOnARoute()
     {
         const QPolygonF route(QVector<QPointF>{{0, 0}, {100, 0}, {100, 0}, {100, 100}});
         QCOMPARE(getClosestPoint(route, {98, 60}), QPointF(100, 60));
         QCOMPARE(getClosestPoint(route, {-4, -3}), QPointF(0, 0));
-    }
-
-    void arrowHead()
-    {
         QCOMPARE(getArrowHead({0, 0, 30, 40}, 9), QPolygonF({{28.2, 30.1}, {21, 35.5}, {30, 40}}));
         QCOMPARE(getArrowHead({0, 0, 3, 0}, 9),
                  QPolygonF({{-6, -4.5}, {-6, 4.5}, {3, 0}})); // not clipped
@@ -277,21 +269,16 @@ private slots:
 
     void pastedRecordsAreFresh()
     {
-        CanvasItemInfo info = noteInfo("{old}", QRectF(100, 100, 120, 80), "seen");
-        info.backgroundColor = Qt::yellow;
-        info.notRelevant = true;
-        info.siblings = QStringList({"loss", "{other}"});
-        ProjectItem *original = sheet->add(info);
-        copy({original});
+        left->setCustomBackgroundColor(Qt::yellow);
+        left->setNotRelevant(true);
+        left->addSibling("loss");
+        copy({left});
         const ProjectItem *item = paste();
         const QString guid = item->getGUID();
-        QVERIFY(!guid.isEmpty() && guid != "{old}");
-        QCOMPARE(describe(item->getRecord()).replace(guid, "{old}"),
-                 describe(original).remove("loss+{other}"));
-    }
+        QVERIFY(!guid.isEmpty() && guid != "{left}");
+        QCOMPARE(describe(item->getRecord()).replace(guid, "{left}"),
+                 describe(left).remove("loss"));
 
-    void pastedFactorTakesAFreeNumber()
-    {
         Sticky *first = sheet->addFactor(1);
         sheet->addFactor(3);
         copy({first});
@@ -320,9 +307,8 @@ private slots:
         scene->clear();
         Sheet other;
         scene = &other.scene;
-        QVERIFY(paste<Line>()->getStartConnection().item);
-        const QList<ProjectItem *> before = scene->getProjectItems();
-        QVERIFY(!before.contains(paste<Line>()->getStartConnection().item));
+        const ProjectItem *former = paste<Line>()->getStartConnection().item;
+        QVERIFY(former && paste<Line>()->getStartConnection().item != former);
         scene = nullptr;
         clipBoard.onCopyTriggered();
         clipBoard.onPasteTriggered();

@@ -34,8 +34,13 @@ private slots:
         const QString before = list();
         for (const char *name : {"all.pdf", "x.PNG", "Brücke.doc", "one.pdf --sheet 1"})
             QCOMPARE(run("'a plant.epf' " + QString::fromUtf8(name)), QString("0 "));
-        const int pages = take("one.pdf").count("/Type /Page\n");
-        QVERIFY(pages >= 1 && take("all.pdf").count("/Type /Page\n") > pages);
+        const int pages = take("one.pdf").count("/Type /Page >>");
+        const QByteArray document = take("all.pdf");
+        QVERIFY(pages >= 1 && document.count("/Type /Page >>") > pages);
+        QByteArray title = "/Title <feff"; // then two bytes a character
+        for (char letter : QByteArray("from the log"))
+            title += "00" + QByteArray(1, letter).toHex();
+        QVERIFY(document.contains(title + '>'));
         QVERIFY(take("x.PNG").startsWith("\x89PNG"));
         const QByteArray report = take(QString::fromUtf8("Brücke.doc"));
         QVERIFY(report.startsWith("<?xml") && report.contains("from the log"));

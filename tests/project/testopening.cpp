@@ -5,8 +5,15 @@
 
 #include <QBuffer>
 #include <QSignalSpy>
+#include <QtEndian>
+
+#include <numeric>
+#include <random>
+#include <sys/stat.h>
 
 /// What comes out of a file, and what opening makes of one from before the form was stored in it.
+/// Files that nobody should open, and damaged ones: refused or read, but never a crash, and what
+/// is refused stays as it was.
 class TestOpening : public ProjectTest
 {
     Q_OBJECT
@@ -31,6 +38,28 @@ class TestOpening : public ProjectTest
         for (const QString &property : properties)
             rows << "INSERT INTO properties VALUES(" + property + ")";
         return makeFile(emptyProject(rows + more));
+    }
+
+    /// Opens what is there; a refusal must leave it alone and deliver nothing.
+    bool open()
+    {
+        const QByteArray before = readBytes(path);
+        TestProject project;
+        project.formValues = {{"untouched", {}}};
+        const bool opened = project.open(path);
+        if (!opened && (readBytes(path) != before || !project.records.isEmpty() ||
+                        !project.formValues.contains("untouched") ||
+                        project.file.getOpenFilename() != "untitled"))
+            QTest::qFail("A refused file was changed or delivered", __FILE__, __LINE__);
+        QCoreApplication::processEvents();
+        return opened;
+    }
+    /// The current version and one about to be upgraded.
+    QList<QByteArray> getWholeFiles() const
+    {
+        const QByteArray current = readBytes(makeFile());
+        runSql(path, {"DELETE FROM properties WHERE guid='project'"});
+        return {current, readBytes(path)};
     }
 
 private slots:
@@ -72,35 +101,47 @@ private slots:
             ('2',16,'',1e300,-1e300,10,10,'','',NULL,NULL), ('5',16,'',0,0,9,9,'','',NULL,NULL),
             ('3',16,'',9e999,0,-9e999,10,'','',NULL,NULL), ('6',16,'',0,0,9,9,'','',NULL,NULL),
             ('4',16,'','nan','inf','x',10,'','',NULL,NULL),
-            ('7',16,'',100,0,1e9,10,'','',NULL,NULL))",
+            ('7',16,'',100,0,1e9,10,'','Arial,1e9',NULL,'7'),
+            ('8',99999999999,X'00ff',X'00',X'00',X'00',X'00',X'00',X'00',X'00',X'00'),
+            ('9',3,'Event',0,0,9e999,1e300,hex(zeroblob(1000000)),'',NULL,NULL))",
             R"(INSERT INTO properties VALUES('1','textAlignment',''), ('2','sibling',',loss'),
             ('3','borderLineWidth','2000000000'), ('4','borderLineWidth','-4'),
-            ('5','textAlignment','AlignRight alignleft'), ('6','lineStyle','77'))",
+            ('5','textAlignment','AlignRight alignleft'), ('6','lineStyle','77'),
+            ('9','font','Arial,inf,-1,5,50,0,0,0,0,0'), ('9','sibling','9,9'))",
+            "INSERT INTO connections VALUES('2','9','9',-5,2147483647)",
+            "INSERT INTO formdata VALUES(NULL,NULL,X'ffd8ffe0')",
         })));
+        QCoreApplication::processEvents();
         QStringList values;
-        for (const CanvasItemInfo &info : project.records)
+        for (const CanvasItemInfo &info : project.records) {
+            QVERIFY(info.font.pointSizeF() < 1001);
             values << describe(info.startPoint) + " to " + describe(info.endPoint) + ' ' +
                           info.siblings.join('+') +
                           QString(" align %1 border %2 line %3")
                               .arg(int(info.textAlignment))
                               .arg(info.borderLineWidth)
                               .arg(info.lineStyle);
-        QCOMPARE(values.join('\n'), QString(R"(1.25,-2.5 to 142,-81.625  align 132 border 0 line 1
+        }
+        QCOMPARE(values, QString(R"(1.25,-2.5 to 142,-81.625  align 132 border 0 line 1
 100000,-100000 to 100000,-99990 loss align 132 border 0 line 1
 0,0 to 0,10  align 132 border 1000 line 1
 0,0 to 0,10  align 132 border 0 line 1
 0,0 to 9,9  align 0 border 0 line 1
 0,0 to 9,9  align 132 border 0 line 1
-100,0 to 100000,10  align 132 border 0 line 1)"));
+100,0 to 100000,10  align 132 border 0 line 1
+0,0 to 0,0  align 132 border 0 line 1
+0,0 to 0,100000 9+9 align 132 border 0 line 1)")
+                             .split('\n'));
+        QVERIFY(project.save(folder.filePath("saved.epf")));
     }
 
     void picturesAreRasterAndBounded()
     {
         QImage image(7, 5, QImage::Format_RGB32);
         image.fill(Qt::red);
-        const QByteArray drawing = "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>";
         const QString png = encodePng(image);
-        const QString svg = "X'" + drawing.toHex() + "'";
+        const QString svg =
+            "'<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"9\" height=\"9\"/>'";
         const QString large = encodePng(QImage(8000, 8000, QImage::Format_Mono));
         QStringList rows = {
             "INSERT INTO items (guid,type,image) VALUES('{p}',4," + png + "), ('{q}',4," + svg +
@@ -221,7 +262,94 @@ private slots:
         QCOMPARE(project.formValues["loss"].value, QString("loss"));
         QVERIFY(told.count() == 1 && project.file.requiresFilenamePrompt());
         QCOMPARE(readBytes(path), before);
-        QVERIFY(project.save(path + ".epf") && !project.file.requiresFilenamePrompt());
+        QVERIFY(project.save(folder.filePath("new.epf")) && !project.file.requiresFilenamePrompt());
+    }
+
+    void unusualTables()
+    {
+        const QString create = emptyProject().first().chopped(1);
+        struct {
+            bool opens;
+            QString statements;
+        } rows[] = {
+            {false, "ALTER TABLE items RENAME TO i|CREATE VIEW items AS SELECT * FROM i"},
+            {false, "DROP TABLE formdata|CREATE VIEW formData AS WITH RECURSIVE n(id) AS (SELECT 1 "
+                    "UNION ALL SELECT id+1 FROM n) SELECT * FROM n"},
+            {false, "DROP TABLE connections|CREATE VIRTUAL TABLE connections USING fts3(a)"},
+            {false, "ALTER TABLE items ADD COLUMN more TEXT AS (hex(zeroblob(1000000)))"},
+            {false, "DROP TABLE items|%1, more TEXT AS (upper(guid)) STORED)"},
+            {false, "CREATE TRIGGER t AFTER INSERT ON properties BEGIN DELETE FROM items; END"},
+            {false, "DROP TABLE items|%1, PRIMARY KEY (guid)) WITHOUT ROWID"},
+            {false, "ALTER TABLE items ADD COLUMN RowId TEXT"},
+            {false, "DROP TABLE items|ALTER TABLE properties RENAME COLUMN guid TO a"},
+            {false, "UPDATE properties SET value='2' WHERE name='dbVersion'"},
+            {true, "CREATE INDEX i ON items(guid)|CREATE VIEW v AS SELECT * FROM items"},
+            {true, "ALTER TABLE items RENAME TO i|ALTER TABLE i RENAME TO ITEMS"},
+        };
+        for (auto &row : rows) {
+            const Row in(qPrintable(row.statements));
+            makeFile(sampleProject(row.statements.replace("%1", create).split('|')));
+            QCOMPARE(open(), row.opens);
+        }
+        makeFile();
+        damageHiddenPages();
+        QVERIFY(!open());
+    }
+
+    void anyCutOfAFile()
+    {
+        QList<QByteArray> files = getWholeFiles();
+        runSql(path, {"COMMIT", "PRAGMA page_size=65536", "VACUUM", "BEGIN"});
+        QVERIFY(open());
+        files << readBytes(path);
+        for (const QByteArray &whole : files) {
+            for (int left = whole.size() - 9; left > 0;
+                 left -= left < 110 ? 9 : whole.size() / 50) {
+                writeBytes(path, whole.left(left));
+                QVERIFY2(!open(), qPrintable(QString::number(left)));
+            }
+        }
+    }
+
+    void anyFlippedByte()
+    {
+        std::mt19937 random(1);
+        int opened = 0;
+        for (const QByteArray &whole : getWholeFiles()) {
+            for (int i = 0; i < 60; ++i) {
+                QByteArray damaged = whole;
+                // The tables' own pages are what counts, and their first bytes most of all.
+                const int page = random() % 5 * 4096, reach = random() % 2 ? 120 : 4096;
+                for (int flips = random() % 4; flips >= 0; --flips)
+                    damaged[int((page + random() % reach) % whole.size())] = char(random());
+                writeBytes(path, damaged);
+                opened += open();
+            }
+        }
+        QVERIFY(opened > 0 && opened < 120);
+    }
+
+    void aJournalMayNotLeadElsewhere()
+    {
+        const QString victim = folder.filePath("precious"), link = path + ".epf", pipe = link + "2";
+        const QByteArray name = victim.toUtf8();
+        writeBytes(victim, "precious");
+        char numbers[8];
+        qToBigEndian<quint32>(name.size(), numbers);
+        qToBigEndian<quint32>(std::accumulate(name.begin(), name.end(), 0), numbers + 4);
+        QVERIFY(QFile::link(makeFile(), link));
+        writeBytes(path + "-journal", "none" + name + QByteArray(numbers, 8) +
+                                          QByteArray::fromHex("d9d505f920a163d7"));
+        TestProject project;
+        QVERIFY(!project.open(link) && !project.save(link) && !open() && !project.save(path));
+        for (const QString ending : {"-journal", "-wal", "-shm"}) {
+            QFile::remove(path + "-journal");
+            QVERIFY(QFile::link(victim, path + ending) && !open() && QFile::remove(path + ending));
+        }
+        QCOMPARE(readBytes(victim), QByteArray("precious"));
+        QVERIFY(open());
+        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        QVERIFY(!project.open(pipe) && !project.save(pipe)); // nor to a wait
     }
 };
 

@@ -1,10 +1,44 @@
 #include "testing/project.h"
+#include "testing/rows.h"
 #include "testing/testmain.h"
 
-/// What stands in a file after a save.
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTimer>
+
+#include <csignal>
+#include <sys/resource.h>
+
+/// What stands in a file after a save, and what keeps work from being lost: dirty mark, auto-save
+/// clock, and the kept copies of files that were replaced. Nothing goes without its copy.
 class TestSaving : public ProjectTest
 {
     Q_OBJECT
+
+    const QString data = makeDataFolder() + '/';
+    const QString kept = data + "kept";
+    const QString autoSave = data + "untitled.autosave";
+
+    static QTimer *getClock(const ProjectFile &file) { return file.findChild<QTimer *>(); }
+
+    QStringList getKept() const
+    {
+        return QDir(kept).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    }
+    /// The one copy with the ending; empty when there are none or several.
+    QString getKeptPath(const QString &ending) const
+    {
+        const QStringList names = getKept().filter(QRegularExpression(ending + '$'));
+        return names.size() == 1 ? kept + '/' + names.first() : QString();
+    }
+    static bool isPrivate(const QString &path) { return (QFile::permissions(path) & 0xff) == 0; }
+    /// Then no copy can be kept.
+    void setBlocked(bool blocked)
+    {
+        QVERIFY(QFile::remove(kept) || QDir(kept).removeRecursively());
+        if (blocked)
+            writeBytes(kept, "a file in its place");
+    }
 
     /// All rows but the project's own, whose values stand in the settings.
     static QStringList readAll(const QString &file)
@@ -15,6 +49,271 @@ class TestSaving : public ProjectTest
     }
 
 private slots:
+    void init()
+    {
+        setBlocked(false);
+        QFile::remove(autoSave);
+        QVERIFY(QDir(folder.path()).removeRecursively() && QDir().mkdir(folder.path()));
+    }
+
+    void eachChangeRestartsTheClock()
+    {
+        TestProject project;
+        QTimer *clock = getClock(project.file);
+        QSignalSpy changed(&project.file, &ProjectFile::dirtyChanged);
+        QVERIFY(clock->interval() == 180000 && !clock->isSingleShot() && !clock->isActive());
+        project.file.setDirty();
+        QVERIFY(project.file.isDirty() && clock->isActive());
+        clock->setTimerType(Qt::PreciseTimer);
+        QTRY_VERIFY(clock->remainingTime() < 180000 - 100);
+        const int left = clock->remainingTime();
+        project.file.setClean(false);
+        QVERIFY(clock->remainingTime() > left);
+        project.file.setClean(true);
+        QVERIFY(!project.file.isDirty() && !clock->isActive());
+        project.file.setDirty(false);
+        QCOMPARE(changed, QList<QVariantList>({{true}, {true}, {false}, {false}}));
+    }
+
+    void names()
+    {
+        const QPair<QString, QString> rows[] = {{"a.epf.b.EPF", "a.b"},
+                                                {"b.epf.autosave", "b.epf.autosave"},
+                                                {"b.AUTOSAVE", "b.AUTOSAVE"}};
+        for (const auto &row : rows) {
+            TestProject project(folder.filePath(row.first));
+            QCOMPARE(project.file.getOpenProjectName(), row.second);
+            QCOMPARE(project.file.getAutoSaveNameForOpenFile(), data + row.first + ".autosave");
+            QCOMPARE(project.file.requiresFilenamePrompt(), row.first.endsWith(".autosave"));
+        }
+    }
+
+    void anAutoSaveLeavesTheStateAloneAndGoesWithASave()
+    {
+        TestProject project(makeFile());
+        const QByteArray before = readBytes(path);
+        const QString autoSave = data + "project.epf.autosave";
+        project.file.setDirty();
+        QSignalSpy changed(&project.file, &ProjectFile::dirtyChanged);
+        QVERIFY(project.save("any name.autosave"));
+        QVERIFY(QFile::exists(autoSave) && !QFile::exists("any name.autosave"));
+        QVERIFY(changed.isEmpty() && project.file.getOpenFilename() == path);
+        QCOMPARE(readBytes(path), before);
+        QVERIFY(project.save(folder.filePath("other.epf")));
+        QVERIFY(!QFile::exists(autoSave) && !getClock(project.file)->isActive());
+    }
+
+    void restoringWritesAgainAtOnce()
+    {
+        const QString autoSave = data + "bridge.epf.autosave";
+        runSql(autoSave, sampleProject());
+        TestProject project;
+        connect(&project.file, &ProjectFile::requestAutoSave, &project,
+                [&] { QVERIFY(project.save(project.file.getAutoSaveNameForOpenFile())); });
+        QVERIFY(project.open(autoSave) && project.file.isDirty() && !QFile::exists(autoSave));
+        QCOMPARE(project.file.getOpenFilename(), QString("bridge.epf.autosave"));
+        QTRY_VERIFY(QFile::exists(autoSave + ".autosave"));
+        QCOMPARE(runSql(autoSave + ".autosave", {"SELECT guid FROM items"}).size(), 6);
+    }
+
+    void theClockRestsDuringASave()
+    {
+        TestProject project(makeFile());
+        project.file.setDirty();
+        QTimer *clock = getClock(project.file);
+        clock->setInterval(1);
+        QSignalSpy requested(&project.file, &ProjectFile::requestAutoSave);
+        QSignalSpy struck(clock, &QTimer::timeout);
+        connect(&project.file, &ProjectFile::itemSaved, &project, [&] {
+            const int before = struck.count();
+            QTRY_VERIFY(struck.count() > before);
+            QVERIFY(requested.isEmpty() && !project.save(path) && !project.open(path));
+        });
+        QVERIFY(project.save(project.file.getAutoSaveNameForOpenFile()));
+        clock->stop(); // only the request that had to wait is left
+        QTRY_COMPARE(requested.count(), 1);
+        requested.clear();
+        clock->start();
+        QVERIFY(project.file.isDirty() && project.save(path)); // clean now: nothing to come back to
+        QCoreApplication::processEvents();
+        QVERIFY(requested.isEmpty());
+    }
+
+    void anEndlessEditAsksForASnapshot()
+    {
+        TestProject project;
+        QSignalSpy requested(&project.file, &ProjectFile::requestSnapshot);
+        project.file.setSnapshotInterval(100);
+        QTimer editing;
+        connect(&editing, &QTimer::timeout, this, [&project] { project.file.setDirty(); });
+        editing.start(1);
+        QTRY_VERIFY(requested.count() >= 1);
+    }
+
+    void keepsWhatItDidNotWrite()
+    {
+        KeptCopies copies(kept);
+        const QString name = folder.filePath(QString(60, 'x') + "\n\u6a4b.epf.autosave");
+        QVERIFY(copies.keepCopy(name)); // not there
+        writeBytes(name, "");
+        QVERIFY(copies.keepCopy(name) && copies.keepCopy(folder.path()) && getKept().isEmpty());
+        writeBytes(name, "theirs");
+        QVERIFY(copies.keepCopy(name));
+        QCOMPARE(readBytes(getKeptPath("x_\u6a4b.epf.autosave.epf")), QByteArray("theirs"));
+    }
+
+    void theNewestStay()
+    {
+        KeptCopies copies(kept);
+        writeBytes(path + "-wal", "log");
+        for (int i = 0; i < 25; ++i) {
+            writeBytes(path, QByteArray::number(i));
+            QVERIFY(copies.keepCopy(path));
+        }
+        writeBytes(kept + "/mine.epf", "put there by the user");
+        QVERIFY(copies.keepCopy(path) && QFile::remove(path + "-wal"));
+        const QStringList names = getKept();
+        QVERIFY(names.size() == 41 && names.last() == "mine.epf");
+        QCOMPARE(readBytes(kept + '/' + names.first()), QByteArray("6"));
+    }
+
+    void whatBelongsToItComesAlong()
+    {
+        for (const QString part : {"", "-journal", "-wal"})
+            writeBytes(path + part, "part" + part.toUtf8());
+        const QString link = folder.filePath("link.epf");
+        QVERIFY(QFile::link(path, link) && QFile::setPermissions(path, QFile::Permissions(0x6666)));
+        KeptCopies copies(kept);
+        QVERIFY(copies.keepCopy(link) && QFile::remove(link) && copies.takeAway(path));
+        QVERIFY(QDir(folder.path()).isEmpty() && isPrivate(kept));
+        for (const QString name : {" link.epf", " project.epf"}) {
+            for (const QString part : {"", "-journal", "-wal"}) {
+                QCOMPARE(readBytes(getKeptPath(name + part)), "part" + part.toUtf8());
+                QVERIFY(isPrivate(getKeptPath(name + part)) || !part.isEmpty());
+            }
+        }
+    }
+
+    void aFirstSaveKeepsTheFormerFile()
+    {
+        TestProject project(makeFile());
+        const QByteArray before = readBytes(path);
+        QVERIFY(project.save(path) && project.save(path) && !project.file.hasChangedOnDisk());
+        QCOMPARE(readBytes(getKeptPath(" project.epf")), before);
+        setBlocked(true);
+        runSql(path, {"UPDATE items SET text='EVENT' WHERE guid='{e}'"}); // same size
+        QVERIFY(project.file.hasChangedOnDisk());
+        QVERIFY(!project.save(path)); // no way to keep what others wrote
+        QVERIFY(project.open(path) && project.save(path));
+        setBlocked(false);
+        runSql(path, {"DELETE FROM properties"}); // by others, and older now
+        QVERIFY(project.open(path) && project.save(path));
+        QCOMPARE(getKept().size(), 1);
+        QVERIFY(QFile::remove(path) && !project.file.hasChangedOnDisk());
+    }
+
+    void aNewFileTakesThePlaceOfAnother()
+    {
+        const QByteArray before = readBytes(makeFile());
+        TestProject project;
+        setBlocked(true);
+        QVERIFY(!project.saveNew(path) && project.file.getOpenFilename() == "untitled");
+        QCOMPARE(readBytes(path), before);
+        setBlocked(false);
+        writeBytes(path + "-journal", "half a save");
+        QVERIFY(project.saveNew(path) && read("SELECT * FROM items").isEmpty());
+        QCOMPARE(readBytes(getKeptPath(" project.epf")), before);
+        QCOMPARE(readBytes(getKeptPath(" project.epf-journal")), QByteArray("half a save"));
+        const QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+        QCOMPARE(QDir(folder.path()).entryList(all).join(' '),
+                 QString(".project.epf.lock project.epf"));
+    }
+
+    void twoWindowsOnOneFile()
+    {
+        const QString lock = folder.filePath(".project.epf.lock");
+        writeBytes(lock, ""); // left half written
+        TestProject first(makeFile());
+        const QString link = folder.filePath("link.epf");
+        QVERIFY(QFile::link(path, link) && first.file.getOtherPlace().isEmpty());
+        {
+            TestProject second(link);
+            QCOMPARE(second.file.getOtherPlace(), QString("in another window"));
+            first.file.resetOpenFilename();
+            QVERIFY(second.save(link) && second.file.getOtherPlace().isEmpty());
+        }
+        QVERIFY(!QFile::exists(lock));
+        writeBytes(lock, "1\nexaminer\nfar-away\n");
+        QVERIFY(first.open(path));
+        QCOMPARE(first.file.getOtherPlace(), QString("on far-away"));
+    }
+
+    void foreignAutoSavesAreKept()
+    {
+        const QPair<const char *, std::function<void()>> rows[] = {
+            {"restored", [&] { TestProject project(autoSave); }},
+            {"discarded", [] { TestProject().file.discardAutoSaveFile(); }},
+            {"beside a save", [&] { QVERIFY(TestProject().save(path)); }},
+            {"beside an auto-save", [&] { TestProject().save(autoSave); }},
+        };
+        for (const auto &row : rows) {
+            const Row in(row.first);
+            init();
+            runSql(autoSave, sampleProject());
+            const QByteArray before = readBytes(autoSave);
+            setBlocked(true);
+            row.second();
+            QCOMPARE(readBytes(autoSave), before);
+            setBlocked(false);
+            row.second();
+            QCOMPARE(readBytes(getKeptPath(" untitled.autosave.epf")), before);
+            QVERIFY(readBytes(autoSave) != before);
+        }
+    }
+
+    void ownAutoSavesAreNot()
+    {
+        const QString target = folder.filePath("precious");
+        writeBytes(target, "precious");
+        TestProject project;
+        QVERIFY(QFile::link(target, autoSave) && !project.open(autoSave)); // not to be followed
+        QVERIFY(project.save(autoSave) && project.save(autoSave) && isPrivate(autoSave));
+        project.file.discardAutoSaveFile();
+        QVERIFY(project.save(autoSave) && project.save(path));
+        QVERIFY(!QFile::exists(autoSave) && getKept().isEmpty());
+        QCOMPARE(readBytes(target), QByteArray("precious"));
+    }
+
+    void nothingGoesWhereThereIsNoRoom()
+    {
+        const QByteArray before = readBytes(makeFile());
+        TestProject project;
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit none = {0, RLIM_INFINITY}, any = {RLIM_INFINITY, RLIM_INFINITY};
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &none), 0);
+        const bool saved = project.saveNew(path) || project.save(autoSave);
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &any), 0);
+        QVERIFY(!saved && !QFile::exists(autoSave));
+        QCOMPARE(readBytes(path), before);
+    }
+
+    void snapshots()
+    {
+        TestProject project(makeFile());
+        const QByteArray before = readBytes(path);
+        project.file.setDirty();
+        project.find("{e}")->setPos(5, 6);
+        setBlocked(true);
+        QVERIFY(!project.file.keepSnapshot(project.items, project.formValues));
+        setBlocked(false);
+        QVERIFY(project.file.keepSnapshot(project.items, project.formValues));
+        QVERIFY(project.file.isDirty() && !project.file.hasChangedOnDisk());
+        QCOMPARE(readBytes(path), before);
+        TestProject reopened(getKeptPath(" project.epf"));
+        QVERIFY(isPrivate(reopened.file.getOpenFilename()) && reopened.formValues.size() == 2);
+        QCOMPARE(reopened.find("{e}")->pos(), QPointF(5, 6));
+    }
+
     void anUnchangedProjectGivesTheSameRows()
     {
         TestProject project(makeFile());

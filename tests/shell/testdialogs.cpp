@@ -3,8 +3,7 @@
 #include "shell/itempropertiesdialog.h"
 #include "shell/settings.h"
 #include "support/fonts.h"
-#include "testing/records.h"
-#include "testing/rows.h"
+#include "testing/files.h"
 #include "testing/sheet.h"
 
 #include <QCheckBox>
@@ -56,33 +55,29 @@ private slots:
             dialog.findChild<QPushButton *>(button)->click();
         }
         const QSettings settings;
-        QCOMPARE(settings.allKeys().join(' '),
-                 QString("font margins pageSize showHeader showLegend showPageNumbers"));
-        QCOMPARE(settings.value("pageSize").toInt(), 0);
+        QVERIFY(settings.contains("pageSize") && settings.value("pageSize").toInt() == 0);
         QCOMPARE(settings.value("margins").toStringList(), QStringList({"1.25", "2", "0", "3.5"}));
-        QVERIFY(settings.value("showHeader").toBool() && !settings.value("showLegend").toBool());
+        QVERIFY(settings.value("showHeader").toBool() && settings.contains("showPageNumbers"));
+        QVERIFY(settings.contains("showLegend") && !settings.value("showLegend").toBool());
         QCOMPARE(settings.value("font").toString().count(','), 9); // without a style's name
         QCOMPARE(getStandardFont().family(), QString("Liberation Mono"));
     }
 
     void introScreenOffersFiles()
     {
-        const QStringList recent = {"/home/u/A & B.epf", "/home/u/b.epf"};
-        QSettings().setValue("recentFiles", recent);
-        const QString left = makeDataFolder() + "/a.autosave.epf.autosave";
-        QVERIFY(QFile(left).open(QIODevice::WriteOnly));
+        const QString recent = "/home/u/A & B.epf", left = makeDataFolder() + "/a.epf.autosave";
+        QSettings().setValue("recentFiles", QStringList(recent));
+        writeBytes(left, "x");
         IntroScreen screen(nullptr);
         QVERIFY(QFile::remove(left));
         QSignalSpy opened(&screen, &IntroScreen::openProjectClicked);
         auto *open = screen.findChild<QToolButton *>("openProjectButton");
         auto *table = screen.findChild<QTableWidget *>("autoSaveTable");
-        QCOMPARE(table->item(0, 0)->text(), QString("a.autosave.epf"));
         open->click();
         open->actions().at(0)->trigger();
         emit table->itemActivated(table->item(0, 1)); // the date opens nothing
         emit table->itemActivated(table->item(0, 0));
-        const QList<QVariantList> expected = {
-            {QString(), true}, {recent.at(0), true}, {left, false}};
+        const QList<QVariantList> expected = {{QString(), true}, {recent, true}, {left, false}};
         QCOMPARE(QList<QVariantList>(opened), expected);
         QSettings().setValue("recentFiles", QStringList());
         screen.listRecentFiles(); // as after one that is gone
@@ -92,35 +87,36 @@ private slots:
     void imagePreview()
     {
         const QSize limits = QGuiApplication::primaryScreen()->geometry().size() - QSize(50, 100);
-        const QSize high(100, limits.height() * 2);
-        QCOMPARE(ImagePreviewDialog(nullptr, QPixmap(limits)).windowTitle(),
-                 QString("Image Preview"));
-        QCOMPARE(ImagePreviewDialog(nullptr, QPixmap(high)).windowTitle(),
-                 QString("Image Preview (50%)"));
-        QVERIFY(QDir(folder.path()).mkpath("taken.jpg"));
+        QVERIFY(!ImagePreviewDialog(nullptr, QPixmap(limits)).windowTitle().contains('%'));
+        const QPixmap high(100, limits.height() * 2);
+        QVERIFY(ImagePreviewDialog(nullptr, high).windowTitle().endsWith("(50%)"));
         ImagePreviewDialog dialog(nullptr, QPixmap(300, 10));
         BoxAnswer failure(QMessageBox::Ok);
-        for (const char *name : {"a.png", "b", "taken"}) {
+        for (const char *name : {"a.png", "b", "gone/c"}) {
             DialogAnswer answer(fileChoice(folder.filePath(name)));
             dialog.findChild<QPushButton *>("saveButton")->click();
-            QVERIFY(answer.wasAsked());
+            QCOMPARE(failure.wasAsked(), QString(name) == "gone/c");
         }
-        QCOMPARE(failure.title, QString("Save failed"));
         QCOMPARE(QImageReader(folder.filePath("a.png"), "png").size(), QSize(300, 10));
         QCOMPARE(QImageReader(folder.filePath("b.jpg"), "jpeg").size(), QSize(300, 10));
     }
 
-    /// Each change is one step for the whole selection; a refused one leaves the others.
-    void itemPropertiesOfNotes()
+    /// Each change is one step for the whole selection; a refused one leaves the others. Style and
+    /// thickness of a line are not read.
+    void itemProperties()
     {
         Sheet sheet;
         Sticky *note = sheet.addNote(QRectF(100, 100, 120, 80));
-        sheet.addNote(QRectF(300, 100, 120, 80), "Loss")->setSelected(true);
-        note->setSelected(true);
+        sheet.addNote(QRectF(300, 100, 120, 80), "Loss");
+        Line *line = sheet.addLine(QPointF(400, 400), QPointF(600, 500));
+        line->setLineStyle(Qt::DashLine);
+        line->setBorderLineWidth(8);
+        line->setArrowStyle(Line::NoArrows);
+        sheet.scene.selectAll();
         const QString before = describe(sheet.scene);
-        ItemPropertiesDialog dialog(&sheet.scene, note, nullptr, nullptr);
         ItemPropertiesDialog(&sheet.scene, note, nullptr, nullptr).accept();
         QCOMPARE(sheet.getSteps(), 0);
+        ItemPropertiesDialog dialog(&sheet.scene, note, line, nullptr);
         auto *roles = dialog.findChild<QListWidget *>("rolesList");
         QCOMPARE(roles->currentItem()->text(), QString("Event"));
         roles->setCurrentItem(roles->findItems("Loss", Qt::MatchExactly).first());
@@ -129,34 +125,17 @@ private slots:
         dialog.findChild<QSpinBox *>("borderThickness")->setValue(4);
         BoxAnswer refusal(QMessageBox::Ok); // a chart has one Loss
         dialog.accept();
-        QVERIFY(refusal.wasAsked());
-        QCOMPARE(note->getRoleType(), QString("Event"));
+        QVERIFY(refusal.wasAsked() && note->getRoleType() == "Event");
         for (Sticky *each : sheet.scene.getAllNotes()) {
             QCOMPARE(each->getRecord().textAlignment, Qt::AlignVCenter | Qt::AlignJustify);
             QVERIFY(each->isNotRelevant() && each->getBorderLineWidth() == 4);
         }
-        QCOMPARE(sheet.getSteps(), 3);
-        for (int i = 0; i < 3; ++i)
-            sheet.scene.getUndoStack()->undo();
+        const CanvasItemInfo &now = line->getRecord();
+        QVERIFY(now.lineStyle == Qt::SolidLine && now.borderLineWidth == 2 && !now.arrowStyle);
+        QCOMPARE(sheet.getSteps(), 5);
+        sheet.getStack()->setIndex(0);
         QCOMPARE(describe(sheet.scene), before);
-    }
-
-    /// Style and thickness are not read.
-    void itemPropertiesOfALine()
-    {
-        Sheet sheet;
-        Line *line = sheet.addLine(QPointF(400, 400), QPointF(600, 500));
-        line->setSelected(true);
-        line->setLineStyle(Qt::DashLine);
-        line->setBorderLineWidth(8);
-        line->setArrowStyle(Line::NoArrows);
-        ItemPropertiesDialog dialog(&sheet.scene, nullptr, line, nullptr);
-        QCOMPARE(dialog.getArrowStyle(), Line::NoArrows);
-        dialog.accept();
-        QCOMPARE(line->getRecord().lineStyle, int(Qt::SolidLine));
-        QCOMPARE(line->getBorderLineWidth(), 2);
-        QCOMPARE(sheet.getSteps(), 2);
-        ItemPropertiesDialog late(&sheet.scene, nullptr, line, nullptr);
+        ItemPropertiesDialog late(&sheet.scene, note, line, nullptr);
         sheet.scene.clear();
         late.accept(); // after its items are gone
         QCOMPARE(sheet.getSteps(), 0);

@@ -16,6 +16,9 @@
 #include <QDesktopServices>
 #include <QHelpContentWidget>
 #include <QHelpEngine>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QProcess>
@@ -128,6 +131,11 @@ private slots:
         QTRY_COMPARE(frame->toPlainText(), QString("Hello"));
         view->loadUrl(QUrl("qthelp://a.b/doc/gone.html"));
         QTRY_COMPARE(frame->toPlainText(), QString());
+        window.menuBar()->actions().first()->menu()->actions().last()->trigger();
+        auto *words = window.findChild<QLineEdit *>();
+        words->setText("lo ell");
+        words->returnPressed();
+        QTRY_COMPARE(view->selectedText(), QString("lo"));
     }
 
     void underlinedWords()

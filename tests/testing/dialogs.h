@@ -1,14 +1,10 @@
 #pragma once
 
-#include <QAbstractButton>
 #include <QApplication>
-#include <QDialog>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPointer>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -17,7 +13,7 @@
 
 /// Answers the next modal widget, which runs its own event loop inside the code under test.
 /// Make it before the call that shows the dialog, and look at wasAsked() afterwards. A dialog
-/// that the answer leaves open is closed after three seconds, so that no test hangs.
+/// that is refused for three seconds is closed, so that no test hangs.
 class DialogAnswer
 {
 public:
@@ -26,7 +22,7 @@ public:
 
     explicit DialogAnswer(Answer answer) : answer(std::move(answer))
     {
-        QObject::connect(&timer, &QTimer::timeout, &timer, [this] { look(); });
+        timer.callOnTimeout([this] { look(); });
         timer.start(10);
     }
 
@@ -35,72 +31,50 @@ public:
 private:
     void look()
     {
-        QPointer<QWidget> widget = QApplication::activePopupWidget();
-        if (!widget)
-            widget = QApplication::activeModalWidget();
+        QWidget *popup = QApplication::activePopupWidget();
+        QWidget *widget = popup ? popup : QApplication::activeModalWidget();
         if (!widget)
             return;
-        if (!age.isValid())
-            age.start();
-        if (age.elapsed() > 3000) {
+        timer.stop(); // the answer may run another dialog
+        asked = answer(widget);
+        if (asked)
+            return;
+        timer.start();
+        if (++refusals > 300)
             widget->close();
-        } else if (!busy) {
-            busy = true; // the answer may run another dialog and delete this one
-            asked = answer(widget);
-            busy = false;
-            if (asked)
-                timer.stop();
-        }
     }
 
     Answer answer;
     QTimer timer;
-    QElapsedTimer age;
+    int refusals = 0;
     bool asked = false;
-    bool busy = false;
 };
 
-/// Presses a button of the next message box and keeps what the box said.
+/// Presses a button of the next message box, by its text when it is the box's own, and keeps what
+/// the box said.
 class BoxAnswer : public DialogAnswer
 {
 public:
-    explicit BoxAnswer(QMessageBox::StandardButton button)
-        : BoxAnswer([button](QMessageBox *box) { return box->button(button); })
-    {
-    }
-
-    /// By the text of a button of the box's own.
-    explicit BoxAnswer(const QString &buttonText)
-        : BoxAnswer([buttonText](QMessageBox *box) -> QAbstractButton * {
-              for (QAbstractButton *button : box->buttons()) {
-                  if (button->text().remove('&') == buttonText)
-                      return button;
+    explicit BoxAnswer(QMessageBox::StandardButton button, const QString &itsText = QString())
+        : DialogAnswer([=](QWidget *widget) {
+              auto *box = qobject_cast<QMessageBox *>(widget);
+              for (QAbstractButton *each : box ? box->buttons() : QList<QAbstractButton *>()) {
+                  if (box->standardButton(each) != button || !each->text().contains(itsText))
+                      continue;
+                  title = box->windowTitle();
+                  text = box->text();
+                  defaultButton = box->defaultButton() ? box->defaultButton()->text() : QString();
+                  each->click();
+                  return true;
               }
-              return nullptr;
+              return false;
           })
     {
     }
 
     QString title;
     QString text;
-    QString defaultButton; ///< its text, without the mark of the mnemonic
-
-private:
-    explicit BoxAnswer(std::function<QAbstractButton *(QMessageBox *)> choose)
-        : DialogAnswer([this, choose](QWidget *widget) {
-              auto *box = qobject_cast<QMessageBox *>(widget);
-              QAbstractButton *button = box ? choose(box) : nullptr;
-              if (!button)
-                  return false;
-              title = box->windowTitle();
-              text = box->text();
-              if (box->defaultButton())
-                  defaultButton = box->defaultButton()->text().remove('&');
-              button->click();
-              return true;
-          })
-    {
-    }
+    QString defaultButton; ///< its text
 };
 
 /// Answers the next dialog of a type and passes by those that stand before it.
@@ -138,12 +112,5 @@ inline DialogAnswer::Answer numberChoice(int number)
 /// Rejects whatever dialog comes next.
 inline DialogAnswer::Answer cancellation()
 {
-    return [](QWidget *widget) {
-        auto *dialog = qobject_cast<QDialog *>(widget);
-        if (dialog)
-            dialog->reject();
-        else
-            widget->close();
-        return true;
-    };
+    return [](QWidget *widget) { return widget->close(); };
 }

@@ -5,8 +5,10 @@
 #include "chart/sheethost.h"
 #include "chart/sticky.h"
 
+#include <QApplication>
 #include <QGraphicsScene>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPair>
 
@@ -21,13 +23,17 @@ public:
     QMenu *getLineContextMenu() override { return &lineMenu; }
     void onCausalFactorChanged(Sticky *note) override { changedFactors.append(note); }
     QWidget *getDialogParent() override { return nullptr; }
-    Sticky *getNoteWithGUID(const QString &guid) const override
+    ProjectItem *getItem(const QString &guid) const
     {
         for (const ChartSheet *sheet : sheets) {
-            if (auto *note = qobject_cast<Sticky *>(sheet->getItemWithGUID(guid)))
-                return note;
+            if (ProjectItem *item = sheet->getItemWithGUID(guid))
+                return item;
         }
         return nullptr;
+    }
+    Sticky *getNoteWithGUID(const QString &guid) const override
+    {
+        return qobject_cast<Sticky *>(getItem(guid));
     }
     ChartSheet *getSceneForParent(const QString &guid) const override
     {
@@ -44,63 +50,30 @@ public:
     QList<Sticky *> changedFactors;
 };
 
-/// A bare scene that answers as a sheet and writes down what reaches the form.
-class FakeSheet : public QGraphicsScene, public ChartSheet
-{
-public:
-    explicit FakeSheet(FakeHost *host, const QString &owner = QString()) : host(host), owner(owner)
-    {
-        host->sheets.append(this);
-    }
-    ~FakeSheet() override
-    {
-        clear(); // items report their end to a whole sheet
-        host->sheets.removeOne(this);
-    }
-
-    SheetHost *getHost() const override { return host; }
-    QString getOwnerGUID() const override { return owner; }
-    int getViewZoom() const override { return 100; }
-    Sticky *getNoteAt(QPointF) const override { return nullptr; }
-    ProjectItem *getItemWithGUID(const QString &guid) const override { return index.value(guid); }
-    int getFirstUnusedCFNumber() const override { return 1; }
-    void setHighlightToNote(Sticky *) override {}
-    void dragNewLine(const QPointF &) override {}
-    void setConnectedFormField(const QString &id, const QString &text) override
-    {
-        formFields.append({id, text});
-    }
-    void itemEntered(ProjectItem *item) override { index.insert(item->getGUID(), item); }
-    void itemLeft(ProjectItem *item) override { index.remove(item->getGUID()); }
-
-    /// Puts a note there.
-    Sticky *addNote(CanvasItemInfo info)
-    {
-        auto *note = new Sticky(this, info);
-        addItem(note);
-        return note;
-    }
-
-    QList<QPair<QString, QString>> formFields;
-
-private:
-    FakeHost *host; // outlives the sheet
-    QString owner;
-    QHash<QString, ProjectItem *> index;
-};
-
-/// The record of a note, ready to be built.
+/// The record of a note, ready to be built, or of another item that fills the place.
 inline CanvasItemInfo noteInfo(const QString &guid, const QRectF &geometry,
-                               const QString &text = QString(), const QString &role = "Event")
+                               const QString &text = QString(), const QString &role = "Event",
+                               int type = NoteItemType)
 {
     CanvasItemInfo info;
-    info.type = NoteItemType;
+    info.type = type;
     info.guid = guid;
     info.startPoint = geometry.topLeft();
+    info.endPoint = geometry.bottomRight();
     info.size = geometry.size();
     info.text = text;
     info.role = Role(role);
     return info;
+}
+
+/// QTest's own moves carry no buttons.
+inline void sendMouse(QWidget *widget, QEvent::Type type, const QPoint &place,
+                      Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers keys = {})
+{
+    QMouseEvent event(type, place, widget->mapToGlobal(place),
+                      type == QEvent::MouseMove ? Qt::NoButton : button,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : button, keys);
+    QApplication::sendEvent(widget, &event);
 }
 
 /// The colour at a scene point of a sheet drawn on white.

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "chart/line.h"
-#include "chart/svgpicture.h"
 #include "project/projectfile.h"
+#include "sheet/projectscene.h"
 #include "testing/fakes.h"
 #include "testing/files.h"
 
@@ -15,17 +14,20 @@
 class TestProject : public QObject, public FakeHost
 {
 public:
-    TestProject() : mainSheet(this), file(this)
+    TestProject() : file(this)
     {
+        addSheet(nullptr);
         connect(&file, &ProjectFile::loadedItem, this, [this](CanvasItemInfo &info) {
             records[info.guid] = info;
-            add(info, info.parent);
+            auto *note = qobject_cast<Sticky *>(add(info, info.parent));
             if (info.parent.isEmpty() && info.role.isParentItem())
-                factorSheets.push_back(std::make_unique<FakeSheet>(this, info.guid));
+                addSheet(note);
         });
         connect(&file, &ProjectFile::loadedFormData, this,
                 [this](const FormValues &values) { formValues = values; });
     }
+
+    ~TestProject() override { sheets.clear(); } // nobody is found any more
 
     /// Opens the file.
     explicit TestProject(const QString &path) : TestProject() { QVERIFY(open(path)); }
@@ -37,33 +39,31 @@ public:
     /// A new item on the sheet of the owner; null for a type without items.
     ProjectItem *add(CanvasItemInfo info, const QString &owner = QString())
     {
-        auto *sheet = static_cast<FakeSheet *>(getSceneForParent(owner));
-        if (info.type >= EventTool && info.type <= ImageTool)
-            items.append(new Sticky(sheet, info));
-        else if (info.type == ConnectorTool || info.type == ArrowTool)
-            items.append(new Line(sheet, info));
-        else if (info.type == NewBarrierTool)
-            items.append(new SVGPicture(":/images/newBarrier.svg", sheet, info));
-        else
-            return nullptr;
-        sheet->addItem(items.last());
-        return items.last();
+        auto *sheet = static_cast<ProjectScene *>(getSceneForParent(owner));
+        ProjectItem *item = sheet->loadCanvasItem(info);
+        if (item)
+            items.append(item);
+        return item;
     }
     template<typename Item = ProjectItem> Item *find(const QString &guid) const
     {
-        for (ProjectItem *item : items) {
-            if (item->getGUID() == guid)
-                return qobject_cast<Item *>(item);
-        }
-        return nullptr;
+        return qobject_cast<Item *>(getItem(guid));
     }
 
     QMap<QString, CanvasItemInfo> records; // as they were emitted
     FormValues formValues;
-    FakeSheet mainSheet;
-    std::vector<std::unique_ptr<FakeSheet>> factorSheets;
     QList<ProjectItem *> items;
     ProjectFile file;
+
+private:
+    void addSheet(Sticky *owner)
+    {
+        scenes.push_back(std::make_unique<ProjectScene>(this, nullptr, nullptr, nullptr,
+                                                        QSize(1606, 1030), owner));
+        sheets.append(scenes.back().get());
+    }
+
+    std::vector<std::unique_ptr<ProjectScene>> scenes; // the main sheet first
 };
 
 /// The statements that make an empty project, and `more`.

@@ -3,6 +3,7 @@
 #include "chart/chartsheet.h"
 #include "chart/line.h"
 
+#include <QDebug>
 #include <QGraphicsScene>
 #include <QRectF>
 
@@ -15,23 +16,19 @@ inline QString describe(const QPointF &p)
 inline QString describe(const CanvasItemInfo &info)
 {
     const auto color = [](const QColor &c) { return c.isValid() ? c.name() : QString("-"); };
-    return QString(
-               "%1 %2 %3 at %4 to %5 size %6 %7 font %8 %9 text %10 fill %11 align %12 line %13 "
-               "border %14 factor %15 of %16 siblings %17 arrow %18 image %19%20")
-        .arg(info.type)
-        .arg(info.role.getTypeName(), info.guid, describe(info.startPoint), describe(info.endPoint),
-             describe(QPointF(info.size.width(), info.size.height())), '"' + info.text + '"',
-             info.font.toString())
-        .arg(info.customFont)
-        .arg(color(info.textColor), color(info.backgroundColor))
-        .arg(int(info.textAlignment))
-        .arg(info.lineStyle)
-        .arg(info.borderLineWidth)
-        .arg(info.causalFactorNumber)
-        .arg(info.parent, info.siblings.join('+'))
-        .arg(info.arrowStyle)
-        .arg(info.image.width())
-        .arg(info.notRelevant ? " not relevant" : "");
+    const QPointF size(info.size.width(), info.size.height());
+    QString text;
+    QDebug(&text).noquote() << info.type << info.role.getTypeName() << info.guid << "at"
+                            << describe(info.startPoint) << "to" << describe(info.endPoint)
+                            << "size" << describe(size) << '"' + info.text + '"' << "font"
+                            << info.font.toString() << int(info.customFont) << "text"
+                            << color(info.textColor) << "fill" << color(info.backgroundColor)
+                            << "align" << int(info.textAlignment) << "line" << info.lineStyle
+                            << "border" << info.borderLineWidth << "factor"
+                            << info.causalFactorNumber << "of" << info.parent << "siblings"
+                            << info.siblings.join('+') << "arrow" << info.arrowStyle << "image"
+                            << info.image.width() << (info.notRelevant ? "not relevant" : "");
+    return text.trimmed();
 }
 
 inline QString describe(const ConnectionInfo &end)

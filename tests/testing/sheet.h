@@ -9,7 +9,6 @@
 
 #include <QGraphicsView>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QSignalSpy>
 #include <QUndoGroup>
 
@@ -46,32 +45,21 @@ struct Sheet {
 
     Line *addLine(const QPointF &from, const QPointF &to, int type = ArrowTool)
     {
-        CanvasItemInfo info;
-        info.type = type;
-        info.startPoint = from;
-        info.endPoint = to;
-        return qobject_cast<Line *>(add(info));
+        return qobject_cast<Line *>(add(noteInfo({}, QRectF(from, to), {}, {}, type)));
     }
 
     ProjectItem *addBarrier(const QPointF &at)
     {
-        CanvasItemInfo info = noteInfo(QString(), QRectF(at, QSizeF()));
-        info.type = NewBarrierTool;
-        return add(info);
+        return add(noteInfo({}, QRectF(at, QSizeF()), {}, {}, NewBarrierTool));
     }
 
     bool show() { return view.show(), QTest::qWaitForWindowExposed(&view); }
 
-    void press(QPointF p, Qt::MouseButton b = Qt::LeftButton)
-    {
-        send(QEvent::MouseButtonPress, p, b);
-    }
-    void move(QPointF p, Qt::MouseButton b = Qt::LeftButton) { send(QEvent::MouseMove, p, b); }
-    void release(QPointF p, Qt::MouseButton b = Qt::LeftButton)
-    {
-        send(QEvent::MouseButtonRelease, p, b);
-    }
-    void click(QPointF p, Qt::MouseButton b = Qt::LeftButton) { press(p, b), release(p, b); }
+    using Button = Qt::MouseButton;
+    void press(QPointF p, Button b = Qt::LeftButton) { send(QEvent::MouseButtonPress, p, b); }
+    void move(QPointF p, Button b = Qt::LeftButton) { send(QEvent::MouseMove, p, b); }
+    void release(QPointF p, Button b = Qt::LeftButton) { send(QEvent::MouseButtonRelease, p, b); }
+    void click(QPointF p, Button b = Qt::LeftButton) { press(p, b), release(p, b); }
     void drag(const QPointF &from, const QPointF &to)
     {
         press(from);
@@ -103,13 +91,8 @@ struct Sheet {
     QGraphicsView view;
 
 private:
-    // QTest's own moves carry no buttons.
-    void send(QEvent::Type type, const QPointF &p, Qt::MouseButton button)
+    void send(QEvent::Type type, const QPointF &p, Button button)
     {
-        const QPoint point = view.mapFromScene(p);
-        QMouseEvent event(type, point, view.viewport()->mapToGlobal(point),
-                          type == QEvent::MouseMove ? Qt::NoButton : button,
-                          type == QEvent::MouseButtonRelease ? Qt::NoButton : button, {});
-        QApplication::sendEvent(view.viewport(), &event);
+        sendMouse(view.viewport(), type, view.mapFromScene(p), button);
     }
 };

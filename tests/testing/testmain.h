@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QApplication>
+#include "shell/application.h"
+
 #include <QDir>
 #include <QFile>
 #include <QSettings>
@@ -8,8 +9,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-/// A home of its own for one test program: neither the data folder nor the
-/// settings of whoever runs the tests is touched.
+/// A home of its own for one test program, made before the application: neither the data folder nor
+/// the settings of whoever runs the tests is touched.
 class TestHome
 {
 public:
@@ -22,6 +23,7 @@ public:
         qputenv("QT_FONT_DPI", "96");
         qputenv("LANG", "C.UTF-8");
         qputenv("LC_ALL", "C.UTF-8");
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
     }
@@ -29,17 +31,6 @@ public:
 private:
     QTemporaryDir home;
 };
-
-/// The application identity and attributes that the program's main sets too.
-inline void prepareTestApplication()
-{
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    QCoreApplication::setAttribute(Qt::AA_Use96Dpi);
-    QCoreApplication::setOrganizationName("Tarn Ledger Consulting");
-    QCoreApplication::setOrganizationDomain("none");
-    QCoreApplication::setApplicationName("Examiner");
-    QCoreApplication::setApplicationVersion("2.01");
-}
 
 /// The folder that the program keeps its data in, made if it is missing.
 inline QString makeDataFolder()
@@ -53,8 +44,7 @@ inline QString makeDataFolder()
     int main(int argc, char **argv)                                                                \
     {                                                                                              \
         TestHome home;                                                                             \
-        prepareTestApplication();                                                                  \
-        QApplication application(argc, argv);                                                      \
+        Application application(argc, argv);                                                       \
         makeDataFolder();                                                                          \
         TestClass test;                                                                            \
         return QTest::qExec(&test, argc, argv);                                                    \

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "chart/line.h"
-#include "chart/sticky.h"
 #include "editing/commands.h"
 #include "form/formview.h"
 #include "project/projectfile.h"
@@ -14,7 +12,6 @@
 
 #include <QAction>
 #include <QSettings>
-#include <QStatusBar>
 #include <QUndoStack>
 #include <QWebElement>
 
@@ -48,13 +45,9 @@ struct TestWindow {
         waitForForm();
     }
 
-    QList<QAction *> actions() const
-    {
-        return window.findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly);
-    }
     QAction *action(const QString &text) const
     {
-        for (QAction *action : actions()) {
+        for (auto *action : window.findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly)) {
             if (action->text() == text)
                 return action;
         }
@@ -68,9 +61,7 @@ struct TestWindow {
 
     ProjectItem *add(int type, const QRectF &place, const QString &role = QString())
     {
-        CanvasItemInfo info = noteInfo(QString(), place, role, role);
-        info.type = type;
-        info.endPoint = place.bottomRight();
+        CanvasItemInfo info = noteInfo(QString(), place, role, role, type);
         return chart()->loadCanvasItem(info);
     }
 
@@ -78,11 +69,6 @@ struct TestWindow {
                     const QSizeF &size = QSizeF(120, 80))
     {
         return qobject_cast<Sticky *>(add(NoteItemType, QRectF(position, size), role));
-    }
-
-    Line *addLine(const QPointF &from, const QPointF &to)
-    {
-        return qobject_cast<Line *>(add(ConnectorTool, QRectF(from, to)));
     }
 
     /// A change of the user's, with its undo step.
