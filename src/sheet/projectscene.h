@@ -229,6 +229,7 @@ private:
     void renumber(Sticky *note, int number);
     bool isAlive(ProjectItem *item) const { return ownedItems.contains(item); }
     void reportSelection();
+    void tellSelection();
 
     bool printEnabled = true;
     SheetHost *host; // not owned, like the next two; all outlive the sheet
@@ -261,4 +262,5 @@ private:
     QTimer boundTimer;                            // forgets it at the end of the turn
     int selectionReports = 0;                     // in this turn of the event loop
     QTimer selectionTimer;
+    QList<QGraphicsItem *> toldSelection; // as last reported; its items may be gone
 };

@@ -305,15 +305,22 @@ void ProjectScene::onSelectionChanged()
     if (!selectionTimer.isActive())
         selectionTimer.start(0);
     if (++selectionReports <= SingleReports)
-        emit selectionChanged(selectedItems());
+        tellSelection();
 }
 
+// The toolkit takes the whole selection apart when one item of several is clicked, and reports
+// nothing of the one that stays.
 void ProjectScene::reportSelection()
 {
-    const bool missed = selectionReports > SingleReports;
     selectionReports = 0;
-    if (missed)
-        emit selectionChanged(selectedItems());
+    if (toldSelection != selectedItems())
+        tellSelection();
+}
+
+void ProjectScene::tellSelection()
+{
+    toldSelection = selectedItems();
+    emit selectionChanged(toldSelection);
 }
 
 void ProjectScene::onFormValueChanged(QString id, QString value)

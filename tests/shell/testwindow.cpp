@@ -67,6 +67,14 @@ private slots:
             QCOMPARE(roleBox()->isEnabledTo(toolbar), roleAndFont);
             QCOMPARE(w.action("Choose Font")->isEnabled(), roleAndFont);
         }
+        line->setSelected(false);
+        picture->setSelected(false);
+        w.addNote("Event", QPointF(200, 400))->setSelected(true);
+        note->setSelected(true);
+        const QPoint place = w.view()->mapFromScene(note->sceneBoundingRect().center());
+        QTest::mouseClick(w.view()->viewport(), Qt::LeftButton, Qt::NoModifier, place);
+        QCOMPARE(w.chart()->selectedItems(), QList<QGraphicsItem *>({note}));
+        QTRY_VERIFY(toolbar->isEnabled());
     }
 
     /// The commands show what is selected; each changes it in one step.
