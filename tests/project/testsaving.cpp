@@ -150,7 +150,7 @@ private slots:
         QTRY_VERIFY(requested.count() >= 1);
     }
 
-    void keepsWhatItDidNotWrite()
+    void keptCopies()
     {
         KeptCopies copies(kept);
         const QString name = folder.filePath(QString(60, 'x') + "\n\u6a4b.epf.autosave");
@@ -160,11 +160,8 @@ private slots:
         writeBytes(name, "theirs");
         QVERIFY(copies.keepCopy(name));
         QCOMPARE(readBytes(getKeptPath("x_\u6a4b.epf.autosave.epf")), QByteArray("theirs"));
-    }
 
-    void theNewestStay()
-    {
-        KeptCopies copies(kept);
+        // Of more than twenty the newest stay.
         writeBytes(path + "-wal", "log");
         for (int i = 0; i < 25; ++i) {
             writeBytes(path, QByteArray::number(i));
@@ -218,8 +215,14 @@ private slots:
         TestProject project;
         setBlocked(true);
         QVERIFY(!project.saveNew(path) && project.file.getOpenFilename() == "untitled");
-        QCOMPARE(readBytes(path), before);
         setBlocked(false);
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit none = {0, RLIM_INFINITY}, any = {RLIM_INFINITY, RLIM_INFINITY};
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &none), 0); // as on a full disk
+        const bool saved = project.saveNew(path) || project.save(autoSave);
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &any), 0);
+        QVERIFY(!saved && !QFile::exists(autoSave));
+        QCOMPARE(readBytes(path), before);
         writeBytes(path + "-journal", "half a save");
         QVERIFY(project.saveNew(path) && read("SELECT * FROM items").isEmpty());
         QCOMPARE(readBytes(getKeptPath(" project.epf")), before);
@@ -282,19 +285,6 @@ private slots:
         QVERIFY(project.save(autoSave) && project.save(path));
         QVERIFY(!QFile::exists(autoSave) && getKept().isEmpty());
         QCOMPARE(readBytes(target), QByteArray("precious"));
-    }
-
-    void nothingGoesWhereThereIsNoRoom()
-    {
-        const QByteArray before = readBytes(makeFile());
-        TestProject project;
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit none = {0, RLIM_INFINITY}, any = {RLIM_INFINITY, RLIM_INFINITY};
-        QCOMPARE(setrlimit(RLIMIT_FSIZE, &none), 0);
-        const bool saved = project.saveNew(path) || project.save(autoSave);
-        QCOMPARE(setrlimit(RLIMIT_FSIZE, &any), 0);
-        QVERIFY(!saved && !QFile::exists(autoSave));
-        QCOMPARE(readBytes(path), before);
     }
 
     void snapshots()
