@@ -180,10 +180,8 @@ private slots:
         QCOMPARE(drawTwice(&plain, QRectF(0, 0, 17, 82)), drawing);
 
         QImage stripes(196, 100, QImage::Format_ARGB32_Premultiplied);
-        for (int x = 0; x < stripes.width(); ++x) {
-            for (int y = 0; y < stripes.height(); ++y)
-                stripes.setPixelColor(x, y, x % 2 ? Qt::red : Qt::blue);
-        }
+        for (int i = 0; i < 196 * 100; ++i)
+            stripes.setPixelColor(i % 196, i / 196, i % 2 ? Qt::red : Qt::blue);
         info = noteInfo("{image}", QRectF(100, 100, 102, 100), "x");
         info.image = QPixmap::fromImage(stripes);
         auto *picture = new Sticky(scene, info);

@@ -63,7 +63,7 @@ private slots:
         // clang-format on
     }
 
-    void addedItemComesAndGoes()
+    void itemsComeAndGo()
     {
         static int told = 0; // the toolkit warns of an item that stands there already
         const auto former = qInstallMessageHandler(
@@ -76,10 +76,8 @@ private slots:
         QVERIFY(!lines[0]->scene());
         stack.redo();
         QVERIFY(lines[0]->scene() && !lines[0]->isSelected());
-    }
 
-    void deletionTellsTheNotes()
-    {
+        // The notes are told of a deletion.
         notes[0]->setRoleType("Causal_Factor");
         lines[0]->setStartConnection({notes[0], Sticky::BottomSide});
         const QSignalSpy removed(notes[0], &Sticky::causalFactorRemoved);
@@ -87,8 +85,7 @@ private slots:
         notes[0]->setSelected(true);
         stack.push(new DeleteCommand(&sheet.scene, {notes[0], notes[1]}));
         stack.undo();
-        QVERIFY(removed.size() == 1 && added.size() == 1);
-        QVERIFY(!notes[0]->isSelected());
+        QVERIFY(removed.size() == 1 && added.size() == 1 && !notes[0]->isSelected());
         QVERIFY(!lines[0]->getStartConnection().item); // what the deletion freed stays free
     }
 

@@ -66,10 +66,10 @@ private slots:
     void itemsComeMainSheetFirst()
     {
         TestProject project(makeFile());
-        QStringList guids;
+        QString guids;
         for (const ProjectItem *item : project.items)
-            guids << item->getGUID();
-        QCOMPARE(guids, QStringList({"{f}", "{e}", "{b}", "{l}", "{n}", "{m}"}));
+            guids += item->getGUID();
+        QCOMPARE(guids, QString("{f}{e}{b}{l}{n}{m}"));
         QVERIFY(!project.file.isDirty() && !project.file.isBusy());
         QCOMPARE(
             describe(project.records["{f}"]),
