@@ -3,22 +3,14 @@
 #include "shell/itempropertiesdialog.h"
 #include "shell/settings.h"
 #include "support/fonts.h"
+#include "support/supportfiles.h"
 #include "testing/files.h"
 #include "testing/sheet.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDoubleSpinBox>
-#include <QFontDialog>
-#include <QImageReader>
-#include <QLabel>
-#include <QListWidget>
-#include <QRadioButton>
-#include <QScreen>
-#include <QTableWidget>
-#include <QToolButton>
+#include <QHelpEngineCore>
+#include <QtWidgets>
 
-/// What dialogs take and give back.
+/// What dialogs take and give back, and the files that come with the program.
 class TestDialogs : public QObject
 {
     Q_OBJECT
@@ -139,6 +131,54 @@ private slots:
         sheet.scene.clear();
         late.accept(); // after its items are gone
         QCOMPARE(sheet.getSteps(), 0);
+    }
+
+    void copyKeepsTheTime()
+    {
+        const QDateTime noon(QDate(2020, 5, 1), QTime(12, 0));
+        const QTemporaryDir own;
+        const QString source = own.filePath("a"), copy = own.filePath("b");
+        copyIfNeeded(source, copy); // nothing to copy
+        QVERIFY(!QFile::exists(copy));
+        const auto write = [](const QString &path, const QByteArray &bytes, const QDateTime &time) {
+            writeBytes(path, bytes);
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::Append) &&
+                    file.setFileTime(time, QFileDevice::FileModificationTime));
+        };
+        write(source, "new", noon);
+        QVERIFY(QFile::setPermissions(source, QFile::ReadOwner));
+        for (int seconds : {-1, 1, 0}) { // an older one, a newer one, and one of the same time
+            QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
+            write(copy, "old", noon.addSecs(seconds));
+            copyIfNeeded(source, copy);
+            QCOMPARE(readBytes(copy), QByteArray(seconds ? "new" : "old"));
+            QVERIFY(QFileInfo(copy).lastModified() == noon && QFileInfo(copy).isWritable());
+        }
+        QCOMPARE(QDir(own.path()).entryList(QDir::Files), QStringList({"a", "b"}));
+    }
+
+    void theManualIsWhole()
+    {
+        copySupportFiles();
+        QHelpEngineCore engine(makeDataFolder() + "/helpcollection2.qhc");
+        const QRegularExpression link("(?:href|src)=\"([^\"]+)\"");
+        QVERIFY(engine.files("examiner.help", QString(), "html").size() > 10);
+        for (const QUrl &page : engine.files("examiner.help", QString(), "html")) {
+            auto links = link.globalMatch(QString::fromUtf8(engine.fileData(page)));
+            while (links.hasNext()) {
+                const QUrl target = page.resolved(QUrl(links.next().captured(1)));
+                QVERIFY2(!engine.fileData(target).isEmpty(), qPrintable(target.toString()));
+            }
+        }
+    }
+
+    void compiledInPicturesDecode()
+    {
+        QDirIterator walk(":/images", QDir::Files, QDirIterator::Subdirectories);
+        QVERIFY(walk.hasNext());
+        while (walk.hasNext())
+            QVERIFY2(!QImage(walk.next()).isNull(), qPrintable(walk.filePath()));
     }
 };
 

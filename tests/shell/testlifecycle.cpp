@@ -1,21 +1,28 @@
+#include "shell/exportdialog.h"
 #include "support/helptextbrowser.h"
+#include "support/pageinfo.h"
 #include "testing/dialogs.h"
 #include "testing/files.h"
 #include "testing/records.h"
 #include "testing/rows.h"
 #include "testing/window.h"
 
+#include <QComboBox>
 #include <QDragEnterEvent>
 #include <QFileOpenEvent>
+#include <QImageReader>
 #include <QMimeData>
+#include <QStatusBar>
 
-/// A project between window and disk. All tests share one window, emptied before each.
+/// A project between window and disk, and what leaves the window otherwise. All tests share one
+/// window, emptied before each.
 class TestLifecycle : public QObject
 {
     Q_OBJECT
 
     QString path(const QString &name) const { return folder->filePath(name); }
     QString dataFile(const QString &name) const { return makeDataFolder() + "/" + name; }
+    QStringList exported() const { return QDir(folder->path()).entryList(QDir::Files); }
     QStringList recent() const { return QSettings().value("recentFiles").toStringList(); }
     QStringList keptCopies() const { return QDir(dataFile("kept")).entryList(QDir::Files); }
     QString copySample(const QString &name) const
@@ -29,6 +36,18 @@ class TestLifecycle : public QObject
         w.window.saveProjectAs();
         QVERIFY(answer.wasAsked());
     }
+    void exportThroughDialog(const QString &format, const QString &area, const QString &name)
+    {
+        DialogAnswer choice(inDialog<ExportDialog>([&](ExportDialog *dialog) {
+            dialog->findChild<QComboBox *>("formatCombo")->setCurrentText(format);
+            dialog->findChild<QComboBox *>("areaCombo")->setCurrentText(area);
+            dialog->accept();
+        }));
+        DialogAnswer answer(fileChoice(path(name)));
+        w.action("Export...")->trigger();
+        QVERIFY(choice.wasAsked() && answer.wasAsked());
+    }
+
     /// All that a user sees of the chart, and what tells its state.
     QString describeProject() const
     {
@@ -257,8 +276,9 @@ private slots:
         w.makeDirty();
         w.chart()->getUndoStack()->undo();
         QVERIFY(!w.window.isWindowModified() && w.window.close());
+        QCOMPARE(keptCopies().size(), 1);
         w.empty();
-        w.window.openProject(dataFile("kept/") + keptCopies().value(0));
+        w.window.openProject(dataFile("kept/") + keptCopies().first());
         QCOMPARE(w.factorSheet()->getProjectItems().size(), 2);
     }
 
@@ -283,6 +303,85 @@ private slots:
         QCOMPARE(w.file->getOpenFilename(), path("x.epf"));
         // The one that waited comes when the save has ended.
         QTRY_COMPARE(w.file->getOpenFilename(), other);
+    }
+
+    void exportedNames()
+    {
+        const std::tuple<QString, const char *, const char *> rows[] = {
+            {"PNG Image", "x", "x.png"},
+            {"PNG Image", "x.PNG", "x.PNG"},
+            {"PNG Image", "x.pdf", "x.pdf.png"},
+            {"PDF Document", "x", "x.pdf"},
+        };
+        for (const auto &[format, typed, written] : rows) {
+            const Row in(written);
+            folder = std::make_unique<QTemporaryDir>();
+            exportThroughDialog(format, "Entire Chart", typed);
+            QCOMPARE(exported(), QStringList(written));
+            QCOMPARE(readBytes(path(written)).mid(1, 3), format.left(3).toLatin1());
+        }
+        QCOMPARE(QSettings().value("lastExportPath").toString(), folder->path());
+        DialogAnswer metafile(fileChoice(path("y")));
+        w.window.onExportClicked(false, ExportDialog::EMF);
+        QCOMPARE(exported(), QStringList("x.pdf")); // a metafile exists in name only
+        // A page's ending is that of the dialog that never came up.
+        DialogAnswer answer(fileChoice(path("x.png")));
+        w.action("Save page as PNG image...")->trigger();
+        QCOMPARE(QImageReader(path("x.png.pdf"), "PNG").size(), w.chart()->getPageSize());
+    }
+
+    /// The current page is that of the main view, whatever sheet is shown.
+    void exportedAreas()
+    {
+        const QSize page = w.chart()->getPageSize();
+        w.makeFactor(w.addNote("Event", QPointF(page.width() + 200, 200)));
+        w.chart()->checkCanvasSize();
+        QCoreApplication::processEvents();
+        w.view()->centerOn(page.width() * 1.5, 200);
+        w.tabs->setCurrentIndex(2);
+        QTRY_COMPARE(w.window.getCurrentScene(), w.factorSheet());
+        CanvasItemInfo info = noteInfo("{red}", QRectF(page.width() + 100, 100, 120, 80));
+        info.backgroundColor = Qt::red;
+        ProjectItem *note = w.factorSheet()->loadCanvasItem(info);
+        w.factorSheet()->checkCanvasSize();
+        const QSize whole(2 * page.width() + 20, page.height() + 20); // with its margin
+        const QSize alone = note->sceneBoundingRect().adjusted(-2, -2, 2, 2).size().toSize();
+        const QPair<const char *, QSize> rows[] = {
+            {"Entire Chart", whole}, {"Current Page", page}, {"Selected Items", alone}};
+        for (const auto &[area, size] : rows) {
+            const Row in(area);
+            note->setSelected(true);
+            exportThroughDialog("PNG Image", area, area);
+            QCOMPARE(QImageReader(path(area) + ".png").size(), size);
+            QVERIFY(w.factorSheet()->selectedItems().isEmpty());
+        }
+        QCOMPARE(QImage(path("Current Page.png")).pixelColor(130, 110), QColor(Qt::red));
+    }
+
+    /// Without a box, and what stood there stays.
+    void exportFailureShowsInTheStatusBar()
+    {
+        QVERIFY(QDir(folder->path()).mkpath("folder/x"));
+        for (const bool png : {true, false}) {
+            w.window.statusBar()->clearMessage();
+            png ? w.window.exportPNG(path("folder"), QRectF(0, 0, 10, 10))
+                : w.window.exportPDF(path("folder"), QRectF());
+            QVERIFY(!w.window.statusBar()->currentMessage().isEmpty());
+        }
+        QVERIFY(exported().isEmpty());
+    }
+
+    void settingsReachEverySheet()
+    {
+        w.makeFactor(w.addNote("Event", QPointF(200, 200)));
+        DialogAnswer answer(inDialog<QDialog>([](QDialog *dialog) {
+            dialog->findChild<QComboBox *>("paperSizeCombo")->setCurrentText("A4");
+            dialog->accept();
+        }));
+        w.action("&Project Settings")->trigger();
+        const QSize size = PageInfo().getPrintableArea().size();
+        QVERIFY(size.width() < 1200 && w.chart()->getPageSize() == size);
+        QCOMPARE(w.factorSheet()->getPageSize(), size);
     }
 };
 

@@ -1,3 +1,4 @@
+#include "shell/accessiblesheet.h"
 #include "shell/graphwidget.h"
 #include "shell/toolbutton.h"
 #include "shell/toolstoolbar.h"
@@ -12,8 +13,10 @@
 
 /// The middle of a large sheet, in a view of 400 by 400.
 struct ShownSheet {
-    ShownSheet() : view(&sheet.scene, nullptr), band(view.findChild<QRubberBand *>())
+    explicit ShownSheet(QSize page = QSize(1606, 1030))
+        : sheet(page), view(&sheet.scene, nullptr), band(view.findChild<QRubberBand *>())
     {
+        sheet.view.setScene(nullptr); // must not be taken for the other one
         view.resize(400, 400);
         view.show();
         view.centerOn(800, 500);
@@ -41,63 +44,16 @@ struct ShownSheet {
     QRubberBand *band;
 };
 
-/// The palette in a window of its own.
-struct Palette {
-    Palette() : bar(&window)
-    {
-        window.addToolBar(&bar);
-        window.resize(1600, 200);
-        window.show();
-    }
-
-    QList<ToolButton *> buttons() const { return bar.findChildren<ToolButton *>(); }
-    ToolButton *button(int tool) const
-    {
-        for (ToolButton *button : buttons()) {
-            if (button->defaultAction()->data() == tool)
-                return button;
-        }
-        return nullptr;
-    }
-
-    static void press(ToolButton *button, const QPoint &at, Qt::MouseButton with = Qt::LeftButton)
-    {
-        QTest::mouseClick(button, with, Qt::NoModifier, at);
-    }
-
-    /// Opens the button's menu by its arrow and presses the keys there.
-    void pickFromMenu(ToolButton *button, const QList<Qt::Key> &keys)
-    {
-        DialogAnswer answer([&](QWidget *menu) {
-            for (Qt::Key key : keys)
-                QTest::keyClick(menu, key);
-            return true;
-        });
-        press(button, QPoint(button->width() - 4, button->height() / 2));
-        QVERIFY(answer.wasAsked());
-    }
-
-    /// The tools whose buttons look pressed.
-    QList<int> pressed() const
-    {
-        QList<int> tools;
-        for (ToolButton *button : buttons()) {
-            if (button->isChecked() || button->isDown())
-                tools.append(button->defaultAction()->data().toInt());
-        }
-        return tools;
-    }
-
-    QMainWindow window;
-    ToolsToolBar bar;
-};
-
 /// The view of a sheet, the zoom, the tabs and the palette.
 class TestViews : public QObject
 {
     Q_OBJECT
 
+    static auto ask(QObject *object) { return QAccessible::queryAccessibleInterface(object); }
+
 private slots:
+    void initTestCase() { installAccessibleSheets(); }
+
     void dragsScrollNearTheEdges()
     {
         const std::tuple<const char *, QPoint, QPoint> rows[] = {
@@ -189,50 +145,140 @@ private slots:
     {
         const int rows[][4] = {{10, 25, 10, 20}, {110, 150, 100, 120}, {195, 200, 150, 200}};
         for (const auto &[from, in, out, wheel] : rows) {
-            ZoomWidget zoom;
-            zoom.setZoom(from);
-            zoom.getZoomInAction()->trigger();
-            QCOMPARE(zoom.getZoom(), in);
-            zoom.setZoom(from);
-            zoom.getZoomOutAction()->trigger();
-            QCOMPARE(zoom.getZoom(), out);
-            zoom.setZoom(from);
-            zoom.stepZoom(true);
-            QCOMPARE(zoom.getZoom(), wheel);
+            ZoomWidget zooms[3];
+            for (ZoomWidget &zoom : zooms)
+                zoom.setZoom(from);
+            zooms[0].getZoomInAction()->trigger();
+            zooms[1].getZoomOutAction()->trigger();
+            zooms[2].stepZoom(true);
+            QVERIFY(zooms[0].getZoom() == in && zooms[1].getZoom() == out);
+            QCOMPARE(zooms[2].getZoom(), wheel);
         }
     }
 
     void oneToolIsInUse()
     {
-        Palette palette;
-        ToolButton *lines = palette.button(ArrowTool), *event = palette.button(EventTool);
-        QSignalSpy selected(&palette.bar, &ToolsToolBar::toolSelectionChanged);
+        QMainWindow window;
+        ToolsToolBar bar(&window);
+        window.addToolBar(&bar);
+        window.resize(1600, 200);
+        window.show();
+        const auto buttons = bar.findChildren<ToolButton *>();
+        ToolButton *select = buttons[0], *hand = buttons[1], *event = buttons[2];
+        ToolButton *lines = buttons[7];
+        const auto press = [](ToolButton *button, const QPoint &at, Qt::MouseButton with) {
+            QTest::mouseClick(button, with, Qt::NoModifier, at);
+        };
+        const auto getPressed = [&] {
+            QStringList names;
+            for (const ToolButton *button : buttons) {
+                if (button->isChecked() || button->isDown())
+                    names += button->defaultAction()->text();
+            }
+            return names.join(' ');
+        };
+        const QPoint face(9, 9), arrow(lines->width() - 4, lines->height() / 2);
+        QSignalSpy selected(&bar, &ToolsToolBar::toolSelectionChanged);
         for (ToolButton *button : {event, lines, event, event}) {
-            palette.press(button, QPoint(9, 9));
-            QCOMPARE(palette.pressed(), QList<int>{button == event ? EventTool : ArrowTool});
+            press(button, face, Qt::LeftButton);
+            QCOMPARE(getPressed(), QString(button == event ? "Event" : "Arrow"));
         }
         QCOMPARE(selected.count(), 3);
-        palette.pickFromMenu(lines, {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return});
-        QCOMPARE(palette.bar.getSelectedTool(), int(StraightLineTool));
-        QCOMPARE(palette.pressed(), QList<int>{StraightLineTool});
-        palette.bar.cancelActiveTool();
-        QCOMPARE(palette.pressed(), QList<int>{SelectTool});
+        DialogAnswer pick([](QWidget *menu) {
+            for (Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
+                QTest::keyClick(menu, key);
+            return true;
+        });
+        press(lines, arrow, Qt::LeftButton);
+        QCOMPARE(getPressed(), QString("Straight Line"));
+        QCOMPARE(bar.getSelectedTool(), int(StraightLineTool));
+        bar.cancelActiveTool();
+        QCOMPARE(getPressed(), QString("Select"));
         // Whatever is done to a button that ends without a choice.
-        palette.press(event, QPoint(9, 9));
-        palette.pickFromMenu(lines, {Qt::Key_Escape});
-        palette.press(lines, QPoint(9, 9), Qt::RightButton);
-        palette.press(palette.button(HandTool), QPoint(9, 9), Qt::RightButton);
-        QCOMPARE(palette.pressed(), QList<int>{EventTool});
+        press(event, face, Qt::LeftButton);
+        DialogAnswer left(cancellation());
+        press(lines, arrow, Qt::LeftButton);
+        press(lines, face, Qt::RightButton);
+        press(hand, face, Qt::RightButton);
+        QVERIFY(left.wasAsked());
+        QCOMPARE(getPressed(), QString("Event"));
 
         // Five pixels are a drag; the first tool itself can't be dragged away.
-        ToolButton *button = palette.button(SelectTool);
         for (const QPoint &to : {QPoint(17, 17), QPoint(18, 17), QPoint(12, 13)}) {
-            QSignalSpy dragged(button, &ToolButton::dragStarting);
-            QTest::mousePress(button, Qt::LeftButton, Qt::NoModifier, QPoint(15, 15));
-            sendMouse(button, QEvent::MouseMove, to);
-            QTest::mouseRelease(button, Qt::LeftButton, Qt::NoModifier, to);
+            QSignalSpy dragged(select, &ToolButton::dragStarting);
+            sendMouse(select, QEvent::MouseButtonPress, QPoint(15, 15));
+            sendMouse(select, QEvent::MouseMove, to);
+            sendMouse(select, QEvent::MouseButtonRelease, to);
             QCOMPARE(dragged.count(), to == QPoint(17, 17) ? 0 : 1);
         }
+    }
+
+    void notesComeInReadingOrder()
+    {
+        ShownSheet shown(QSize(1000, 800));
+        shown.sheet.scene.setPagesGrid(2, 2);
+        QAccessibleInterface *reader = ask(&shown.view);
+        const QList<QPointF> places = {{100, 100},  {100, 500}, {500, 100},
+                                       {1100, 100}, {100, 900}, {1000, 800}};
+        for (int i = 5; i >= 0; --i)
+            shown.sheet.addNote(QRectF(places[i], QSizeF(120, 80)), "Event", QString::number(i));
+        shown.sheet.addLine(QPointF(0, 0), QPointF(50, 50));
+        QStringList read;
+        for (int i = 0; i < reader->childCount(); ++i) {
+            QAccessibleInterface *child = reader->child(i);
+            QCOMPARE(reader->indexOfChild(child), i);
+            read += child->text(QAccessible::Name) + child->text(QAccessible::Description);
+        }
+        QVERIFY(read[6].contains("Loss Of Control") && read[6].endsWith(" - A1")); // the legend
+        read.removeAt(6);
+        QCOMPARE(read.join(' ').remove("Event: ").remove("Page "),
+                 QString("0A1 1A1 2A1 3A2 4B1 5B2  - A2  - B1  - B2"));
+        QVERIFY(!reader->child(10) && !reader->child(-1));
+    }
+
+    void noteIsFoundUnderAPoint()
+    {
+        ShownSheet shown;
+        QAccessibleInterface *reader = ask(&shown.view);
+        Sticky *note = shown.sheet.addNote(QRectF(800, 460, 120, 80));
+        shown.view.setZoomScale(50);
+        const QRect place(shown.view.viewport()->mapToGlobal(shown.view.mapFromScene(800, 460)),
+                          QSize(60, 40));
+        QCOMPARE(ask(note)->rect().topLeft(), place.topLeft());
+        QVERIFY(qAbs(ask(note)->rect().width() - 60) <= 1);
+        QCOMPARE(reader->childAt(place.center().x(), place.center().y()), ask(note));
+        QVERIFY(!reader->childAt(place.right() + 90, place.center().y()));
+    }
+
+    void focusActionSelectsTheNoteAndShowsIt()
+    {
+        ShownSheet shown(QSize(1000, 800));
+        shown.sheet.scene.setPagesGrid(2, 2);
+        QAccessibleInterface *reader = ask(&shown.view);
+        Sticky *near = shown.sheet.addNote(QRectF(100, 100, 120, 80));
+        Sticky *far = shown.sheet.addNote(QRectF(1800, 1500, 120, 80));
+        near->setSelected(true);
+        QVERIFY(ask(far)->state().offscreen);
+        ask(far)->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+        QCOMPARE(shown.sheet.scene.getSelectedNotes(), QList<Sticky *>{far});
+        QVERIFY(!ask(far)->state().offscreen && reader->focusChild() == ask(far));
+        near->setSelected(true); // several notes are no place to be
+        QVERIFY(!reader->focusChild());
+    }
+
+    void goneNotesAreGone()
+    {
+        ShownSheet shown;
+        QAccessibleInterface *reader = ask(&shown.view);
+        shown.sheet.addNote(QRectF(100, 100, 120, 80))->setSelected(true);
+        shown.sheet.addNote(QRectF(300, 100, 120, 80));
+        QAccessibleInterface *child = reader->child(0);
+        shown.sheet.scene.deleteSelectedItems(); // an undo step keeps the note alive
+        QVERIFY(!reader->child(0));
+        QVERIFY(child->state().invisible && !child->parent() && child->rect().isNull());
+        shown.sheet.scene.clear();
+        QVERIFY(!reader->child(1));
+        QTRY_COMPARE(reader->childCount(), 1); // the corner of an empty page
     }
 };
 
