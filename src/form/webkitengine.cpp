@@ -4,11 +4,11 @@
 #include "form/formbridge.h"
 #include "form/formmodel.h"
 #include "form/webkitpage.h"
-#include "support/helptextbrowser.h"
 #include "support/log.h"
 
 #include <QUuid>
 #include <QWebFrame>
+#include <QWebView>
 
 namespace
 {
@@ -47,12 +47,13 @@ FormEngine *FormEngine::create(QHelpEngine *helpEngine, const QUrl &address, For
 
 WebKitEngine::WebKitEngine(QHelpEngine *helpEngine, const QUrl &address, FormBridge *bridge,
                            QWidget *parent)
-    : FormEngine(parent), bridge(bridge), webView(new HelpTextBrowser(helpEngine, parent))
+    : FormEngine(parent), bridge(bridge), webView(new QWebView(parent))
 {
+    webView->setContextMenuPolicy(Qt::PreventContextMenu);
     webView->setPage(new FormPage(helpEngine, address, webView));
     connect(webView, &QWebView::loadFinished, this, &WebKitEngine::onLoadFinished);
     if (!address.isEmpty())
-        webView->loadUrl(address);
+        webView->setUrl(address);
 }
 
 WebKitEngine::~WebKitEngine()

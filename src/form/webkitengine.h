@@ -5,8 +5,8 @@
 #include <QUrl>
 #include <QWebElement>
 
-class HelpTextBrowser;
 class QWebFrame;
+class QWebView;
 
 /// The form's page in QtWebKit: its elements are the only model, read and written at once.
 class WebKitEngine : public FormEngine
@@ -52,7 +52,7 @@ private:
     void setText(QWebElement &field, const QString &value);
 
     FormBridge *bridge;             // not owned, what the page's scripts see
-    HelpTextBrowser *webView;       // of the parent widget, goes with the engine
+    QWebView *webView;              // of the parent widget, goes with the engine
     QWebFrame *mainFrame = nullptr; // the page's, null until the first load has finished
     bool pageStands = false;
 };

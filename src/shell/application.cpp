@@ -2,7 +2,6 @@
 
 #include "support/qtcompat.h"
 #include "support/version.h"
-#include "support/websettings.h"
 
 #include <csignal>
 #include <exception>
@@ -13,7 +12,6 @@ Application::Application(int &argc, char **argv) : QApplication((prepareAttribut
     setOrganizationDomain("none");
     setApplicationName("Examiner");
     setApplicationVersion(ProgramVersionText);
-    applyWebSettings();
     std::signal(SIGXFSZ, SIG_IGN); // writing beyond a limit then fails as on a full disk
 }
 

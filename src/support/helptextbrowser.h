@@ -1,12 +1,13 @@
 #pragma once
 
+#include <QPointer>
 #include <QStringList>
-#include <QWebView>
+#include <QTextBrowser>
 
 class QHelpEngine;
 
-/// A web view that shows the files of a help collection.
-class HelpTextBrowser : public QWebView
+/// Shows the pages of a help collection, in the toolkit's own subset of HTML.
+class HelpTextBrowser : public QTextBrowser
 {
     Q_OBJECT
 
@@ -17,6 +18,9 @@ public:
     /// Shows a page with these words marked, from the first of them on.
     void showWords(const QUrl &url, const QStringList &words);
 
+    /// Nothing but what lies in the collection.
+    QVariant loadResource(int type, const QUrl &url) override;
+
 signals:
     /// A page stands, whoever asked for it.
     void pageShown(const QUrl &url);
@@ -24,8 +28,12 @@ signals:
 public slots:
     void loadUrl(QUrl url);
 
-private:
-    void markWords();
+protected:
+    void resizeEvent(QResizeEvent *event) override;
 
-    QStringList wantedWords; // of the page that is on its way
+private:
+    void openLink(const QUrl &url);
+    void markWords(const QStringList &words);
+
+    QPointer<QHelpEngine> helpEngine; // a window may delete it before its view
 };

@@ -1,5 +1,4 @@
 #include "shell/exportdialog.h"
-#include "support/helptextbrowser.h"
 #include "support/pageinfo.h"
 #include "testing/dialogs.h"
 #include "testing/files.h"
@@ -137,7 +136,7 @@ private slots:
                                                  {{project, project}, false},
                                                  {{path("x.txt")}, false},
                                                  {{project}, true}};
-        QWidget *page = w.form->findChild<HelpTextBrowser *>();
+        QWidget *page = w.form->findChild<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
         for (const auto &[paths, taken] : rows) {
             const Row in(qPrintable(paths.join(' ')));
             QMimeData data;
