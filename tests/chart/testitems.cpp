@@ -224,6 +224,10 @@ private slots:
             QCOMPARE(note->getClosestEdge(point), edge);
             QCOMPARE(note->getConnectionPoint(Sticky::AutoSide, point),
                      note->getEdgeMidPoint(autoSide));
+            note->setHighlightedEdge(autoSide); // its mark looks into the note
+            const QLineF inwards(note->getEdgeMidPoint(autoSide), note->getRect().center());
+            const QPointF tip = note->pos() + inwards.pointAt(10 / inwards.length());
+            QCOMPARE(colorAt(scene, tip), QColor(Qt::red));
         }
     }
 

@@ -212,8 +212,10 @@ private slots:
             {"a free end has no stub", {80, 30}, right, {200, 130}, free, {{100, 30}, {150, 30}, {150, 130}}},
             {"a free start has no stub", {0, 0}, free, {30, 100}, top, {{0, 40}, {30, 40}, {30, 80}}},
             {"the axis follows the ends, not the stubs", {80, 30}, right, {190, 130}, free, {{100, 30}, {145, 30}, {145, 130}}},
+            {"a stub may point away from the free end", {200, 30}, right, {100, 80}, free, {{220, 30}, {160, 30}, {160, 80}}},
 
             {"facing at one height", {80, 30}, right, {200, 30}, left, {{100, 30}, {180, 30}}},
+            {"facing above each other", {100, 100}, bottom, {200, 300}, top, {{100, 120}, {100, 200}, {200, 200}, {200, 280}}},
             {"facing at different heights", {80, 30}, right, {200, 130}, left, {{100, 30}, {140, 30}, {140, 130}, {180, 130}}},
             {"the target lies behind", {400, 30}, right, {100, 130}, left, {{420, 30}, {420, 80}, {80, 80}, {80, 130}}},
             {"the target lies straight behind", {300, 30}, right, {100, 30}, left, {{320, 30}, {320, 30}, {80, 30}, {80, 30}}},

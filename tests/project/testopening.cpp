@@ -71,6 +71,7 @@ private slots:
             guids += item->getGUID();
         QCOMPARE(guids, QString("{f}{e}{b}{l}{n}{m}"));
         QVERIFY(!project.file.isDirty() && !project.file.isBusy());
+        QVERIFY(!QSqlDatabase::database(QSqlDatabase::defaultConnection, false).isOpen());
         QCOMPARE(
             describe(project.records["{f}"]),
             QString("3 Causal_Factor {f} at 240,200 to 400,280 size 160,80 \"cause\" font %1 0 "

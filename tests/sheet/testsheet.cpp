@@ -104,11 +104,15 @@ private slots:
             sheet->getStack()->undo();
             QCOMPARE(describe(*scene), QString());
         }
-        sheet->program.tool = ConditionTool;                            // a click places it, too
-        for (const QPointF &p : {QPointF(303, 296), QPointF(300, 300)}) // on the note then
+        // A click places an item, too, unless it meets one.
+        sheet->program.tool = ConditionTool;
+        sheet->move(QPointF(303, 296), Qt::NoButton);
+        QVERIFY(isLandingPlaceShown());
+        for (const QPointF &p : {QPointF(303, 296), QPointF(300, 300)})
             sheet->click(p);
         sheet->click(QPointF(300, 500), Qt::RightButton);
         QCOMPARE(scene->getAllNotes().size(), 1);
+        QVERIFY(!isLandingPlaceShown());
     }
 
     void linesAreDrawn()
@@ -308,6 +312,9 @@ private slots:
             QCOMPARE(describe(*scene), before);
             scene->clear();
         }
+        sheet->addNote(QRectF(0, 0, 120, 80))->setSelected(true);
+        QVERIFY(sheet->pressKey(Qt::Key_Left));
+        QCOMPARE(sheet->getSteps(), 0);
     }
 
     void textIsEdited()
@@ -329,6 +336,16 @@ private slots:
         QCOMPARE(editing, QList<QVariantList>({{true}, {true}, {false}}));
         QCOMPARE(note->getText(), QString("Pump ran dry"));
         QCOMPARE(note->pos(), QPointF(100, 200));
+    }
+
+    void selectionIsReportedTogether()
+    {
+        QSignalSpy changed(scene, &ProjectScene::selectionChanged);
+        for (int i = 0; i < 100; ++i)
+            sheet->addNote(QRectF(20 * i, 200, 120, 80));
+        scene->selectAll();
+        QTRY_COMPARE(changed.last().first().value<QList<QGraphicsItem *>>().size(), 100);
+        QVERIFY(changed.count() <= 12); // not one for each
     }
 
     void menusWorkOnTheSelection()
