@@ -3,13 +3,12 @@
 #include "output/sheetprinter.h"
 #include "project/databasefile.h"
 #include "shell/application.h"
+#include "support/privatehome.h"
 
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSettings>
-#include <QStandardPaths>
 
 #include <csignal>
 #include <cstdio>
@@ -42,29 +41,6 @@ QString getFormat(const Request &request)
 void complain(const QString &text)
 {
     std::fprintf(stderr, "examiner-export: %s\n", qUtf8Printable(text));
-}
-
-/// False if there is a file that can't be copied.
-bool copyIfThere(const QString &source, const QString &target)
-{
-    QDir().mkpath(QFileInfo(target).absolutePath());
-    return !QFile::exists(source) || QFile::copy(source, target);
-}
-
-QString getLogoPath()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + "/companylogo.png";
-}
-
-/// Settings and data folder of this process alone, with the user's settings and logo, so that
-/// paper, margins and report are those of the program. False if there is no room for them.
-bool moveIntoPrivateHome(const QDir &home)
-{
-    const QString settings = QSettings().fileName();
-    const QString logo = getLogoPath();
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, home.path());
-    qputenv("XDG_DATA_HOME", QFile::encodeName(home.filePath("data")));
-    return copyIfThere(settings, QSettings().fileName()) && copyIfThere(logo, getLogoPath());
 }
 
 sigset_t getEndingSignals()

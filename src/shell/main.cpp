@@ -3,10 +3,14 @@
 #include "shell/endingsignals.h"
 #include "shell/introscreen.h"
 #include "shell/mainwindow.h"
+#include "support/privatehome.h"
 #include "support/supportfiles.h"
 #include "support/version.h"
 
+#include <QDir>
 #include <QFile>
+#include <QMessageBox>
+#include <QTemporaryDir>
 
 #include <cstdio>
 
@@ -69,6 +73,23 @@ void showIntroScreen(IntroScreen *screen, MainWindow *window)
     screen->showMaximized();
 }
 
+/// Where the user's data folder can't be written there would be no form, no help and nothing to
+/// come back to after a crash: a folder for temporary files has to do. It stays, with what is kept.
+void workWithoutHome()
+{
+    QTemporaryDir folder;
+    folder.setAutoRemove(false);
+    const bool moved = folder.isValid() && moveIntoPrivateHome(QDir(folder.path()));
+    const bool replaced = moved && copySupportFiles();
+    QMessageBox::warning(nullptr, "TRAC/Ex Examiner",
+                         replaced ? "Nothing can be written to your data folder.\nSettings, "
+                                    "auto-saves and kept copies go to " +
+                                        folder.path() + ", which does not last."
+                                  : "Nothing can be written to your data folder.\nThere is no "
+                                    "form, no help, no auto-save and no kept copy.",
+                         QMessageBox::Ok);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -76,10 +97,11 @@ int main(int argc, char **argv)
     if (argc == 2 && answerOnConsole(argv[1]))
         return 0;
     Application application(argc, argv);
-    const EndingSignals ending;
     installAccessibleSheets();
     const QString path = joinArguments(QCoreApplication::arguments());
-    copySupportFiles();
+    if (!copySupportFiles())
+        workWithoutHome();
+    const EndingSignals ending;
     if (!path.isEmpty() && QFile::exists(path)) {
         MainWindow window(nullptr);
         connectProgram(&application, ending, &window);

@@ -49,7 +49,7 @@ bool makePrivateFolder(const QString &path)
            QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
-void copySupportFiles()
+bool copySupportFiles()
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     makePrivateFolder(folder);
@@ -59,4 +59,5 @@ void copySupportFiles()
                                "/examinerhelp2.qch", "/templates/quickstart2.epf"};
     for (const QString &name : names)
         copyIfNeeded(own + name, folder + name);
+    return QFileInfo(folder).isDir() && QFileInfo(folder).isWritable();
 }

@@ -10,5 +10,5 @@ void copyIfNeeded(QString source, QString destination);
 bool makePrivateFolder(const QString &path);
 
 /// Makes the user's data folder, for the user alone, and brings the support files there from beside
-/// the executable.
-void copySupportFiles();
+/// the executable. False when nothing can be written there.
+bool copySupportFiles();
