@@ -71,6 +71,7 @@ private slots:
         picture->setSelected(false);
         w.addNote("Event", QPointF(200, 400))->setSelected(true);
         note->setSelected(true);
+        QCoreApplication::processEvents();
         const QPoint place = w.view()->mapFromScene(note->sceneBoundingRect().center());
         QTest::mouseClick(w.view()->viewport(), Qt::LeftButton, Qt::NoModifier, place);
         QCOMPARE(w.chart()->selectedItems(), QList<QGraphicsItem *>({note}));
