@@ -165,7 +165,8 @@ private:
          [&] {
              const QString id =
                  QStringList{"loss", "lossOfControl", "causalFactor_text_1"}.at(below(3));
-             if (w.form->setFieldValue(id, QString(QChar('a' + below(26)))))
+             const QString value(QChar('a' + below(26)));
+             if (w.form->getAllFieldValues().contains(id) && w.form->setFieldValue(id, value))
                  w.form->onFieldChanged(id);
              begin(); // no step takes it back
          }},
