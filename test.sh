@@ -6,6 +6,7 @@ cd "$(dirname "$0")"
 tools/install-packages
 tools/check-layers
 tools/check-format
+tools/check-tests
 cmake --preset dev
 cmake --build --preset dev
 ctest --preset dev --parallel "$(nproc)" "$@"
