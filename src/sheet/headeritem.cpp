@@ -20,6 +20,7 @@ constexpr int LabelIndent = 2; // like the next from the rule on the left
 constexpr int ValueIndent = 105;
 constexpr int FactWidth = 219; // of the left one of two
 constexpr int TableWidth = 440;
+constexpr int MostShown = 2000; // characters of a value: breaking a word costs its length squared
 
 QFont getHeaderFont()
 {
@@ -33,7 +34,7 @@ QFont getHeaderFont()
 QStringList breakLines(const QString &text, qreal width)
 {
     QStringList lines;
-    const QStringList paragraphs = text.split('\n');
+    const QStringList paragraphs = text.left(MostShown).split('\n');
     for (const QString &paragraph : paragraphs) {
         QTextLayout layout(paragraph.simplified(), getHeaderFont());
         QTextOption option;
