@@ -139,6 +139,7 @@ private slots:
         }
         for (bool deleted : {true, false}) { // or the tool changes under way
             sheet->press(QPointF(100, 400));
+            const QPointer<Line> line = scene->getSelectedLines().first();
             if (deleted)
                 scene->deleteSelectedItems();
             sheet->move(QPointF(203, 403));
@@ -146,6 +147,7 @@ private slots:
             sheet->release(QPointF(203, 403));
             QCOMPARE(sheet->getStack()->undoText(),
                      QString(deleted ? "delete 1 item" : "add an item"));
+            QVERIFY(line); // its step still knows it
         }
     }
 
@@ -312,6 +314,7 @@ private slots:
             QCOMPARE(describe(*scene), before);
             scene->clear();
         }
+        scene->deleteSelectedItems(); // of which there are none
         sheet->addNote(QRectF(0, 0, 120, 80))->setSelected(true);
         QVERIFY(sheet->pressKey(Qt::Key_Left));
         QCOMPARE(sheet->getSteps(), 0);
