@@ -5,7 +5,6 @@
 #include "shell/graphwidget.h"
 #include "shell/projecttabwidget.h"
 #include "shell/toolbutton.h"
-#include "support/helptextbrowser.h"
 
 #include <QAction>
 #include <QApplication>
@@ -16,6 +15,7 @@
 #include <QTimer>
 #include <QWebElement>
 #include <QWebFrame>
+#include <QWebView>
 
 namespace
 {
@@ -159,7 +159,7 @@ QImage Stage::grabSheet(const QRectF &part)
 
 QImage Stage::grabForm(const QString &element, const QRect &part)
 {
-    auto *view = window.findChild<FormView *>()->findChild<HelpTextBrowser *>();
+    auto *view = window.findChild<FormView *>()->findChild<QWebView *>();
     view->page()->mainFrame()->evaluateJavaScript(
         QString("window.scrollBy(0, document.getElementById('%1').getBoundingClientRect().top"
                 " - document.getElementById('bar').offsetHeight - 12)")
