@@ -1,23 +1,17 @@
 #include "output/projectexporter.h"
 
+#include "chart/formfields.h"
 #include "chart/sticky.h"
-#include "form/formview.h"
+#include "form/pagefields.h"
 #include "output/sheetprinter.h"
 #include "output/wordxmlexport.h"
 #include "project/projectfile.h"
 #include "sheet/projectscene.h"
+#include "support/images.h"
 #include "support/pageinfo.h"
 #include "support/supportfiles.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
-
-namespace
-{
-
-constexpr int PageTimeout = 20000; // milliseconds
-
-} // namespace
 
 ProjectExporter::ProjectExporter() : projectFile(std::make_unique<ProjectFile>(this))
 {
@@ -71,13 +65,16 @@ bool ProjectExporter::writePNG(const QString &target, int factor)
 bool ProjectExporter::writeReport(const QString &target)
 {
     copySupportFiles();
-    FormView form(&undoGroup);
-    form.onFormDataLoaded(formValues);
-    QElapsedTimer waiting;
-    waiting.start();
-    while (form.getAllFields(true).count() == 0 && !waiting.hasExpired(PageTimeout))
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
-    return end(WordXMLExport().writeReport(target, form.collectForSave()));
+    FormModel form; // by the rules of the page, and without its engine
+    form.setFields(readPageFields());
+    form.fill(formValues, 0);
+    FormValues values = form.getValues();
+    const FormValue stored = formValues.value(FormFields::TitleImage);
+    FormValue &title = values[FormFields::TitleImage];
+    title.image = readImageFile(title.value);
+    if (title.image.isNull() && title.value == stored.value)
+        title.image = stored.image;
+    return end(WordXMLExport().writeReport(target, values));
 }
 
 bool ProjectExporter::end(const QString &failure)

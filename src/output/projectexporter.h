@@ -35,7 +35,7 @@ public:
     bool writePDF(const QString &target, int factor);
     /// The entire sheet, one pixel for each scene unit.
     bool writePNG(const QString &target, int factor);
-    /// The Word report. Loads the form's page.
+    /// The Word report.
     bool writeReport(const QString &target);
 
     int selectedTool() const override { return SelectTool; }

@@ -1,4 +1,5 @@
 #include "form/formprinter.h"
+#include "form/pagefields.h"
 #include "shell/application.h"
 #include "testing/dialogs.h"
 #include "testing/files.h"
@@ -409,6 +410,26 @@ private slots:
                              QByteArray(8, 0));
         form->view.onFormDataLoaded({{"titleImageFile", formValue(huge)}});
         QVERIFY(form->view.getAllFieldValues().value("titleImageFile").image.isNull());
+    }
+
+    /// A report without an engine holds the fields that the page has before anybody writes.
+    void pageTellsItsFieldsWithoutAnEngine()
+    {
+        const auto fields = readPageFields();
+        const FormValues shown = form->view.getAllFieldValues();
+        QCOMPARE(fields.size(), shown.size());
+        for (auto field = shown.begin(); field != shown.end(); ++field)
+            QVERIFY(fields.contains(field.key()) && fields[field.key()].value == field->value);
+        QCOMPARE(fields.value("reportStatus").options.size(), 3);
+        const auto other = readPageFields(
+            "<!--<input type=text id=no>--><INPUT ID='r' checked name=g type='radio'><template>"
+            "<input type=text id=no></template><select id=\"s\"><option>A<option selected>B &amp; "
+            "C</select><textarea id=t title='a>b'>\nx\n</textarea><input type=submit id=no>");
+        QStringList told;
+        for (const char *id : {"r", "s", "t"})
+            told << other.value(id).group + other.value(id).value;
+        QCOMPARE(told, QStringList({"gtrue", "B & C", "x\n"}));
+        QCOMPARE(other.size(), 3);
     }
 
 private:
