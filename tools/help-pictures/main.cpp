@@ -216,7 +216,7 @@ void takeForm(Stage &stage)
 {
     stage.resize(780, 760);
     stage.showTab(0);
-    Picture(stage.grabForm("step1", QRect(0, 0, 760, 520))).fit().frame().write(at("form"));
+    Picture(stage.grabForm("steps", QRect(0, 0, 760, 530))).fit().frame().write(at("form"));
     Picture(stage.grabForm("causalFactor-1", QRect(0, 0, 760, 600)))
         .fit()
         .frame()
