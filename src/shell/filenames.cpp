@@ -4,11 +4,14 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QStandardPaths>
 
 namespace
 {
+
+constexpr int LongestProposal = 60; // characters; a file system may count each as four bytes
 
 bool mayReplace(QWidget *parent, const QString &caption, const QString &name)
 {
@@ -22,10 +25,17 @@ bool mayReplace(QWidget *parent, const QString &caption, const QString &name)
 
 } // namespace
 
-QString askSaveName(QWidget *parent, const QString &caption, const QString &folder,
+QString getProposal(const QString &folder, const QString &title, const QString &ending)
+{
+    static const QRegularExpression unfit("[\\x{00}-\\x{1f}/\\\\:*?\"<>|]+|^[\\s.]+");
+    QString name = title;
+    return folder + name.replace(unfit, " ").left(LongestProposal).trimmed() + ending;
+}
+
+QString askSaveName(QWidget *parent, const QString &caption, const QString &proposal,
                     const QString &filter, const QString &ending, Qt::CaseSensitivity sensitivity)
 {
-    for (QString start = folder;;) {
+    for (QString start = proposal;;) {
         const QString name = QFileDialog::getSaveFileName(parent, caption, start, filter);
         if (name.isEmpty() || name.endsWith(ending, sensitivity))
             return name;

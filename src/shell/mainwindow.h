@@ -16,6 +16,7 @@ class ProjectTabWidget;
 class QPainter;
 class QPrinter;
 class QShortcut;
+class StatusLine;
 
 /// The coordinator of the program: it owns the open project's objects, builds the full
 /// interface on first need, and is reused for every project.
@@ -123,15 +124,21 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    QString getDocumentTitle() const;
     void createProjectObjects();
     void createMainSheet();
     void createStatusBar();
+    /// The tip of a factor's tab tells what the factor is.
+    void describeTab(int index);
     void connectCommands();
     void connectSheet(ProjectScene *sheet, GraphWidget *view);
     void onSheetCame(ProjectScene *sheet);
     void onSheetGoes(ProjectScene *sheet);
 
+    /// In the status bar, for a while.
+    void say(const QString &text);
+    /// The failure in the user's words, or empty.
+    void tellOfExport(const QString &failure, const QString &filename);
+    QString proposeExport(const QString &ending) const;
     QString askExportName(ExportDialog::ExportFormat format, const QString &extension);
     QRectF getExportBound(ExportDialog::ExportArea area) const;
 
@@ -145,7 +152,9 @@ private:
     GraphWidget *mainView = nullptr;
     ProjectTabWidget *tabWidget = nullptr;
     ZoomWidget *zoomWidget = nullptr;
+    StatusLine *statusLine = nullptr;
     QShortcut *escapeShortcut = nullptr;
     ChartCommands *commands = nullptr;
+    QString exportedProject; // whose last export lies in the folder of exports
     bool interfaceLoaded = false;
 };

@@ -12,9 +12,10 @@
 #include "support/pageinfo.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
+#include <QLineEdit>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QStandardPaths>
 #include <QStatusBar>
 #include <QTimer>
 
@@ -24,16 +25,26 @@ namespace
 constexpr int MessageTime = 15000; // milliseconds
 constexpr int LongestJobName = 80; // print servers refuse more than 255 bytes
 
-QString getDocumentsFolder()
+/// The toolkit shows a choice of pages that the options do not offer, and proposes a file in the
+/// user's home; both come anew with the dialog.
+void tidyPrintDialog(QPrintDialog *dialog, const QString &proposal)
 {
-    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    QTimer::singleShot(0, dialog, [dialog, proposal] {
+        if (auto *range = dialog->findChild<QWidget *>("gbPrintRange"))
+            range->hide();
+        if (auto *name = dialog->findChild<QLineEdit *>("filename"))
+            name->setText(proposal);
+    });
 }
 
-/// Does nothing when the text is empty.
-void showExportFailure(QStatusBar *bar, const QString &text)
+/// What was done, in the user's words.
+QString describePrint(const QPrinter &printer, bool done)
 {
-    if (!text.isEmpty())
-        bar->showMessage(text, MessageTime);
+    if (!done)
+        return MainWindow::tr("Printing failed.");
+    return printer.outputFileName().isEmpty()
+               ? MainWindow::tr("Sent to the printer %1").arg(printer.printerName())
+               : MainWindow::tr("Printed into %1").arg(printer.outputFileName());
 }
 
 } // namespace
@@ -66,20 +77,22 @@ void MainWindow::print()
     QPrinter printer(QPrinter::ScreenResolution);
     SheetPrinter::setUpPage(printer);
     printer.setColorMode(QPrinter::Color);
-    printer.setDocName(getDocumentTitle().left(LongestJobName));
+    printer.setDocName(desk->getDocumentTitle().left(LongestJobName));
     QPrintDialog dialog(&printer, this);
     dialog.setOptions(QAbstractPrintDialog::PrintToFile);
-    // The toolkit shows a choice of pages that these options do not offer, anew with the dialog.
-    if (auto *range = dialog.findChild<QWidget *>("gbPrintRange"))
-        QTimer::singleShot(0, range, &QWidget::hide);
+    tidyPrintDialog(&dialog, proposeExport(".pdf"));
     if (dialog.exec() == QDialog::Accepted)
-        paintPrinter(printer);
+        say(describePrint(printer, paintPrinter(printer)));
 }
 
-QString MainWindow::getDocumentTitle() const
+void MainWindow::say(const QString &text)
 {
-    return SheetPrinter::makeTitle(formView->getFieldValue("incidentTitle"),
-                                   projectFile->getOpenProjectName());
+    statusBar()->showMessage(text, MessageTime);
+}
+
+void MainWindow::tellOfExport(const QString &failure, const QString &filename)
+{
+    say(failure.isEmpty() ? tr("Exported to %1").arg(filename) : failure);
 }
 
 bool MainWindow::paintPrinter(QPrinter &printer)
@@ -102,11 +115,12 @@ void MainWindow::onPrintFormTriggered()
 void MainWindow::onExportFormTriggered()
 {
     book->finishEditing();
-    const QString name = askSaveName(this, "Export file to...", getDocumentsFolder(),
+    const QString name = askSaveName(this, "Export file to...", proposeExport(".doc"),
                                      "Microsoft Word XML (*.doc)", ".doc", Qt::CaseInsensitive);
     if (name.isEmpty())
         return;
-    WordXMLExport().saveData(name, desk->collectFormValues(), this);
+    const bool done = WordXMLExport().saveData(name, desk->collectFormValues(), this);
+    tellOfExport(done ? QString() : tr("The report could not be written to %1").arg(name), name);
 }
 
 void MainWindow::saveCurrentPagePNG()
@@ -138,6 +152,14 @@ void MainWindow::onExportClicked(bool showDialog, ExportDialog::ExportFormat pre
         exportPDF(name, bound);
 }
 
+QString MainWindow::proposeExport(const QString &ending) const
+{
+    const QString proposal = desk->proposeFile("lastExportPath", ending);
+    return exportedProject == projectFile->getOpenFilename()
+               ? getStartFolder("lastExportPath") + QFileInfo(proposal).fileName()
+               : proposal;
+}
+
 QString MainWindow::askExportName(ExportDialog::ExportFormat format, const QString &extension)
 {
     static const QHash<int, QPair<QString, QString>> texts = {
@@ -146,10 +168,12 @@ QString MainWindow::askExportName(ExportDialog::ExportFormat format, const QStri
          {"Export to Portable Document Format (PDF)...", "Portable Document Format (*.pdf)"}},
         {ExportDialog::EMF, {"Export to Microsoft Office (EMF)...", "Enhanced Metafile (*.emf)"}},
     };
-    const QString name = askSaveName(this, texts[format].first, getStartFolder("lastExportPath"),
+    const QString name = askSaveName(this, texts[format].first, proposeExport("." + extension),
                                      texts[format].second, "." + extension, Qt::CaseInsensitive);
-    if (!name.isEmpty())
+    if (!name.isEmpty()) {
         rememberFolder("lastExportPath", name);
+        exportedProject = projectFile->getOpenFilename();
+    }
     return name;
 }
 
@@ -173,14 +197,14 @@ QRectF MainWindow::getExportBound(ExportDialog::ExportArea area) const
 
 void MainWindow::exportPNG(const QString &filename, const QRectF &bound)
 {
-    showExportFailure(statusBar(), SheetPrinter::writePNG(currentScene, bound, filename));
+    tellOfExport(SheetPrinter::writePNG(currentScene, bound, filename), filename);
 }
 
 void MainWindow::exportPDF(const QString &filename, const QRectF &)
 {
-    showExportFailure(statusBar(),
-                      SheetPrinter::writePDF(book->getMainSheet(), book->getFactorSheets(),
-                                             getDocumentTitle(), filename));
+    tellOfExport(SheetPrinter::writePDF(book->getMainSheet(), book->getFactorSheets(),
+                                        desk->getDocumentTitle(), filename),
+                 filename);
 }
 
 void MainWindow::exportEMF(const QString &, const QRectF &) {}

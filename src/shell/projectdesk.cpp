@@ -1,6 +1,7 @@
 #include "shell/projectdesk.h"
 
 #include "form/formview.h"
+#include "output/sheetprinter.h"
 #include "project/projectfile.h"
 #include "project/saveprogressdialog.h"
 #include "sheet/projectscene.h"
@@ -229,10 +230,25 @@ void ProjectDesk::onAutoSaveRequested()
     saveProject(false, true);
 }
 
+QString ProjectDesk::proposeFile(const QString &folderKey, const QString &ending) const
+{
+    if (!projectFile->requiresFilenamePrompt())
+        return getProposal(QFileInfo(projectFile->getOpenFilename()).absolutePath() + "/",
+                           projectFile->getOpenProjectName(), ending);
+    return getProposal(getStartFolder(folderKey), getDocumentTitle(), ending);
+}
+
+QString ProjectDesk::getDocumentTitle() const
+{
+    return SheetPrinter::makeTitle(formView->getFieldValue("incidentTitle"),
+                                   projectFile->getOpenProjectName());
+}
+
 QString ProjectDesk::askNewName()
 {
-    const QString name = askSaveName(window, "Save project file...", getStartFolder("lastSavePath"),
-                                     ProjectFilter, ".epf", Qt::CaseSensitive);
+    const QString name =
+        askSaveName(window, "Save project file...", proposeFile("lastSavePath", ".epf"),
+                    ProjectFilter, ".epf", Qt::CaseSensitive);
     if (name.isNull())
         return name;
     rememberFolder("lastSavePath", name);
@@ -266,8 +282,10 @@ void ProjectDesk::storeProject(const QString &name, Write write)
     forgetChanges();
     if (foreignChange)
         tellOfForeignChange();
-    else
+    else if (!projectFile->getOtherPlace().isEmpty())
         tellOfOtherPlace("Saved, but this project is");
+    else
+        window->statusBar()->showMessage(tr("Saved %1").arg(name), MessageTime);
 }
 
 bool ProjectDesk::writeProject(const QString &name, const QList<ProjectItem *> &items, Write write)

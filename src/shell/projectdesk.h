@@ -43,6 +43,11 @@ public:
     /// Whether the window may close. Then the project is given up.
     bool leaveProject();
     void addRecentFile(const QString &name);
+    /// What a document of the project calls itself.
+    QString getDocumentTitle() const;
+    /// A path for a dialog to start with: the project's name beside its file, or what the incident
+    /// is called in the folder kept under the settings key.
+    QString proposeFile(const QString &folderKey, const QString &ending) const;
     FormValues collectFormValues() const;
     void showUntitled();
     /// What is shown is as it was saved, or empty.
