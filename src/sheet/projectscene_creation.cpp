@@ -54,7 +54,9 @@ void ProjectScene::createItemAt(QPointF scenePos, int tool)
     info.startPoint = getNearestGridPoint(scenePos - centre);
     info.endPoint = getNearestGridPoint(info.startPoint +
                                         QPointF(int(info.size.width()), int(info.size.height())));
-    createCanvasItem(info, true);
+    clearSelection();
+    if (ProjectItem *item = createCanvasItem(info, true))
+        item->setSelected(true);
 }
 
 ProjectItem *ProjectScene::loadCanvasItem(CanvasItemInfo &info)
