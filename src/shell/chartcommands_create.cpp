@@ -2,6 +2,7 @@
 #include "sheet/clipboard.h"
 #include "shell/chartcommands.h"
 #include "shell/pmiconloader.h"
+#include "shell/shortcuttip.h"
 #include "shell/toolstoolbar.h"
 #include "shell/zoomwidget.h"
 
@@ -87,6 +88,7 @@ void ChartCommands::createActions(QUndoGroup *undoGroup)
             action->setShortcut(row.shortcut);
         if (row.statusTip)
             action->setStatusTip(row.statusTip);
+        nameShortcutInTip(action);
         actions[row.command] = action;
     }
 }

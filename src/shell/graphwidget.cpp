@@ -16,7 +16,6 @@ namespace
 constexpr int ScrollInterval = 30; // milliseconds
 constexpr int ScrollBorder = 70;   // pixels from the edge
 constexpr int DragThreshold = 4;   // Manhattan length
-constexpr ushort CommandKeySign = 0x2318;
 
 } // namespace
 
@@ -25,7 +24,7 @@ GraphWidget::GraphWidget(ProjectScene *scene, QWidget *parent)
       projectScene(scene)
 {
     setDragMode(QGraphicsView::NoDrag);
-    setStatusTip(QString("%1 Mouse Wheel to zoom").arg(QChar(CommandKeySign), 0, QChar(' ')));
+    setStatusTip(getZoomTip());
     setScene(scene);
     centerOn(0, 0);
     setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
@@ -33,6 +32,11 @@ GraphWidget::GraphWidget(ProjectScene *scene, QWidget *parent)
     setPaperPalette();
     connect(&scrollTimer, &QTimer::timeout, this, &GraphWidget::onScrollTimeout);
     connect(scene, &QGraphicsScene::sceneRectChanged, this, &GraphWidget::onSceneRectChanged);
+}
+
+QString GraphWidget::getZoomTip()
+{
+    return tr("%1 Mouse Wheel to zoom").arg("Ctrl");
 }
 
 // The paper stays white under a dark theme, so what items draw with the view's own

@@ -15,6 +15,9 @@ class GraphWidget : public QGraphicsView
 public:
     GraphWidget(ProjectScene *scene, QWidget *parent);
 
+    /// The status tip of every sheet.
+    static QString getZoomTip();
+
     ProjectScene *getProjectScene() const { return projectScene; }
     /// Percent.
     int getZoom() const { return zoom; }

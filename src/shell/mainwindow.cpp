@@ -8,6 +8,7 @@
 #include "shell/introscreen.h"
 #include "shell/projectdrop.h"
 #include "shell/projecttabwidget.h"
+#include "shell/statusline.h"
 #include "shell/toolstoolbar.h"
 #include "shell/zoomwidget.h"
 #include "support/helpbrowser.h"
@@ -15,13 +16,14 @@
 
 #include <QCloseEvent>
 #include <QFileOpenEvent>
-#include <QLabel>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QUndoGroup>
 
 namespace
 {
+
+constexpr int LongestTip = 500; // characters
 
 QString getTabText(const Sticky *factor)
 {
@@ -86,6 +88,7 @@ void MainWindow::createProjectObjects()
     // Queued: the first tabs come before the palette that a tab change speaks to.
     connect(tabWidget, &QTabWidget::currentChanged, this, &MainWindow::onCurrentTabChanged,
             Qt::QueuedConnection);
+    connect(tabWidget, &ProjectTabWidget::toolTipNeeded, this, &MainWindow::describeTab);
     projectFile = new ProjectFile(this);
     projectFile->setParent(this);
     undoGroup = new QUndoGroup(this);
@@ -110,7 +113,7 @@ void MainWindow::createMainSheet()
 
 void MainWindow::createStatusBar()
 {
-    statusBar()->addPermanentWidget(new QLabel(desk->getRegistrationCheck().getStatusText()));
+    statusLine = new StatusLine(this);
     statusBar()->addPermanentWidget(zoomWidget);
     connect(zoomWidget, &ZoomWidget::zoomChanged, this, &MainWindow::onZoomChanged);
 }
@@ -136,6 +139,8 @@ void MainWindow::connectCommands()
     commands->onTriggered(C::About, this, &MainWindow::showAboutDialog);
     commands->onTriggered(C::ExportForm, this, &MainWindow::onExportFormTriggered);
     commands->onTriggered(C::PrintForm, this, &MainWindow::onPrintFormTriggered);
+    connect(commands->getPalette(), &ToolsToolBar::toolSelectionChanged, statusLine,
+            &StatusLine::showHint);
     connect(desk, &ProjectDesk::savingAllowed, commands->getAction(C::Save), &QAction::setEnabled);
 }
 
@@ -219,6 +224,16 @@ void MainWindow::onCurrentTabChanged(int tabIndex)
         undoGroup->setActiveStack(formView->getUndoStack());
         commands->getPalette()->setActiveButtons(ToolsToolBar::FormButtons);
     }
+}
+
+void MainWindow::describeTab(int index)
+{
+    auto *view = qobject_cast<GraphWidget *>(tabWidget->widget(index));
+    const Sticky *factor = view ? view->getProjectScene()->getParentNote() : nullptr;
+    if (!factor)
+        return;
+    const QString text = factor->getText().left(LongestTip).toHtmlEscaped();
+    tabWidget->setTabToolTip(index, text.isEmpty() ? text : "<qt>" + text + "</qt>");
 }
 
 void MainWindow::focusFormTab()

@@ -2,11 +2,6 @@
 
 #include <QMessageBox>
 
-QString RegistrationCheck::getStatusText() const
-{
-    return "No registration needed";
-}
-
 void RegistrationCheck::showInformation(QWidget *parent) const
 {
     QMessageBox::information(parent, "Registration",

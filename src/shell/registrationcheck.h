@@ -11,8 +11,6 @@ class RegistrationCheck
 public:
     /// A refusal tells the user why.
     bool permitsSaving() const { return true; }
-    /// For the status bar.
-    QString getStatusText() const;
     /// What the entry of the Help menu shows.
     void showInformation(QWidget *parent) const;
 };

@@ -1,6 +1,7 @@
 #include "shell/zoomwidget.h"
 
 #include "shell/pmiconloader.h"
+#include "shell/shortcuttip.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -87,6 +88,7 @@ QAction *ZoomWidget::createAction(const QString &text, const QString &iconName,
     auto *action = new QAction(PMIconLoader::loadIcon(iconName), text, this);
     action->setShortcut(shortcut);
     action->setStatusTip(statusTip);
+    nameShortcutInTip(action);
     return action;
 }
 
