@@ -27,7 +27,7 @@ void ImagePreviewDialog::showPicture()
     if (picture.width() > limits.width() || picture.height() > limits.height()) {
         shown = picture.scaled(limits, Qt::KeepAspectRatio, Qt::SmoothTransformation);
         const int percentage = int(qint64(shown.width()) * 100 / picture.width());
-        setWindowTitle("Image Preview (" + QString::number(percentage) + "%)");
+        setWindowTitle(tr("Image Preview (%1%)").arg(percentage));
     }
     ui->imageLabel->setPixmap(shown);
 }
@@ -44,14 +44,14 @@ void ImagePreviewDialog::onCopyClicked()
 
 void ImagePreviewDialog::onSaveClicked()
 {
-    QString path = QFileDialog::getSaveFileName(this, "Save image file...", QDir::homePath(),
-                                                "Images (*.png *.jpg)");
+    QString path = QFileDialog::getSaveFileName(this, tr("Save image file..."), QDir::homePath(),
+                                                tr("Images (*.png *.jpg)"));
     if (path.isEmpty())
         return;
     if (!path.endsWith(".png") && !path.endsWith(".jpg"))
         path += ".jpg";
     if (!picture.save(path))
-        QMessageBox::critical(this, "Save failed",
-                              "Saving the image failed.\n"
-                              "Check if you have write permissions to this folder.");
+        QMessageBox::critical(this, tr("Save failed"),
+                              tr("Saving the image failed.\n"
+                                 "Check if you have write permissions to this folder."));
 }

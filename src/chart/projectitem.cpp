@@ -16,8 +16,8 @@ constexpr int MaximumLineWidth = 20;
 const QHash<QByteArray, QString> &getCommonLabels()
 {
     static const QHash<QByteArray, QString> labels = {
-        {ProjectItem::PROPERTY_BACKGROUND_COLOR, "change background color"},
-        {ProjectItem::PROPERTY_LINE_WIDTH, "change line thickness"},
+        {ProjectItem::PROPERTY_BACKGROUND_COLOR, ProjectItem::tr("change background color")},
+        {ProjectItem::PROPERTY_LINE_WIDTH, ProjectItem::tr("change line thickness")},
     };
     return labels;
 }

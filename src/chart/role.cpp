@@ -100,17 +100,17 @@ void Role::loadAllRoles()
                         const QString &lineStyle, const QString &shape) {
         rolesList.insert(type, makeRoleInfo(type, name, brushColor, "black", lineStyle, shape));
     };
-    add(RoleType::Event, "Event", "LightYellow", "solid", "rectangle");
-    add("Assumed_Event", "Assumed Event", "white", "dashed", "rectangle");
-    add("Condition", "Condition", "white", "solid", "oval");
-    add("Assumed_Condition", "Assumed Condition", "white", "dashed", "oval");
-    add("Sequence_Marker", "Sequence Marker", "#F6C47A", "solid", "oval");
-    add(RoleType::Loss, "Loss", "white", "solid", "ellipse");
-    add(RoleType::LossOfControl, "Loss Of Control", "#F6C47A", "solid", "rectangle");
-    add("Starting_Event", "Starting Event", "#9ACD9A", "solid", "rectangle");
-    add("Terminating_Event", "Terminating Event", "#F4B7A5", "solid", "rectangle");
-    add(RoleType::Transfer, "Transfer", "white", "solid", "plate");
-    add(RoleType::CausalFactor, "Causal Factor", "white", "solid", "oval");
+    add(RoleType::Event, tr("Event"), "LightYellow", "solid", "rectangle");
+    add("Assumed_Event", tr("Assumed Event"), "white", "dashed", "rectangle");
+    add("Condition", tr("Condition"), "white", "solid", "oval");
+    add("Assumed_Condition", tr("Assumed Condition"), "white", "dashed", "oval");
+    add("Sequence_Marker", tr("Sequence Marker"), "#F6C47A", "solid", "oval");
+    add(RoleType::Loss, tr("Loss"), "white", "solid", "ellipse");
+    add(RoleType::LossOfControl, tr("Loss Of Control"), "#F6C47A", "solid", "rectangle");
+    add("Starting_Event", tr("Starting Event"), "#9ACD9A", "solid", "rectangle");
+    add("Terminating_Event", tr("Terminating Event"), "#F4B7A5", "solid", "rectangle");
+    add(RoleType::Transfer, tr("Transfer"), "white", "solid", "plate");
+    add(RoleType::CausalFactor, tr("Causal Factor"), "white", "solid", "oval");
 
     RoleInfo &causalFactor = rolesList[RoleType::CausalFactor];
     causalFactor.circleDecoratorType = "numerals";

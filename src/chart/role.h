@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QBrush>
+#include <QCoreApplication>
 #include <QIcon>
 #include <QMap>
 #include <QPen>
@@ -40,6 +41,8 @@ struct RoleInfo {
 /// What a note stands for: one row of the fixed table of eleven roles.
 class Role
 {
+    Q_DECLARE_TR_FUNCTIONS(Role)
+
 public:
     /// Filled by the first role that is built. Sorted by type name, which is
     /// the order of every list of roles.

@@ -13,7 +13,7 @@
 #include <QTextDocument>
 #include <QTextOption>
 
-const QString Sticky::INITIAL_TEXT = "Double click to edit text";
+const char Sticky::INITIAL_TEXT[] = QT_TR_NOOP("Double click to edit text");
 const QByteArray Sticky::PROPERTY_CUSTOM_FONT = "customFont";
 const QByteArray Sticky::PROPERTY_TEXT_COLOR = "textColor";
 const QByteArray Sticky::PROPERTY_NOT_RELEVANT = "notRelevant";
@@ -26,9 +26,9 @@ constexpr qreal SelectedZ = 6;
 
 QHash<QByteArray, QString> makeLabels(QHash<QByteArray, QString> labels)
 {
-    labels.insert(Sticky::PROPERTY_CUSTOM_FONT, "change font");
-    labels.insert(Sticky::PROPERTY_TEXT_COLOR, "change text color");
-    labels.insert(Sticky::PROPERTY_NOT_RELEVANT, "change relevancy");
+    labels.insert(Sticky::PROPERTY_CUSTOM_FONT, Sticky::tr("change font"));
+    labels.insert(Sticky::PROPERTY_TEXT_COLOR, Sticky::tr("change text color"));
+    labels.insert(Sticky::PROPERTY_NOT_RELEVANT, Sticky::tr("change relevancy"));
     return labels;
 }
 
@@ -57,7 +57,7 @@ Sticky::Sticky(ChartSheet *sheet, CanvasItemInfo &info) : BoxItem(sheet, info)
     setPos(info.startPoint);
     setSize(info.size);
     setTextAlignment(info.textAlignment);
-    noteText->setPlainText(info.text.isEmpty() ? INITIAL_TEXT : info.text);
+    noteText->setPlainText(info.text.isEmpty() ? tr(INITIAL_TEXT) : info.text);
     setNotRelevant(info.notRelevant);
     setAcceptHoverEvents(true);
     QMetaObject::invokeMethod(
@@ -98,7 +98,7 @@ void Sticky::makeText()
 QString Sticky::getText() const
 {
     const QString text = noteText->toPlainText();
-    return text == INITIAL_TEXT ? QString() : text;
+    return text == tr(INITIAL_TEXT) ? QString() : text;
 }
 
 QFont Sticky::getFont() const

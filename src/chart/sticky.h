@@ -134,7 +134,7 @@ protected:
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
 
 private:
-    static const QString INITIAL_TEXT; // what a note without text shows
+    static const char INITIAL_TEXT[]; // what a note without text shows, translated
 
     void makePicture();
     void makeCircle();

@@ -116,7 +116,7 @@ void Sticky::beginEditing()
     connect(noteText->document()->documentLayout(),
             &QAbstractTextDocumentLayout::documentSizeChanged, this, &Sticky::onTextChanged,
             Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
-    if (noteText->toPlainText() == INITIAL_TEXT) {
+    if (noteText->toPlainText() == tr(INITIAL_TEXT)) {
         setText(QString());
         if (info.role.getInfo().shape == RoleInfo::Ellipse)
             noteText->setPos(rect.width() * 0.0625 + 2.5, (rect.height() - getTextHeight()) * 0.5);

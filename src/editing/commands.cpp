@@ -2,15 +2,32 @@
 
 #include "support/fonts.h"
 
+#include <QCoreApplication>
 #include <QGraphicsScene>
 
 namespace
 {
 
-/// "move 1 item", "move 3 items".
-QString withCount(const QString &verb, int count)
+/// The texts of all steps are translated together.
+struct UndoStep {
+    Q_DECLARE_TR_FUNCTIONS(UndoStep)
+};
+
+QString tellDeletion(int count)
 {
-    return QString("%1 %2 item%3").arg(verb).arg(count).arg(count > 1 ? "s" : "");
+    return count > 1 ? UndoStep::tr("delete %n items", nullptr, count)
+                     : UndoStep::tr("delete %n item", nullptr, count);
+}
+
+QString tellMove(int count)
+{
+    return count > 1 ? UndoStep::tr("move %n items", nullptr, count)
+                     : UndoStep::tr("move %n item", nullptr, count);
+}
+
+QString tellRole(QString type)
+{
+    return UndoStep::tr("change role to %1").arg(Role::tr(type.replace('_', ' ').toUtf8()));
 }
 
 void setGeometries(const QList<BoxItem *> &items, const QList<QRectF> &geometries)
@@ -24,7 +41,7 @@ void setGeometries(const QList<BoxItem *> &items, const QList<QRectF> &geometrie
 } // namespace
 
 AddCommand::AddCommand(QGraphicsItem *item, QGraphicsScene *scene, QUndoCommand *parent)
-    : QUndoCommand("add an item", parent), scene(scene), item(item)
+    : QUndoCommand(UndoStep::tr("add an item"), parent), scene(scene), item(item)
 {
 }
 
@@ -43,7 +60,7 @@ void AddCommand::redo()
 
 DeleteCommand::DeleteCommand(QGraphicsScene *scene, const QList<QGraphicsItem *> &items,
                              QUndoCommand *parent)
-    : QUndoCommand(withCount("delete", items.size()), parent), scene(scene), items(items)
+    : QUndoCommand(tellDeletion(items.size()), parent), scene(scene), items(items)
 {
     for (QGraphicsItem *item : items)
         item->setSelected(false);
@@ -79,13 +96,14 @@ GeometryChangeCommand::GeometryChangeCommand(const BoxGeometries &before, QUndoC
         newGeometry << item->getGeometry();
         moved = moved || item->pos() != geometry.topLeft();
     }
-    setText(moved ? withCount("move", items.size()) : "resize item");
+    setText(moved ? tellMove(items.size()) : UndoStep::tr("resize item"));
 }
 
 GeometryChangeCommand::GeometryChangeCommand(const QList<BoxItem *> &items,
                                              const QPointF &moveDelta, const QSizeF &sizeDelta,
                                              QUndoCommand *parent)
-    : QUndoCommand(moveDelta.isNull() ? "resize item" : withCount("move", items.size()), parent),
+    : QUndoCommand(moveDelta.isNull() ? UndoStep::tr("resize item") : tellMove(items.size()),
+                   parent),
       items(items)
 {
     for (BoxItem *item : items) {
@@ -106,7 +124,8 @@ void GeometryChangeCommand::redo()
 }
 
 LineEndCommand::LineEndCommand(Line *line, const LineEnds &before, QUndoCommand *parent)
-    : QUndoCommand("move line end", parent), line(line), oldEnds(before), newEnds(line->getEnds())
+    : QUndoCommand(UndoStep::tr("move line end"), parent), line(line), oldEnds(before),
+      newEnds(line->getEnds())
 {
 }
 
@@ -122,7 +141,7 @@ void LineEndCommand::redo()
 
 LineStyleChangeCommand::LineStyleChangeCommand(const QList<Line *> &lines, Qt::PenStyle style,
                                                QUndoCommand *parent)
-    : QUndoCommand("change line style", parent), lines(lines), newStyle(style)
+    : QUndoCommand(UndoStep::tr("change line style"), parent), lines(lines), newStyle(style)
 {
     for (Line *line : lines)
         oldStyles << line->getLineStyle();
@@ -142,7 +161,7 @@ void LineStyleChangeCommand::redo()
 
 ArrowStyleChangeCommand::ArrowStyleChangeCommand(const QList<Line *> &lines, Line::ArrowType style,
                                                  QUndoCommand *parent)
-    : QUndoCommand("change arrow style", parent), lines(lines), newStyle(style)
+    : QUndoCommand(UndoStep::tr("change arrow style"), parent), lines(lines), newStyle(style)
 {
     for (Line *line : lines)
         oldStyles << line->getArrowStyle();
@@ -162,7 +181,8 @@ void ArrowStyleChangeCommand::redo()
 
 TextChangeCommand::TextChangeCommand(Sticky *note, const QString &oldText, const QString &newText,
                                      QUndoCommand *parent)
-    : QUndoCommand("change text", parent), note(note), oldText(oldText), newText(newText)
+    : QUndoCommand(UndoStep::tr("change text"), parent), note(note), oldText(oldText),
+      newText(newText)
 {
 }
 
@@ -179,7 +199,8 @@ void TextChangeCommand::redo()
 TextAlignmentChangeCommand::TextAlignmentChangeCommand(const QList<Sticky *> &notes,
                                                        Qt::Alignment alignment,
                                                        QUndoCommand *parent)
-    : QUndoCommand("change text alignment", parent), notes(notes), newAlignment(alignment)
+    : QUndoCommand(UndoStep::tr("change text alignment"), parent), notes(notes),
+      newAlignment(alignment)
 {
     for (Sticky *note : notes)
         oldAlignments << note->getRecord().textAlignment;
@@ -199,8 +220,8 @@ void TextAlignmentChangeCommand::redo()
 
 RoleChangeCommand::RoleChangeCommand(const QList<Sticky *> &notes, const QString &roleType,
                                      FormText formText, QUndoCommand *parent)
-    : QUndoCommand("change role to " + QString(roleType).replace('_', ' '), parent), notes(notes),
-      newRole(roleType), formText(std::move(formText))
+    : QUndoCommand(tellRole(roleType), parent), notes(notes), newRole(roleType),
+      formText(std::move(formText))
 {
     for (Sticky *note : notes) {
         oldRoles << note->getRoleType();
