@@ -1,5 +1,6 @@
 #include "sheet/infoitem.h"
 
+#include <QCoreApplication>
 #include <QGraphicsTextItem>
 #include <QPen>
 
@@ -12,8 +13,12 @@ InfoItem::InfoItem() : QGraphicsRectItem(0, 0, 190, 160)
     auto *picture = new QGraphicsPixmapItem(QPixmap(":/images/why.png"), this);
     picture->setPos(45, 10);
     picture->setTransformationMode(Qt::SmoothTransformation); // in a zoomed view
-    addText("Observed\nSubstandard\nBehaviour or\nCondition", QPointF(10, 89));
-    addText("Facts that\nexplain why\nthe effect is\npresent", QPointF(110, 89));
+    addText(
+        QCoreApplication::translate("InfoItem", "Observed\nSubstandard\nBehaviour or\nCondition"),
+        QPointF(10, 89));
+    addText(
+        QCoreApplication::translate("InfoItem", "Facts that\nexplain why\nthe effect is\npresent"),
+        QPointF(110, 89));
 }
 
 void InfoItem::addText(const QString &text, const QPointF &position)

@@ -36,7 +36,7 @@ void ProjectScene::createItemAt(QPointF scenePos, int tool)
     if (tool == SequenceMarkerTool) {
         info.type = NoteItemType;
         info.role = Role("Sequence_Marker");
-        info.text = "Date/Time";
+        info.text = tr("Date/Time");
         info.textAlignment = Qt::AlignHCenter;
     } else if (tool == ImageTool) {
         const std::optional<QPixmap> image = chooseImage();
@@ -160,8 +160,8 @@ void ProjectScene::connectDrag(BoxItem *box)
 std::optional<QPixmap> ProjectScene::chooseImage()
 {
     const QString path =
-        QFileDialog::getOpenFileName(host->getDialogParent(), "Open image...", getImageFolder(),
-                                     "Images (*.png *.jpg *.jpeg *.bmp *.gif)");
+        QFileDialog::getOpenFileName(host->getDialogParent(), tr("Open image..."), getImageFolder(),
+                                     tr("Images (*.png *.jpg *.jpeg *.bmp *.gif)"));
     if (path.isEmpty())
         return std::nullopt;
     QSettings().setValue("lastImagePath", QFileInfo(path).absolutePath());
@@ -173,15 +173,15 @@ std::optional<QPixmap> ProjectScene::chooseImage()
 
 bool ProjectScene::askToReduce(const QPixmap &image)
 {
-    QMessageBox box(QMessageBox::Question, "Reduce image size",
-                    "The selected image is very large.\nThis can make the project file very large "
-                    "and it is recomended that the image be scaled down before adding it to the "
-                    "canvas.",
-                    QMessageBox::NoButton, host->getDialogParent());
-    QPushButton *reduce = box.addButton("Reduce size (1024x768)", QMessageBox::AcceptRole);
-    QPushButton *keep =
-        box.addButton(QString("Keep size (%1x%2)").arg(image.width()).arg(image.height()),
-                      QMessageBox::RejectRole);
+    QMessageBox box(
+        QMessageBox::Question, tr("Reduce image size"),
+        tr("The selected image is very large.\nThis can make the project file very large "
+           "and it is recomended that the image be scaled down before adding it to the "
+           "canvas."),
+        QMessageBox::NoButton, host->getDialogParent());
+    QPushButton *reduce = box.addButton(tr("Reduce size (1024x768)"), QMessageBox::AcceptRole);
+    QPushButton *keep = box.addButton(
+        tr("Keep size (%1x%2)").arg(image.width()).arg(image.height()), QMessageBox::RejectRole);
     box.setDefaultButton(reduce);
     box.setEscapeButton(keep);
     box.exec();

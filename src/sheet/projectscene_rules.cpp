@@ -20,14 +20,16 @@ constexpr int HighestNumber = 99;
 // many in one turn of the event loop, one report at its end stands for the rest.
 constexpr int SingleReports = 10;
 
-const char ChangeRoleWarning[] =
+const char ChangeRoleWarning[] = QT_TRANSLATE_NOOP(
+    "ProjectScene",
     "You are about to change the role for an item which is the parent of another sheet.\n"
     "This will delete the associated sheet and information on that sheet will be lost.\n"
-    "This action CANNOT BE UNDONE.";
-const char DeleteParentWarning[] =
+    "This action CANNOT BE UNDONE.");
+const char DeleteParentWarning[] = QT_TRANSLATE_NOOP(
+    "ProjectScene",
     "You are about to delete an item which is the parent of another sheet.\n"
     "This will delete the associated sheet and information on that sheet will be lost.\n"
-    "This action CANNOT BE UNDONE.";
+    "This action CANNOT BE UNDONE.");
 
 bool hasParentItem(const QList<Sticky *> &notes)
 {
@@ -71,39 +73,40 @@ bool ProjectScene::setSelectedNotesRole(const QString &role)
 bool ProjectScene::checkRoleChangePermission(const QString &role, const QList<Sticky *> &notes)
 {
     if (!Role(role).isParentItem() && hasParentItem(notes) &&
-        !askToDropSheet("Change Role", ChangeRoleWarning))
+        !askToDropSheet(tr("Change Role"), tr(ChangeRoleWarning)))
         return false;
     const QString refusal = getRoleRefusal(role, notes);
     if (refusal.isEmpty())
         return true;
-    QMessageBox::critical(host->getDialogParent(), "Invalid Role", refusal);
+    QMessageBox::critical(host->getDialogParent(), tr("Invalid Role"), refusal);
     return false;
 }
 
 QString ProjectScene::getRoleRefusal(const QString &role, const QList<Sticky *> &notes) const
 {
     if (Role(role).isParentItem() && isSecondary())
-        return "You cannot create an item that spawns a new sheet on a secondary sheet.";
+        return tr("You cannot create an item that spawns a new sheet on a secondary sheet.");
 
     const auto [loss, lossOfControl] = getLossAndLoCNotes();
     // No row of the role table bears the second name.
     if ((role == RoleType::CausalFactor || role == "Underlying_Factor") && !(loss && lossOfControl))
-        return "You cannot create this role type until you have identified both a Loss and a Loss "
-               "of Control event";
+        return tr(
+            "You cannot create this role type until you have identified both a Loss and a Loss "
+            "of Control event");
 
     if ((role == RoleType::Loss || role == RoleType::LossOfControl) && notes.size() >= 2)
-        return "You cannot identify more than one Loss or Loss of Control per project";
+        return tr("You cannot identify more than one Loss or Loss of Control per project");
     if (role == RoleType::Loss && loss)
-        return "You cannot identify more than one Loss per project";
+        return tr("You cannot identify more than one Loss per project");
     if (role == RoleType::LossOfControl && lossOfControl)
-        return "You cannot identify more than one Loss of Control per project";
+        return tr("You cannot identify more than one Loss of Control per project");
     return QString();
 }
 
 void ProjectScene::deleteSelectedItems()
 {
     if (!isSecondary() && hasParentItem(getSelectedNotes()) &&
-        !askToDropSheet("Delete Parent Item", DeleteParentWarning))
+        !askToDropSheet(tr("Delete Parent Item"), tr(DeleteParentWarning)))
         return;
     const QList<QGraphicsItem *> items = selectedItems();
     if (items.isEmpty())
@@ -169,10 +172,9 @@ void ProjectScene::onStepTaken(int index)
 void ProjectScene::onRequestCausalFactorNumberChange(Sticky *note)
 {
     bool accepted = false;
-    const int number =
-        QInputDialog::getInt(host->getDialogParent(), QString("Set %1Number").arg("Causal Factor "),
-                             QString("%1Number:").arg("Causal Factor "),
-                             note->getCausalFactorNumber(), 1, HighestNumber, 1, &accepted);
+    const int number = QInputDialog::getInt(
+        host->getDialogParent(), tr("Set Causal Factor Number"), tr("Causal Factor Number:"),
+        note->getCausalFactorNumber(), 1, HighestNumber, 1, &accepted);
     // The dialog runs the event loop, so the note may be gone.
     if (!accepted || !isAlive(note) || number == note->getCausalFactorNumber())
         return;
@@ -181,11 +183,11 @@ void ProjectScene::onRequestCausalFactorNumberChange(Sticky *note)
         moveCausalFactor(note, number);
         return;
     }
-    const QString question = QString("The Causal Factor %1 already exists.\nWould you like to swap "
-                                     "numbers with this Causal Factor?")
+    const QString question = tr("The Causal Factor %1 already exists.\nWould you like to swap "
+                                "numbers with this Causal Factor?")
                                  .arg(number);
     const auto answer =
-        QMessageBox::question(host->getDialogParent(), "Causal Factor already exists", question,
+        QMessageBox::question(host->getDialogParent(), tr("Causal Factor already exists"), question,
                               QMessageBox::Ok | QMessageBox::Cancel);
     if (answer == QMessageBox::Ok && isAlive(note) && isAlive(holder))
         swapCausalFactors(note, holder);
