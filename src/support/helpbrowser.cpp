@@ -20,7 +20,7 @@ constexpr int IndexWidth = 210; // pixels; leaves the pictures of the pages thei
 
 HelpBrowser::HelpBrowser(QWidget *parent) : QMainWindow(parent)
 {
-    setWindowTitle("Help");
+    setWindowTitle(tr("Help"));
     resize(800, 600);
     setWindowIcon(QIcon(":/images/16/help-contents.png"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -43,7 +43,7 @@ void HelpBrowser::openCollection()
 
 void HelpBrowser::createIndexDock()
 {
-    indexDock = new QDockWidget("Index", this);
+    indexDock = new QDockWidget(tr("Index"), this);
     indexDock->setObjectName("indexDock");
     indexDock->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
     indexDock->setWidget(helpEngine->contentWidget());
@@ -53,9 +53,9 @@ void HelpBrowser::createIndexDock()
 
 void HelpBrowser::createMenu()
 {
-    QMenu *view = menuBar()->addMenu("&View");
+    QMenu *view = menuBar()->addMenu(tr("&View"));
     view->addAction(indexDock->toggleViewAction());
-    view->addAction("&Search...", this, &HelpBrowser::openSearch, QKeySequence::Find);
+    view->addAction(tr("&Search..."), this, &HelpBrowser::openSearch, QKeySequence::Find);
 }
 
 void HelpBrowser::connectIndex()
@@ -91,7 +91,7 @@ void HelpBrowser::createSearchDock()
 {
     search = new HelpSearch(helpEngine, this);
     connect(search, &HelpSearch::pageChosen, browser, &HelpTextBrowser::showWords);
-    searchDock = new QDockWidget("Search", this);
+    searchDock = new QDockWidget(tr("Search"), this);
     searchDock->setObjectName("searchDock");
     searchDock->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
     searchDock->setWidget(search);

@@ -19,12 +19,12 @@ HelpSearch::HelpSearch(QHelpEngine *helpEngine, QWidget *parent)
     : QWidget(parent), field(new QLineEdit), answer(new QLabel), found(new QListWidget)
 {
     readPages(helpEngine);
-    field->setPlaceholderText("Words to look for");
-    field->setAccessibleName("Words to look for");
+    field->setPlaceholderText(tr("Words to look for"));
+    field->setAccessibleName(tr("Words to look for"));
     field->setClearButtonEnabled(true);
     answer->setWordWrap(true);
     answer->hide();
-    found->setAccessibleName("Pages found");
+    found->setAccessibleName(tr("Pages found"));
     auto *layout = new QVBoxLayout(this);
     for (QWidget *widget : {static_cast<QWidget *>(field), static_cast<QWidget *>(answer),
                             static_cast<QWidget *>(found)})
@@ -81,7 +81,7 @@ void HelpSearch::search()
         auto *entry = new QListWidgetItem(hit.second->title, found);
         entry->setData(Qt::UserRole, hit.second->url);
     }
-    answer->setText("No page holds all of these words.");
+    answer->setText(tr("No page holds all of these words."));
     answer->setVisible(!words.isEmpty() && hits.isEmpty());
 }
 

@@ -12,8 +12,8 @@
 
 UpdateChecker::UpdateChecker(QObject *parent)
     : QObject(parent), networkManager(new QNetworkAccessManager(this)),
-      action(
-          new QAction(QIcon(":/images/48/system-software-update.png"), "Check for updates", this))
+      action(new QAction(QIcon(":/images/48/system-software-update.png"), tr("Check for updates"),
+                         this))
 {
     connect(networkManager, &QNetworkAccessManager::finished, this, &UpdateChecker::gotUpdateInfo);
     connect(action, &QAction::triggered, this, &UpdateChecker::performUpdate, Qt::QueuedConnection);
@@ -40,13 +40,13 @@ void UpdateChecker::gotUpdateInfo(QNetworkReply *reply)
     const QString text = QString::fromUtf8(reply->readAll().constData()).trimmed();
     const QStringList parts = text.split(' ', Qt::SkipEmptyParts);
     if (parts.size() < 2) {
-        emit updateError("Got corrupt update file");
+        emit updateError(tr("Got corrupt update file"));
         return;
     }
     bool ok = false;
     const double version = parts.at(0).toDouble(&ok);
     if (!ok) {
-        emit updateError("Failed to parse version information");
+        emit updateError(tr("Failed to parse version information"));
         return;
     }
     updateUrl = parts.at(1);
@@ -56,7 +56,7 @@ void UpdateChecker::gotUpdateInfo(QNetworkReply *reply)
 void UpdateChecker::compareVersion(double version)
 {
     updateAvailableFlag = version > ProgramVersion && !updateUrl.isEmpty();
-    action->setText(updateAvailableFlag ? "Program update available" : "Check for updates");
+    action->setText(updateAvailableFlag ? tr("Program update available") : tr("Check for updates"));
     if (updateAvailableFlag)
         emit updateAvailable();
     else

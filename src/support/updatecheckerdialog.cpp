@@ -16,22 +16,22 @@ UpdateCheckerDialog::~UpdateCheckerDialog() = default;
 
 void UpdateCheckerDialog::onUpdateAvailable()
 {
-    showResult("<h2>Update Available</h2>An application update is available.  Click "
-               "<a href=\"updatesite\">here</a> to open the download site.");
+    showResult(tr("<h2>Update Available</h2>An application update is available.  Click "
+                  "<a href=\"updatesite\">here</a> to open the download site."));
 }
 
 void UpdateCheckerDialog::onNoUpdateAvailable()
 {
-    showResult("<h2>No Update Available</h2>Your version of the application is the current "
-               "version.");
+    showResult(tr("<h2>No Update Available</h2>Your version of the application is the current "
+                  "version."));
 }
 
 void UpdateCheckerDialog::onUpdateError(QString text)
 {
-    showResult("<h2>Cannot connect to the update site</h2>There was an error connecting to the "
-               "update site.<br>Ensure you are connected to the internet and try again later."
-               "<br>  The error message is: " +
-               text);
+    showResult(tr("<h2>Cannot connect to the update site</h2>There was an error connecting to the "
+                  "update site.<br>Ensure you are connected to the internet and try again later."
+                  "<br>  The error message is: %1")
+                   .arg(text));
 }
 
 void UpdateCheckerDialog::showResult(const QString &text)
