@@ -168,6 +168,6 @@ ProjectFile::BusyGuard::~BusyGuard()
 bool ProjectFile::refuseWhenBusy()
 {
     if (busy)
-        setLastError("A project is just being opened or saved.");
+        setLastError(tr("A project is just being opened or saved."));
     return busy;
 }

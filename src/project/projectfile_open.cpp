@@ -28,8 +28,8 @@ constexpr qint64 StepsForSmallFile = 10 * 1000 * 1000;
 constexpr qint64 StepsForUpgrade = 500 * 1000 * 1000;
 
 constexpr int DatabaseHeaderSize = 100; // bytes
-constexpr char DamagedText[] = "This file is damaged.";
-constexpr char NoItems[] = "Failed to get item count from file.";
+constexpr char DamagedText[] = QT_TRANSLATE_NOOP("ProjectFile", "This file is damaged.");
+constexpr char NoItems[] = QT_TRANSLATE_NOOP("ProjectFile", "Failed to get item count from file.");
 
 /// The database takes a scrap of a file for an empty one, and fills up a page that is cut
 /// short. With a journal or a log beside it the file may be made whole from there.
@@ -87,8 +87,8 @@ bool ProjectFile::readFile(const QString &filename)
         !upgradeOpenedFile(db, filename, version, folderForCopy.filePath("copy.epf")))
         return false;
     if (ProjectReader(db).readItemCount(itemCount) != ProjectReader::Done)
-        return refuse(db, NoItems);
-    SaveProgressDialog progress("Opening file...", itemCount, host->getDialogParent());
+        return refuse(db, tr(NoItems));
+    SaveProgressDialog progress(tr("Opening file..."), itemCount, host->getDialogParent());
     progress.show();
     QCoreApplication::processEvents();
     ProjectContent content;
@@ -108,7 +108,7 @@ bool ProjectFile::openDatabase(QSqlDatabase &db, const QString &filename)
     if (!isSafeFile(filename))
         return false;
     if (isCutShort(filename)) {
-        setLastError(NoItems);
+        setLastError(tr(NoItems));
         return false;
     }
     db.setDatabaseName(filename);
@@ -127,9 +127,9 @@ bool ProjectFile::isSafeFile(const QString &filename)
     const QFileInfo file(filename);
     const bool isOwnFile = file.isFile() && !(isAutoSaveName(filename) && file.isSymLink());
     if ((file.exists() || file.isSymLink()) && !isOwnFile)
-        setLastError("This is not a file.");
+        setLastError(tr("This is not a file."));
     else if (!hasSafeJournals(filename))
-        setLastError("The journal beside this file leads to other files.");
+        setLastError(tr("The journal beside this file leads to other files."));
     else
         return true;
     return false;
@@ -141,16 +141,17 @@ bool ProjectFile::readVersion(QSqlDatabase &db, int &version)
     ProjectReader reader(db);
     const ProjectReader::Result tables = reader.checkTables();
     if (tables == ProjectReader::Damaged)
-        return refuse(db, "The tables of this file are not those of a project.");
+        return refuse(db, tr("The tables of this file are not those of a project."));
     if (tables == ProjectReader::Missing)
-        return refuse(db, NoItems);
+        return refuse(db, tr(NoItems));
     if (!isSound(db))
-        return refuse(db, DamagedText);
+        return refuse(db, tr(DamagedText));
     if (reader.readProjectProperties(version) == ProjectReader::Damaged)
-        return refuse(db, NoItems);
+        return refuse(db, tr(NoItems));
     if (version > Version)
-        return refuse(db, "This file was created with a newer version of this software.\n"
-                          "Please visit https://www.tarnledger.example to get the latest version.");
+        return refuse(db,
+                      tr("This file was created with a newer version of this software.\n"
+                         "Please visit https://www.tarnledger.example to get the latest version."));
     return true;
 }
 
@@ -201,7 +202,7 @@ bool ProjectFile::readContent(QSqlDatabase &db, ProjectContent &content,
 {
     ProjectReader reader(db, [&progress] { progress.keepAlive(); });
     if (reader.readItems(content.items) != ProjectReader::Done)
-        return refuse(db, NoItems);
+        return refuse(db, tr(NoItems));
     const ProjectReader::Result connections = reader.readConnections(content.connections);
     if (connections == ProjectReader::Damaged)
         return refuse(db, reader.getErrorText());
@@ -209,9 +210,9 @@ bool ProjectFile::readContent(QSqlDatabase &db, ProjectContent &content,
         setLastError(reader.getErrorText());
     const ProjectReader::Result formData = reader.readFormData(content.formValues);
     if (formData == ProjectReader::Damaged)
-        return refuse(db, "Cannot open form data table");
+        return refuse(db, tr("Cannot open form data table"));
     if (formData == ProjectReader::Missing)
-        setLastError("Cannot open form data table");
+        setLastError(tr("Cannot open form data table"));
     return true;
 }
 

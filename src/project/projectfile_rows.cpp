@@ -42,19 +42,19 @@ bool ProjectFile::createTables(QSqlDatabase &db)
     } tables[] = {
         {"CREATE TABLE IF NOT EXISTS items (guid TEXT,type INTEGER,role TEXT,x INTEGER,y INTEGER,"
          "width INTEGER,height INTEGER,text TEXT,font TEXT,image BLOB,parent TEXT)",
-         "Couldn't create the items table"},
+         QT_TR_NOOP("Couldn't create the items table")},
         {"CREATE TABLE IF NOT EXISTS connections (lineguid TEXT,startguid TEXT,endguid TEXT,"
          "startside INTEGER,endside INTEGER)",
-         "Couldn't create the connections table"},
+         QT_TR_NOOP("Couldn't create the connections table")},
         {"CREATE TABLE IF NOT EXISTS properties (guid TEXT,name TEXT,value TEXT)",
-         "Couldn't create the properties table"},
+         QT_TR_NOOP("Couldn't create the properties table")},
         {"CREATE TABLE IF NOT EXISTS formdata (id TEXT, value TEXT, image BLOB)",
-         "Couldn't create the form data table"},
+         QT_TR_NOOP("Couldn't create the form data table")},
     };
     QSqlQuery query(db);
     for (const auto &table : tables) {
         if (!query.prepare(table.statement) || !query.exec()) {
-            setLastError(table.failure);
+            setLastError(tr(table.failure));
             return false;
         }
     }

@@ -89,7 +89,7 @@ bool ProjectFile::writeInPlaceOf(const QString &target, const QList<ProjectItem 
                               QFile::permissions(target) | QFile::ReadOwner | QFile::WriteOwner);
     if (keptCopies.replace(target, unfinished))
         return true;
-    setLastError("The former file of this name can't be kept, so it was not replaced.");
+    setLastError(tr("The former file of this name can't be kept, so it was not replaced."));
     return false;
 }
 
@@ -97,7 +97,7 @@ bool ProjectFile::openForWriting(QSqlDatabase &db, const QString &filename)
 {
     if (isAutoSaveName(filename)) {
         if (!keptCopies.isOwn(filename) && !keptCopies.takeAway(filename)) {
-            setLastError("A former file of this name can't be kept.");
+            setLastError(tr("A former file of this name can't be kept."));
             return false;
         }
         makePrivateFile(filename);
@@ -106,7 +106,7 @@ bool ProjectFile::openForWriting(QSqlDatabase &db, const QString &filename)
         return false;
     const bool isAsRead = filename == openFilename && !hasChangedOnDisk();
     if (!keepCopy(filename) && !isAsRead) {
-        setLastError("What another program wrote into this file can't be kept.");
+        setLastError(tr("What another program wrote into this file can't be kept."));
         return false;
     }
     db.setDatabaseName(filename);
@@ -125,7 +125,7 @@ bool ProjectFile::writeProject(QSqlDatabase &db, const QList<ProjectItem *> &ite
         writer.write(items, formValues);
         deletedItems = writer.hasDeletedItems();
         if (!isSound(db))
-            throw SaveError{"The file would be damaged."};
+            throw SaveError{tr("The file would be damaged.")};
     } catch (const SaveError &error) {
         db.rollback();
         setLastError(error.text);

@@ -1,5 +1,6 @@
 #include "project/projectlock.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QLockFile>
 #include <QSysInfo>
@@ -31,7 +32,9 @@ QString describeHolder(const QLockFile &file)
     qint64 process = 0;
     QString host, program;
     const bool known = file.getLockInfo(&process, &host, &program);
-    return known && host != QSysInfo::machineHostName() ? "on " + host : "in another window";
+    return known && host != QSysInfo::machineHostName()
+               ? QCoreApplication::translate("ProjectLock", "on %1").arg(host)
+               : QCoreApplication::translate("ProjectLock", "in another window");
 }
 
 } // namespace

@@ -12,10 +12,11 @@
 namespace
 {
 
+/// Of a text that is translated only here.
 void require(bool done, const char *failure)
 {
     if (!done)
-        throw SaveError{failure};
+        throw SaveError{ProjectWriter::tr(failure)};
 }
 
 } // namespace
@@ -51,7 +52,7 @@ ProjectWriter::ProjectWriter(const QSqlDatabase &db, const std::function<void()>
 
 void ProjectWriter::write(const QList<ProjectItem *> &items, const FormValues &formValues)
 {
-    require(itemRows.load(), "Failed to get previous items");
+    require(itemRows.load(), QT_TR_NOOP("Failed to get previous items"));
     deleteGoneItems(items);
     writeProjectProperties();
     for (ProjectItem *item : items) {
@@ -74,8 +75,8 @@ void ProjectWriter::deleteGoneItems(const QList<ProjectItem *> &items)
         if (present.contains(guid))
             continue;
         for (const RowIndex::Row &row : itemRows.take(guid))
-            require(deleteItemRow.run({row.id}), "Failed to delete item");
-        require(removeProperties(guid), "Failed to remove deleted item properties");
+            require(deleteItemRow.run({row.id}), QT_TR_NOOP("Failed to delete item"));
+        require(removeProperties(guid), QT_TR_NOOP("Failed to remove deleted item properties"));
         deletedItems = true;
     }
 }
@@ -83,24 +84,26 @@ void ProjectWriter::deleteGoneItems(const QList<ProjectItem *> &items)
 void ProjectWriter::writeProjectProperties()
 {
     require(QSqlQuery(db).exec("DELETE FROM properties WHERE guid=\"project\""),
-            "Failed to delete project properties");
+            QT_TR_NOOP("Failed to delete project properties"));
     propertyRows.take("project");
     const ProjectSettings settings;
     const auto write = [this](const char *name, const QString &value, const char *failure) {
         require(setProperty("project", name, value), failure);
     };
-    write("margins", PageInfo().getMarginsString(), "Couldn't write margins project property");
+    write("margins", PageInfo().getMarginsString(),
+          QT_TR_NOOP("Couldn't write margins project property"));
     write("paperSize", QString::number(settings.getPageSize()),
-          "Couldn't write paper size project property");
-    write("font", settings.getFont(), "Couldn't write font project property");
+          QT_TR_NOOP("Couldn't write paper size project property"));
+    write("font", settings.getFont(), QT_TR_NOOP("Couldn't write font project property"));
     const auto writeShown = [&](const char *part, const char *failure) {
         write(part, boolToString(settings.shows(part)), failure);
     };
-    writeShown(ProjectSettings::PageNumbers, "Couldn't write page numbers project property");
-    writeShown(ProjectSettings::Legend, "Couldn't write legend project property");
-    writeShown(ProjectSettings::Header, "Couldn't write header project property");
+    writeShown(ProjectSettings::PageNumbers,
+               QT_TR_NOOP("Couldn't write page numbers project property"));
+    writeShown(ProjectSettings::Legend, QT_TR_NOOP("Couldn't write legend project property"));
+    writeShown(ProjectSettings::Header, QT_TR_NOOP("Couldn't write header project property"));
     write("dbVersion", QString::number(ProjectVersion),
-          "Couldn't write DB version project property");
+          QT_TR_NOOP("Couldn't write DB version project property"));
 }
 
 void ProjectWriter::writeItem(ProjectItem *item)
@@ -136,7 +139,7 @@ void ProjectWriter::insertNote(const CanvasItemInfo &info)
     require(insertNoteRow.run({info.guid, info.type, info.role.getTypeName(), info.startPoint.x(),
                                info.startPoint.y(), info.size.width(), info.size.height(),
                                textOf(info.text), fontOf(info), image, guidOrNull(info.parent)}),
-            "Couldn't write note entry");
+            QT_TR_NOOP("Couldn't write note entry"));
 }
 
 void ProjectWriter::updateNote(const CanvasItemInfo &info)
@@ -145,9 +148,9 @@ void ProjectWriter::updateNote(const CanvasItemInfo &info)
         require(updateNoteRow.run({info.role.getTypeName(), info.startPoint.x(),
                                    info.startPoint.y(), info.size.width(), info.size.height(),
                                    textOf(info.text), fontOf(info), row.id}),
-                "Couldn't update note entry");
+                QT_TR_NOOP("Couldn't update note entry"));
     }
-    require(removeProperties(info.guid), "Failed to delete properties for item");
+    require(removeProperties(info.guid), QT_TR_NOOP("Failed to delete properties for item"));
 }
 
 void ProjectWriter::writeNoteProperties(const CanvasItemInfo &info)
@@ -158,20 +161,21 @@ void ProjectWriter::writeNoteProperties(const CanvasItemInfo &info)
             require(setProperty(info.guid, name, value), failure);
     };
     write(info.backgroundColor.isValid(), "backgroundColor", info.backgroundColor.name(),
-          "Couldn't write color property entry");
+          QT_TR_NOOP("Couldn't write color property entry"));
     write(info.textColor.isValid(), "textColor", info.textColor.name(),
-          "Couldn't write text color property entry");
-    write(info.customFont, "font", fontOf(info), "Couldn't write font property entry");
+          QT_TR_NOOP("Couldn't write text color property entry"));
+    write(info.customFont, "font", fontOf(info), QT_TR_NOOP("Couldn't write font property entry"));
     write(info.causalFactorNumber != 0, "causalFactorNumber",
           QString::number(info.causalFactorNumber),
-          "Couldn't write causal factor number property entry");
+          QT_TR_NOOP("Couldn't write causal factor number property entry"));
     write(!info.siblings.isEmpty(), "sibling", info.siblings.join(','),
-          "Couldn't write sibling UID property entry");
+          QT_TR_NOOP("Couldn't write sibling UID property entry"));
     write(true, "textAlignment", alignmentToString(info.textAlignment),
-          "Couldn't write text alignment property entry");
-    write(info.notRelevant, "notRelevant", "true", "Couldn't write relevancy property entry");
+          QT_TR_NOOP("Couldn't write text alignment property entry"));
+    write(info.notRelevant, "notRelevant", "true",
+          QT_TR_NOOP("Couldn't write relevancy property entry"));
     write(info.borderLineWidth > 0, "borderLineWidth", QString::number(info.borderLineWidth),
-          "Couldn't write line width property entry");
+          QT_TR_NOOP("Couldn't write line width property entry"));
 }
 
 void ProjectWriter::writePicture(const CanvasItemInfo &info, bool isKnown)
@@ -180,13 +184,13 @@ void ProjectWriter::writePicture(const CanvasItemInfo &info, bool isKnown)
         require(
             insertPictureRow.run({info.guid, info.type, info.startPoint.x(), info.startPoint.y(),
                                   info.size.width(), info.size.height(), guidOrNull(info.parent)}),
-            "Couldn't write SVG picture entry");
+            QT_TR_NOOP("Couldn't write SVG picture entry"));
         return;
     }
     for (const RowIndex::Row &row : itemRows.getRows(info.guid)) {
         require(updatePictureRow.run({info.startPoint.x(), info.startPoint.y(), info.size.width(),
                                       info.size.height(), row.id}),
-                "Couldn't update svg picture entry");
+                QT_TR_NOOP("Couldn't update svg picture entry"));
     }
 }
 
@@ -210,7 +214,7 @@ void ProjectWriter::insertLine(const CanvasItemInfo &info)
     require(insertLineRow.run({info.guid, info.type, info.backgroundColor.name(),
                                info.startPoint.x(), info.startPoint.y(), info.size.width(),
                                info.size.height(), guidOrNull(info.parent)}),
-            "Couldn't write line entry");
+            QT_TR_NOOP("Couldn't write line entry"));
 }
 
 void ProjectWriter::updateLine(const CanvasItemInfo &info)
@@ -219,22 +223,23 @@ void ProjectWriter::updateLine(const CanvasItemInfo &info)
         require(
             updateLineRow.run({info.backgroundColor.name(), info.startPoint.x(),
                                info.startPoint.y(), info.size.width(), info.size.height(), row.id}),
-            "Couldn't update line entry");
+            QT_TR_NOOP("Couldn't update line entry"));
     }
-    require(connectionRows.load(), "Failed to delete connections for item");
+    require(connectionRows.load(), QT_TR_NOOP("Failed to delete connections for item"));
     for (const RowIndex::Row &row : connectionRows.take(info.guid))
-        require(deleteConnection.run({row.id}), "Failed to delete connections for item");
+        require(deleteConnection.run({row.id}),
+                QT_TR_NOOP("Failed to delete connections for item"));
 }
 
 void ProjectWriter::writeLineProperties(const CanvasItemInfo &info)
 {
     require(setProperty(info.guid, "arrowStyle", QString::number(info.arrowStyle)),
-            "Couldn't write arrow style property entry");
+            QT_TR_NOOP("Couldn't write arrow style property entry"));
     require(setProperty(info.guid, "lineStyle", QString::number(info.lineStyle)),
-            "Couldn't write line style property entry");
+            QT_TR_NOOP("Couldn't write line style property entry"));
     if (info.borderLineWidth > 0)
         require(setProperty(info.guid, "borderLineWidth", QString::number(info.borderLineWidth)),
-                "Couldn't write line width property entry");
+                QT_TR_NOOP("Couldn't write line width property entry"));
 }
 
 void ProjectWriter::writeConnection(Line *line)
@@ -249,23 +254,24 @@ void ProjectWriter::writeConnection(Line *line)
     require(insertConnection.run({line->getGUID(), getGuid(start), getGuid(end),
                                   int(start.item ? start.side : Sticky::NoSide),
                                   int(end.item ? end.side : Sticky::NoSide)}),
-            "Couldn't write line connection entry");
+            QT_TR_NOOP("Couldn't write line connection entry"));
     // For a second line of the same guid.
     connectionRows.add(line->getGUID(), {insertConnection.getLastRow(), QString()});
 }
 
 void ProjectWriter::writeFormValues(const FormValues &formValues)
 {
-    require(formRows.load(), "Failed to get previous form data");
+    require(formRows.load(), QT_TR_NOOP("Failed to get previous form data"));
     const QStringList ids = formRows.getKeys();
     for (const QString &id : ids) {
         if (formValues.contains(id))
             continue;
         for (const RowIndex::Row &row : formRows.take(id))
-            require(deleteFormValue.run({row.id}), "Failed to delete form item");
+            require(deleteFormValue.run({row.id}), QT_TR_NOOP("Failed to delete form item"));
     }
     for (auto field = formValues.begin(); field != formValues.end(); ++field)
-        require(writeFormValue(field.key(), field.value()), "Couldn't insert form value");
+        require(writeFormValue(field.key(), field.value()),
+                QT_TR_NOOP("Couldn't insert form value"));
 }
 
 bool ProjectWriter::writeFormValue(const QString &id, const FormValue &value)

@@ -4,6 +4,8 @@
 #include "project/statement.h"
 #include "support/formvalue.h"
 
+#include <QCoreApplication>
+
 #include <functional>
 
 class Line;
@@ -20,6 +22,8 @@ struct SaveError {
 /// its row by its text, but none does, as that would read a table for each item.
 class ProjectWriter
 {
+    Q_DECLARE_TR_FUNCTIONS(ProjectWriter)
+
 public:
     /// `onItem` is called for each entry of the items, whatever it is.
     ProjectWriter(const QSqlDatabase &db, const std::function<void()> &onItem);
