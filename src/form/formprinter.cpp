@@ -1,5 +1,6 @@
 #include "form/formprinter.h"
 
+#include <QCoreApplication>
 #include <QPaintEngine>
 #include <QPainter>
 
@@ -47,7 +48,8 @@ void FormPrinter::paintHead()
     painter->setOpacity(1);
     painter->setPen(HeadColour);
     painter->setFont(font);
-    const QString number = QString("Page %1 of %2").arg(page).arg(pages);
+    const QString number =
+        QCoreApplication::translate("FormPrinter", "Page %1 of %2").arg(page).arg(pages);
     const QFontMetricsF metrics(font, this);
     const double left = width - metrics.horizontalAdvance(number + "  ");
     painter->drawText(line, Qt::AlignRight | Qt::AlignTop, number);

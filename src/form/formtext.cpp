@@ -41,7 +41,7 @@ FormText::FormText(QWidget *parent)
 {
     reasonLabel->setWordWrap(true);
     textField->setOpenLinks(false);
-    auto *button = new QPushButton("Show the form again", this);
+    auto *button = new QPushButton(tr("Show the form again"), this);
     connect(button, &QPushButton::clicked, this, &FormText::retryRequested);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(Margin, Margin, Margin, Margin);
@@ -52,8 +52,9 @@ FormText::FormText(QWidget *parent)
 
 void FormText::setReason(const QString &reason)
 {
-    reasonLabel->setText(reason + " Nothing of it is lost: the program keeps its values, saves "
-                                  "them as always, and shows them here.");
+    reasonLabel->setText(reason + ' ' +
+                         tr("Nothing of it is lost: the program keeps its values, saves "
+                            "them as always, and shows them here."));
 }
 
 void FormText::setValues(const FormModel &model)

@@ -222,8 +222,8 @@ void FormView::onChooseImageClicked()
     QSettings settings;
     const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
     const QString folder = settings.value("lastImagePath", pictures).toString() + "/";
-    const QString file = QFileDialog::getOpenFileName(this, "Open image...", folder,
-                                                      "Images (*.png *.jpg *.jpeg *.bmp *.gif)");
+    const QString file = QFileDialog::getOpenFileName(
+        this, tr("Open image..."), folder, tr("Images (*.png *.jpg *.jpeg *.bmp *.gif)"));
     if (file.isEmpty())
         return;
     settings.setValue("lastImagePath", QFileInfo(file).absolutePath());

@@ -70,7 +70,8 @@ WebEngineEngine::WebEngineEngine(QHelpEngine *helpEngine, const QUrl &address, F
     stack->addWidget(text);
     stack->setFocusProxy(view);
     loading.setSingleShot(true);
-    connect(&loading, &QTimer::timeout, this, [this] { giveUp("The form's page doesn't load."); });
+    connect(&loading, &QTimer::timeout, this,
+            [this] { giveUp(tr("The form's page doesn't load.")); });
     connect(text, &FormText::retryRequested, this, [this] {
         deaths.clear();
         startPage();
@@ -134,7 +135,7 @@ void WebEngineEngine::onPageDied()
     if (deaths.size() < MaximumDeaths)
         startPage();
     else
-        giveUp("The form's page stopped three times within a minute.");
+        giveUp(tr("The form's page stopped three times within a minute."));
 }
 
 void WebEngineEngine::giveUp(const QString &reason)

@@ -1,5 +1,6 @@
 #include "output/filereplacement.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QMutex>
@@ -100,8 +101,11 @@ private:
 
 QString makeText(const QString &target, const QString &reason)
 {
-    const QString text = "The file " + target + " could not be written";
-    return text + (reason.isEmpty() ? "." : ": " + reason + ".");
+    if (reason.isEmpty())
+        return QCoreApplication::translate("replaceFile", "The file %1 could not be written.")
+            .arg(target);
+    return QCoreApplication::translate("replaceFile", "The file %1 could not be written: %2.")
+        .arg(target, reason);
 }
 
 } // namespace
@@ -111,7 +115,8 @@ QString replaceFile(const QString &target, const std::function<bool(const QStrin
     const QString path = followLinks(target);
     const QFileInfo former(path);
     if (former.isSymLink() || (former.exists() && !former.isFile()))
-        return makeText(target, "It is no regular file");
+        return makeText(target,
+                        QCoreApplication::translate("replaceFile", "It is no regular file"));
     UnfinishedFile unfinished(path);
     if (unfinished.getPath().isEmpty())
         return makeText(target, unfinished.getError());

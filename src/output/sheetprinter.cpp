@@ -9,6 +9,7 @@
 #include "support/pageinfo.h"
 #include "support/version.h"
 
+#include <QCoreApplication>
 #include <QPainter>
 #include <QPrinter>
 #include <QScopeGuard>
@@ -69,12 +70,13 @@ bool writeBands(PngWriter &writer, ProjectScene *scene, const QRectF &bound, con
 QString getSheetName(const ProjectScene *scene)
 {
     if (scene->getOwnerGUID().isEmpty())
-        return "ECS Chart";
+        return QCoreApplication::translate("SheetPrinter", "ECS Chart");
     const Sticky *owner = scene->getHost()->getNoteWithGUID(scene->getOwnerGUID());
     if (!owner)
-        return "Causal Factor";
+        return QCoreApplication::translate("SheetPrinter", "Causal Factor");
     const QString text = owner->getText().left(LongestEntry).simplified();
-    const QString name = QString("Causal Factor %1").arg(owner->getCausalFactorNumber());
+    const QString name = QCoreApplication::translate("SheetPrinter", "Causal Factor %1")
+                             .arg(owner->getCausalFactorNumber());
     return text.isEmpty() ? name : name + ": " + text;
 }
 
@@ -174,9 +176,11 @@ QString SheetPrinter::writePNG(ProjectScene *scene, const QRectF &bound, const Q
 {
     const QSize size(qRound(bound.width()), qRound(bound.height()));
     if (size.isEmpty())
-        return "There is nothing to write.";
+        return QCoreApplication::translate("SheetPrinter", "There is nothing to write.");
     if (qint64(size.width()) * size.height() > MostPixels)
-        return "The picture would have more than 400 megapixels. Choose a smaller area.";
+        return QCoreApplication::translate(
+            "SheetPrinter",
+            "The picture would have more than 400 megapixels. Choose a smaller area.");
     scene->clearSelection();
     scene->dressForPaper(isDecorated());
     const auto restore = qScopeGuard([scene] { scene->setRenderBackground(true, true, true); });

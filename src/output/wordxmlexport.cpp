@@ -191,7 +191,7 @@ QString WordXMLExport::getTemplatePath()
 
 bool WordXMLExport::saveData(const QString &path, const FormValues &values, QWidget *parent)
 {
-    QProgressDialog dialog("Exporting to Microsoft Word", QString(), 0, ProgressSteps, parent);
+    QProgressDialog dialog(tr("Exporting to Microsoft Word"), QString(), 0, ProgressSteps, parent);
     dialog.setCancelButton(nullptr);
     dialog.setMinimumDuration(0);
     dialog.setWindowModality(Qt::WindowModal);
@@ -204,7 +204,7 @@ bool WordXMLExport::saveData(const QString &path, const FormValues &values, QWid
     });
     if (!failure.isEmpty())
         return false;
-    dialog.setLabelText("Opening Microsoft Word...");
+    dialog.setLabelText(tr("Opening Microsoft Word..."));
     dialog.setValue(6);
     QDesktopServices::openUrl(getUrl(path));
     dialog.setValue(dialog.maximum());
@@ -216,11 +216,11 @@ QString WordXMLExport::writeReport(const QString &path, FormValues values, const
 {
     const Progress tell = progress ? progress : [](int, const QString &) {};
     QDomDocument document;
-    tell(0, "Opening template file...");
+    tell(0, tr("Opening template file..."));
     if (!readTemplate(templatePath, document))
-        return "The template " + templatePath + " can't be read.";
+        return tr("The template %1 can't be read.").arg(templatePath);
     replaceImages(document, values, tell);
-    tell(3, "Writing fields...");
+    tell(3, tr("Writing fields..."));
     values["REPORTDATESTAMP"].value =
         QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
     addRowNumbers(values);
@@ -231,7 +231,7 @@ QString WordXMLExport::writeReport(const QString &path, FormValues values, const
     ReportLayout::turnParagraphs(document, values);
     replaceFields(document, values);
     ReportLayout::closeUp(document);
-    tell(5, "Writing document...");
+    tell(5, tr("Writing document..."));
     return replaceFile(path, [&document](const QString &unfinished) {
         return writeDocument(unfinished, document);
     });
@@ -240,7 +240,7 @@ QString WordXMLExport::writeReport(const QString &path, FormValues values, const
 void WordXMLExport::replaceImages(QDomDocument &document, const FormValues &values,
                                   const Progress &progress)
 {
-    progress(1, "Writing images...");
+    progress(1, tr("Writing images..."));
     const QImage title = values.value(FormFields::TitleImage).image;
     if (!title.isNull())
         replaceImage("03000003.png", title, document, false);
