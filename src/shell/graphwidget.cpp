@@ -89,7 +89,11 @@ void GraphWidget::onSceneRectChanged(const QRectF &rect)
 
 void GraphWidget::scrollOriginTo(const QPoint &pos)
 {
-    const QPoint moved = mapFromScene(0, 0) - pos;
+    scrollBy(mapFromScene(0, 0) - pos);
+}
+
+void GraphWidget::scrollBy(const QPoint &moved)
+{
     horizontalScrollBar()->setValue(horizontalScrollBar()->value() + moved.x());
     verticalScrollBar()->setValue(verticalScrollBar()->value() + moved.y());
 }
@@ -205,10 +209,8 @@ void GraphWidget::wheelEvent(QWheelEvent *event)
     const QPoint pos = event->position().toPoint();
     const QPointF before = mapToScene(pos);
     emit doZoom(event->angleDelta().y() > 0);
-    const QPointF difference = mapToScene(pos) - before;
-    // centerOn() cuts fractions of a pixel off: they would add up over the turns.
-    const QPointF halfPixel = QPointF(0.5, 0.5) / transform().m11();
-    centerOn(getViewCentre() - difference + halfPixel);
+    // By whole pixels to the nearest: what centerOn() cuts off would add up over the turns.
+    scrollBy(roundHalfUp(viewportTransform().map(before)) - pos);
 }
 
 QPointF GraphWidget::getViewCentre() const
@@ -251,7 +253,8 @@ void GraphWidget::updateRubberBand(const QPoint &pos)
     if (!rubberBand->isVisible())
         return;
     bandEnd = pos;
-    const QRect band = QRect(origin, pos).normalized();
+    const QRect band(QPoint(qMin(origin.x(), pos.x()), qMin(origin.y(), pos.y())),
+                     QPoint(qMax(origin.x(), pos.x()), qMax(origin.y(), pos.y())));
     rubberBand->setGeometry(band);
     QPainterPath area;
     area.addRect(QRectF(mapToScene(band.topLeft()), mapToScene(band.bottomRight())));

@@ -54,6 +54,7 @@ private:
     /// The sheet may change its size from now on without moving on the screen.
     void holdView();
     void letGo() { setSceneRect(QRectF()); }
+    void scrollBy(const QPoint &moved);
     void scrollOriginTo(const QPoint &pos);
     void endDrag();
     /// In scene units.

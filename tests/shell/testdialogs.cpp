@@ -9,6 +9,7 @@
 
 #include <QHelpEngineCore>
 #include <QHelpLink>
+#include <QSvgRenderer>
 #include <QtWidgets>
 
 /// What dialogs take and give back, and the files that come with the program.
@@ -184,8 +185,11 @@ private slots:
     {
         QDirIterator walk(":/images", QDir::Files, QDirIterator::Subdirectories);
         QVERIFY(walk.hasNext());
-        while (walk.hasNext())
-            QVERIFY2(!QImage(walk.next()).isNull(), qPrintable(walk.filePath()));
+        while (walk.hasNext()) {
+            const QString name = walk.next();
+            QVERIFY2(name.endsWith("svg") ? QSvgRenderer(name).isValid() : !QImage(name).isNull(),
+                     qPrintable(name));
+        }
     }
 };
 
