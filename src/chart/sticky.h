@@ -47,6 +47,8 @@ public:
     const QStringList &getSiblings() const { return info.siblings; }
     int getCausalFactorNumber() const;
     bool isEditing() const { return editing; }
+    /// Whether lines of the text stand outside the note.
+    bool isTextCut() const { return textCut; }
 
     // What is new goes on to the siblings, except for the mark and the shadow.
     void setText(const QString &text);
@@ -147,9 +149,13 @@ private:
 
     void drawShape(QPainter *painter) const;
     void drawHighlightEdge(QPainter *painter, Side side) const;
+    void drawCutMark(QPainter *painter) const;
     QSizeF getTextInset() const;
     qreal getTextHeight() const;
     void placeText(const QSizeF &inset);
+    void checkText();
+    qreal getHeightForText() const;
+    void growToText();
     void placePicture(const QSizeF &inset, bool doItFast);
 
     bool isCircleAt(const QPointF &p) const;
@@ -160,6 +166,7 @@ private:
     NoteText *noteText = nullptr;     // child
     NotePicture *imageItem = nullptr; // child; null without a picture
     bool editing = false;
+    bool textCut = false;
     Side highlightedEdge = NoSide;
     CircledNumberItem *circle = nullptr; // child
     QString textBeforeEdit;

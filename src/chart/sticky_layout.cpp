@@ -1,3 +1,4 @@
+#include "chart/chartsheet.h"
 #include "chart/circlednumberitem.h"
 #include "chart/crosslines.h"
 #include "chart/notepicture.h"
@@ -6,6 +7,9 @@
 #include "chart/sticky.h"
 
 #include <QPainter>
+#include <QTextDocument>
+
+#include <cmath>
 
 namespace
 {
@@ -13,6 +17,9 @@ namespace
 constexpr qreal CornerPart = 0.0625; // of a round shape's sides that text keeps clear of
 constexpr qreal MarkerHeight = 20;   // of a new sequence marker
 constexpr qreal PictureGap = 5;      // between picture and text
+constexpr qreal SmallPicture = 40;   // what a text leaves to its picture
+constexpr qreal MarkSize = 6;        // of the mark of a text that does not fit
+constexpr QRgb CutMarkColor = 0xffd84315;
 constexpr qreal MiterLimit =
     1.5; // of a border's width beyond the corner; less would cut right angles on paper
 
@@ -35,7 +42,7 @@ QRectF Sticky::boundingRect() const
     return rect.adjusted(-margin, -margin, margin, margin);
 }
 
-void Sticky::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
+void Sticky::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *widget)
 {
     QPen pen = info.role.getInfo().pen;
     if (isSelected())
@@ -50,6 +57,8 @@ void Sticky::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget 
     drawShape(painter);
     if (highlightedEdge != NoSide)
         drawHighlightEdge(painter, highlightedEdge);
+    if (textCut && widget) // there is none on paper and in pictures
+        drawCutMark(painter);
 }
 
 void Sticky::drawShape(QPainter *painter) const
@@ -93,6 +102,16 @@ void Sticky::drawHighlightEdge(QPainter *painter, Side side) const
     painter->restore();
 }
 
+// At the middle of the lower edge, which every shape has, beside the handle that helps.
+void Sticky::drawCutMark(QPainter *painter) const
+{
+    const QPointF tip(rect.width() / 2, rect.height() - 1);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(QColor(CutMarkColor));
+    painter->drawPolygon(
+        QPolygonF({tip, tip + QPointF(-MarkSize, -MarkSize), tip + QPointF(MarkSize, -MarkSize)}));
+}
+
 void Sticky::relayout(bool doItFast)
 {
     resizeGrip->relayout(rect);
@@ -105,6 +124,7 @@ void Sticky::relayout(bool doItFast)
     if (noteText->textWidth() != textWidth) // the document would lay itself out again
         noteText->setTextWidth(textWidth);
     placeText(inset);
+    checkText();
     if (imageItem)
         placePicture(inset, doItFast);
     update();
@@ -132,6 +152,44 @@ void Sticky::placeText(const QSizeF &inset)
     else if (info.textAlignment & Qt::AlignVCenter || rect.height() == MarkerHeight)
         top = (rect.height() - getTextHeight()) * 0.5;
     noteText->setPos(inset.width(), top);
+}
+
+void Sticky::checkText()
+{
+    const qreal margin = noteText->document()->documentMargin(); // holds no ink
+    const bool cut =
+        noteText->y() + margin < 0 || noteText->y() + getTextHeight() - margin > rect.height();
+    if (cut == textCut)
+        return;
+    textCut = cut;
+    setToolTip(cut ? tr("The text does not fit. Double click the lower handle to make room.")
+                   : QString());
+}
+
+/// The height that shows all of the text, on a sheet whose grid the lower edge keeps to.
+qreal Sticky::getHeightForText() const
+{
+    const bool isRound = info.role.getInfo().shape != RoleInfo::Rectangle;
+    const qreal border = int((info.borderLineWidth + 5) * 0.5);
+    qreal height = getTextHeight() + 2 * border;
+    if (imageItem)
+        height += PictureGap + SmallPicture;
+    if (isRound)
+        height /= 1 - 2 * CornerPart;
+    const qreal step = ChartSheet::GridStep;
+    return std::ceil((y() + height) / step) * step - y();
+}
+
+void Sticky::growToText()
+{
+    const QRectF before = getGeometry();
+    const qreal height = getHeightForText();
+    if (!textCut || height <= before.height())
+        return;
+    setGeometry(QRectF(pos(), QSizeF(rect.width(), height)));
+    relayout(false);
+    emit moved(this);
+    emit dragged({{this, before}});
 }
 
 void Sticky::placePicture(const QSizeF &inset, bool doItFast)

@@ -8,12 +8,20 @@
 #include "chart/sticky.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QGraphicsScene>
 #include <QGraphicsSceneContextMenuEvent>
 #include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>
 #include <QMenu>
 #include <QTextCursor>
 #include <QTextDocument>
+
+namespace
+{
+
+constexpr int LowerHandle = 6; // of a resize grip
+
+} // namespace
 
 void Sticky::mousePressEvent(QGraphicsSceneMouseEvent *event)
 {
@@ -82,7 +90,11 @@ void Sticky::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    if (isPictureAt(event->pos())) {
+    if (resizeGrip->contains(event->scenePos()) == LowerHandle) {
+        growToText();
+        if (scene() && scene()->mouseGrabberItem() == this)
+            ungrabMouse(); // what follows up to the release is no drag
+    } else if (isPictureAt(event->pos())) {
         ImagePreviewDialog dialog(nullptr, info.image);
         dialog.exec();
     } else if (isCircleAt(event->pos())) {
