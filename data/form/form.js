@@ -187,6 +187,27 @@ function goToStep(n) {
     onScroll();
 }
 
+// ---- What a search finds. The current field is brought into view, and its step opens without a
+// word to the program.
+
+function markFound(ids, current) {
+    all(".found").forEach(field => field.classList.remove("found"));
+    all(".found-now").forEach(field => field.classList.remove("found-now"));
+    ids.map(byId).filter(field => field).forEach(field => field.classList.add("found"));
+    const field = byId(current);
+    if (!field)
+        return;
+    field.classList.add("found-now");
+    const step = sections().findIndex(section => section.contains(field));
+    if (step >= 0 && !isShown(sections()[step]))
+        openSteps(step + 1);
+    const place = field.getBoundingClientRect();
+    const edge = byId("bar").offsetHeight + 34;
+    const middle = (window.innerHeight - place.height) / 2;
+    if (place.top < edge || place.bottom > window.innerHeight)
+        window.scrollBy(0, place.top - Math.max(edge, middle));
+}
+
 function isFilled(item) {
     return isTextField(item) ? item.value.trim() !== ""
                              : item.querySelector("input:checked") !== null;

@@ -134,6 +134,7 @@ const Actions = {
     addRow: (guid, n) => changeRows(() => window.addDynamicContent("causalFactor", guid, n)),
     removeRow: n => changeRows(() => window.removeDynamicContent("causalFactor", n)),
     steps: number => { window.showStepsUpTo(number); },
+    found: (ids, current) => { window.markFound(ids, current); },
     wire,
     chosen: () => { chosen && chosen(); },
     picture: address => {

@@ -3,6 +3,7 @@
 #include "support/formvalue.h"
 
 #include <QObject>
+#include <QStringList>
 
 class FormBridge;
 class FormModel;
@@ -32,6 +33,8 @@ public:
     virtual bool hasField(const QString &id) const = 0;
     /// Empty for an unknown id.
     virtual QString read(const QString &id) const = 0;
+    /// The ids of the fields that show a text, in the page's order.
+    virtual QStringList getTextFields() const = 0;
     /// Every field with its text, hidden ones too.
     virtual FormValues readAll() const = 0;
 
@@ -44,6 +47,9 @@ public:
     virtual void removeRow(int number) = 0;
     /// An address that carries the picture's bytes; empty for none.
     virtual void showTitleImage(const QString &dataUrl) = 0;
+    /// Marks these fields alone on the screen, and brings the current one into view, if there is
+    /// one: steps up to it open, which leaves no trace in the form.
+    virtual void markFields(const QStringList &ids, const QString &current) = 0;
     /// Wires every field and the two buttons that have no handler of their own.
     virtual void addOnChangeHandlers() = 0;
     /// Empties the page by loading it again.

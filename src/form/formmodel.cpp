@@ -68,6 +68,17 @@ FormValues FormModel::getValues() const
     return values;
 }
 
+QStringList FormModel::getTextFields() const
+{
+    QMultiMap<int, QString> places;
+    for (auto field = fields.cbegin(); field != fields.cend(); ++field) {
+        if (field->kind == FormField::Line || field->kind == FormField::Area ||
+            field->kind == FormField::Choice)
+            places.insert(field->place, field.key());
+    }
+    return places.values();
+}
+
 void FormModel::clear()
 {
     fields.clear();

@@ -37,6 +37,8 @@ public:
     /// Empty for an unknown id.
     QString getValue(const QString &id) const;
     FormValues getValues() const;
+    /// The ids of the fields that show a text, in the page's order.
+    QStringList getTextFields() const;
 
     /// Neither fields nor values.
     void clear();

@@ -129,6 +129,17 @@ FormValues FormView::getAllFieldValues() const
     return values;
 }
 
+QStringList FormView::getTextFields() const
+{
+    return engine->getTextFields();
+}
+
+void FormView::markFields(const QStringList &ids, const QString &current)
+{
+    if (isReady())
+        engine->markFields(ids, current);
+}
+
 QString FormView::getFieldValue(const QString &id) const
 {
     return isReady() ? engine->read(id) : model.getValue(id);

@@ -36,9 +36,13 @@ public:
     bool isReady() const;
     /// The title image is read afresh from its path; unreadable gives a null image.
     FormValues getAllFieldValues() const;
+    /// The ids of the fields that show a text, in the page's order.
+    QStringList getTextFields() const;
     /// Empty for an unknown field.
     QString getFieldValue(const QString &id) const;
 
+    /// Marks these fields alone on the screen and brings the current one, if any, into view.
+    void markFields(const QStringList &ids, const QString &current);
     void setSharedString(const QString &text) override { sharedString = text; }
     /// False if there is no such field. An empty value never overwrites a text.
     bool setFieldValue(const QString &id, const QString &value);

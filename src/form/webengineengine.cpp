@@ -175,6 +175,11 @@ QString WebEngineEngine::read(const QString &id) const
     return model->getValue(id);
 }
 
+QStringList WebEngineEngine::getTextFields() const
+{
+    return model->getTextFields();
+}
+
 FormValues WebEngineEngine::readAll() const
 {
     return model->getValues();
@@ -268,6 +273,11 @@ void WebEngineEngine::showTitleImage(const QString &dataUrl)
 {
     picture = dataUrl;
     send({"picture", dataUrl});
+}
+
+void WebEngineEngine::markFields(const QStringList &ids, const QString &current)
+{
+    send({"found", QJsonArray::fromStringList(ids), current});
 }
 
 void WebEngineEngine::addOnChangeHandlers()

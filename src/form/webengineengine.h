@@ -29,6 +29,7 @@ public:
     bool isReady() const override;
     bool hasField(const QString &id) const override;
     QString read(const QString &id) const override;
+    QStringList getTextFields() const override;
     FormValues readAll() const override;
 
     bool write(const QString &id, const QString &value) override;
@@ -36,6 +37,7 @@ public:
     void addRow(int number, const QString &guid) override;
     void removeRow(int number) override;
     void showTitleImage(const QString &dataUrl) override;
+    void markFields(const QStringList &ids, const QString &current) override;
     void addOnChangeHandlers() override;
     void reload() override;
     bool settle() override;

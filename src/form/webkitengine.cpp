@@ -6,6 +6,8 @@
 #include "form/webkitpage.h"
 #include "support/log.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QUuid>
 #include <QWebFrame>
 #include <QWebView>
@@ -140,6 +142,17 @@ QWebElementCollection WebKitEngine::getAllFields(bool includeHidden) const
     return fields;
 }
 
+QStringList WebKitEngine::getTextFields() const
+{
+    QStringList ids;
+    if (!mainFrame)
+        return ids;
+    for (const QWebElement &field :
+         mainFrame->findAllElements("INPUT[type=text], TEXTAREA, SELECT"))
+        ids.append(field.attribute("id"));
+    return ids;
+}
+
 FormValues WebKitEngine::readAll() const
 {
     FormValues values;
@@ -261,6 +274,21 @@ void WebKitEngine::showTitleImage(const QString &dataUrl)
         preview.removeAttribute("src");
     else
         preview.setAttribute("src", dataUrl);
+}
+
+void WebKitEngine::markFields(const QStringList &ids, const QString &current)
+{
+    if (!mainFrame)
+        return;
+    QJsonArray plainIds; // nothing else goes into a script
+    for (const QString &id : ids) {
+        if (FormModel::isFieldId(id))
+            plainIds.append(id);
+    }
+    const QString list = QJsonDocument(plainIds).toJson(QJsonDocument::Compact);
+    mainFrame->evaluateJavaScript(
+        QString("markFound(%1, '%2')")
+            .arg(list, FormModel::isFieldId(current) ? current : QString()));
 }
 
 void WebKitEngine::addOnChangeHandlers()

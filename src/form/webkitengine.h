@@ -22,6 +22,7 @@ public:
     bool hasField(const QString &id) const override { return !findField(id).isNull(); }
     QString read(const QString &id) const override;
     QString read(QWebElement &element) const;
+    QStringList getTextFields() const override;
     FormValues readAll() const override;
     QWebElementCollection getAllFields(bool includeHidden) const;
 
@@ -31,6 +32,7 @@ public:
     void addRow(int number, const QString &guid) override;
     void removeRow(int number) override;
     void showTitleImage(const QString &dataUrl) override;
+    void markFields(const QStringList &ids, const QString &current) override;
     void addOnChangeHandlers() override;
     void reload() override;
     bool settle() override { return true; }

@@ -51,6 +51,10 @@ void ChartCommands::createActions(QUndoGroup *undoGroup)
         {SelectAll, "Select &All", "", QKeySequence::SelectAll, "Select all items in the scene"},
         {Delete, "Delete item(s)", "edit-delete", Qt::Key_Backspace,
          "Delete the currently selected items"},
+        {Find, "&Find...", "", QKeySequence::Find, "Search the notes and the form"},
+        {FindNext, "Find Next", "", Qt::Key_F3, "Go to the next place that was found"},
+        {FindPrevious, "Find Previous", "", QKeySequence("Shift+F3"),
+         "Go to the previous place that was found"},
         {ItemProperties, "Item Properties", "", none, "Edit the properties for the selected items"},
         {MarkNotRelevant, "Mark not relevant", "", none,
          "Mark this note not relevant to the investigation"},
@@ -192,6 +196,8 @@ void ChartCommands::createMenus(ZoomWidget *zoom)
     edit->addActions(pick({Undo, Redo}));
     edit->addSeparator();
     edit->addActions(pick({Copy, Paste, SelectAll, Delete}));
+    edit->addSeparator();
+    edit->addActions(pick({Find, FindNext, FindPrevious}));
     edit->addSeparator();
     edit->addAction(actions[ItemProperties]);
     edit->addSeparator();

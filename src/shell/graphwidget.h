@@ -1,10 +1,13 @@
 #pragma once
 
 #include <QGraphicsView>
+#include <QPointer>
 #include <QTimer>
+#include <QVector>
 
 class ProjectScene;
 class QRubberBand;
+class Sticky;
 
 /// The view of one sheet, with a rubber band of its own, scrolling near the
 /// edges during a drag, and zoom around the pointer.
@@ -26,6 +29,8 @@ public:
 
     /// Stores the zoom and applies it.
     void setZoomScale(int percent);
+    /// Marks notes on the screen alone, one of them (or none) more than the others.
+    void setMarks(const QVector<QPointer<Sticky>> &notes, const Sticky *current);
 
 public slots:
     void onScrollTimeout();
@@ -43,6 +48,7 @@ protected:
     void dropEvent(QDropEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void drawForeground(QPainter *painter, const QRectF &rect) override;
 
 private slots:
     void onSceneRectChanged(const QRectF &rect);
@@ -72,4 +78,6 @@ private:
     bool holding = false;       // under a drag
     ProjectScene *projectScene; // not owned
     int zoom = 100;
+    QVector<QPointer<Sticky>> marks;
+    const Sticky *currentMark = nullptr; // compared, never followed
 };

@@ -4,6 +4,8 @@
 #include "form/formview.h"
 #include "project/projectfile.h"
 #include "shell/aboutdialog.h"
+#include "shell/chartcheck.h"
+#include "shell/findbar.h"
 #include "shell/graphwidget.h"
 #include "shell/introscreen.h"
 #include "shell/projectdrop.h"
@@ -24,6 +26,7 @@ namespace
 {
 
 constexpr int LongestTip = 500; // characters
+constexpr int PlaceMargin = 80; // pixels between a place that is shown and the view's edge
 
 QString getTabText(const Sticky *factor)
 {
@@ -76,6 +79,7 @@ void MainWindow::loadFullInterface()
     createStatusBar();
     commands = new ChartCommands(this, book, &currentScene, undoGroup, zoomWidget);
     connectCommands();
+    createFindBar();
     showMaximized();
     interfaceLoaded = true;
 }
@@ -114,8 +118,51 @@ void MainWindow::createMainSheet()
 void MainWindow::createStatusBar()
 {
     statusLine = new StatusLine(this);
+    chartCheck = new ChartCheck(book);
+    statusBar()->addPermanentWidget(chartCheck);
     statusBar()->addPermanentWidget(zoomWidget);
+    connect(chartCheck, &ChartCheck::placeWanted, this, &MainWindow::showPlace);
+    connect(undoGroup, &QUndoGroup::indexChanged, chartCheck, &ChartCheck::lookSoon);
+    connect(projectFile, &ProjectFile::loadedFormData, chartCheck, &ChartCheck::lookSoon);
     connect(zoomWidget, &ZoomWidget::zoomChanged, this, &MainWindow::onZoomChanged);
+}
+
+void MainWindow::createFindBar()
+{
+    findBar = new FindBar(tabWidget, formView);
+    tabWidget->setBar(findBar);
+    connect(findBar, &FindBar::noteWanted, this, &MainWindow::showPlace);
+    connect(undoGroup, &QUndoGroup::indexChanged, findBar, &FindBar::lookAgainSoon);
+    connect(formView, &FormView::formChanged, findBar, &FindBar::lookAgainSoon);
+    connect(desk, &ProjectDesk::clearing, findBar, &FindBar::dismiss);
+    commands->onTriggered(ChartCommands::Find, this, [this] {
+        book->finishEditing(); // also what is being typed is found
+        findBar->open();
+    });
+    commands->onTriggered(ChartCommands::FindNext, findBar, &FindBar::goToNext);
+    commands->onTriggered(ChartCommands::FindPrevious, findBar, &FindBar::goToPrevious);
+}
+
+void MainWindow::showPlace(ProjectScene *sheet, ProjectItem *item)
+{
+    GraphWidget *view = getView(sheet);
+    if (!view)
+        return;
+    tabWidget->setCurrentWidget(view);
+    if (!item || item->scene() != sheet)
+        return;
+    view->ensureVisible(item->sceneBoundingRect(), PlaceMargin, PlaceMargin);
+    // Queued like the change of the tab, which takes a selection away.
+    QPointer<ProjectItem> place = item;
+    QMetaObject::invokeMethod(
+        this,
+        [place] {
+            if (!place || !place->scene())
+                return;
+            place->scene()->clearSelection();
+            place->setSelected(true);
+        },
+        Qt::QueuedConnection);
 }
 
 void MainWindow::connectCommands()

@@ -10,6 +10,8 @@
 #include <QMainWindow>
 #include <QPointer>
 
+class ChartCheck;
+class FindBar;
 class GraphWidget;
 class IntroScreen;
 class ProjectTabWidget;
@@ -129,6 +131,9 @@ private:
     void createStatusBar();
     /// The tip of a factor's tab tells what the factor is.
     void describeTab(int index);
+    void createFindBar();
+    /// Brings an item into view and selects it; null for the sheet as such.
+    void showPlace(ProjectScene *sheet, ProjectItem *item);
     void connectCommands();
     void connectSheet(ProjectScene *sheet, GraphWidget *view);
     void onSheetCame(ProjectScene *sheet);
@@ -153,6 +158,8 @@ private:
     ProjectTabWidget *tabWidget = nullptr;
     ZoomWidget *zoomWidget = nullptr;
     StatusLine *statusLine = nullptr;
+    ChartCheck *chartCheck = nullptr;
+    FindBar *findBar = nullptr;
     QShortcut *escapeShortcut = nullptr;
     ChartCommands *commands = nullptr;
     QString exportedProject; // whose last export lies in the folder of exports
