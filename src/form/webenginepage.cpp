@@ -15,12 +15,6 @@
 #include <QWebEngineUrlRequestJob>
 #include <QWebEngineUrlScheme>
 
-/// Out of an archive the linker would drop what nothing calls.
-static void loadResource()
-{
-    Q_INIT_RESOURCE(webengine);
-}
-
 namespace
 {
 
@@ -35,7 +29,6 @@ Q_CONSTRUCTOR_FUNCTION(registerScheme)
 
 QWebEngineScript makeAdapter()
 {
-    loadResource();
     QFile file(":/form/webengine_adapter.js");
     if (!file.open(QIODevice::ReadOnly))
         qFatal("The form's adapter is missing");
