@@ -1,19 +1,16 @@
 #pragma once
 
-#include "form/formview.h"
 #include "shell/graphwidget.h"
 #include "shell/introscreen.h"
 #include "shell/mainwindow.h"
 #include "shell/toolbutton.h"
+#include "testing/form.h"
 #include "testing/records.h"
 
 #include <QComboBox>
 #include <QProcess>
 #include <QTabBar>
 #include <QTest>
-#include <QWebElement>
-#include <QWebFrame>
-#include <QWebView>
 
 // What is waited for comes at its own time; the limit is for what never comes.
 #define EXPECT(fact) QTRY_VERIFY_WITH_TIMEOUT(fact, 30000)
@@ -41,7 +38,7 @@ public:
     {
         EXPECT(!screen);
         QVERIFY(QTest::qWaitForWindowActive(&window, 30000));
-        EXPECT(window.isMaximized() && form()->getAllFields(true).count() > 0);
+        EXPECT(window.isMaximized() && form()->isReady());
     }
 
     static void type(const QString &text) { run({"type", "--delay", "15", text}); }
@@ -105,17 +102,19 @@ public:
     /// click is made again until it has met.
     void typeIntoField(const QString &id, const QString &text) const
     {
-        auto *web = form()->findChild<QWebView *>();
-        QWebFrame *frame = web->page()->mainFrame();
+        auto *web = form()->findChild<WebView *>();
         const auto hasFocus = [&] {
-            return web->hasFocus() &&
-                   frame->evaluateJavaScript("document.activeElement.id").toString() == id;
+            return form()->isAncestorOf(QApplication::focusWidget()) &&
+                   runInPage(web, "document.activeElement.id").toString() == id;
         };
         for (int tries = 0; tries < 50 && !QTest::qWaitFor(hasFocus, tries ? 500 : 0); ++tries) {
-            QWebElement field = frame->findFirstElement("#" + id);
-            field.evaluateJavaScript("scrollBy(0, this.getBoundingClientRect().top - 300)");
-            const QRect place = field.geometry().translated(-frame->scrollPosition());
-            click(web->mapToGlobal(QPoint(place.left() + 8, place.center().y())));
+            const QVariantList place =
+                runInPage(web,
+                          "var e = document.getElementById('" + id +
+                              "'); scrollBy(0, e.getBoundingClientRect().top - 300);"
+                              "var r = e.getBoundingClientRect(); [r.left, r.top + r.height / 2]")
+                    .toList();
+            click(web->mapToGlobal(QPoint(place[0].toInt() + 8, place[1].toInt())));
         }
         QVERIFY(hasFocus());
         press("ctrl+a");

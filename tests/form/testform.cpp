@@ -185,23 +185,22 @@ private slots:
         form->view.addCausalFactor(QString(), 2, "opens the step");
         for (const char *id : {"loss", "incidentTitle", "causalFactor_description_2"}) {
             form->run("showStepsUpTo(7)");
-            focus(id);
+            form->focus(id);
             told.clear();
-            QTest::keyClicks(form->web, "Fi");
+            form->type("Fi");
             QCOMPARE(told, QStringList({"F", "Fi"}));
-            form->web->page()->triggerAction(QWebPage::SelectAll);
-            form->web->page()->triggerAction(QWebPage::Cut);
-            form->web->page()->triggerAction(QWebPage::Undo);
+            for (const Qt::Key key : {Qt::Key_A, Qt::Key_X, Qt::Key_Z})
+                form->press(key, Qt::ControlModifier);
             QCOMPARE(told.mid(2), QStringList({"", "Fi"}));
             changed.clear();
-            focus("examinerName");
+            form->focus("examinerName");
             QCOMPARE(changed.count(), 0);
         }
         // What the program changed meanwhile and the user brings back is news again.
-        focus("loss");
+        form->focus("loss");
         form->view.setFieldValue("loss", "x");
-        QTest::keyClick(form->web, Qt::Key_End, Qt::ControlModifier);
-        QTest::keyClicks(form->web, "!");
+        form->press(Qt::Key_End, Qt::ControlModifier);
+        form->type("!");
         QCOMPARE(told.last(), QString("x!"));
         form->view.setFieldValue("titleImageFile", "/pictures/a.png");
         form->run("removeTitleImage(); removeTitleImage()");
@@ -211,20 +210,20 @@ private slots:
 
     void focusReturnsAndBrowserKeysDoNothing()
     {
-        focus("incidentDate");
-        QTest::keyClicks(form->web, "7 May");
+        form->focus("incidentDate");
+        form->type("7 May");
         QFocusEvent out(QEvent::FocusOut), in(QEvent::FocusIn);
-        QApplication::sendEvent(form->web, &out);
-        QVERIFY(focused() != "incidentDate");
-        QApplication::sendEvent(form->web, &in);
-        QTRY_COMPARE(focused(), QString("incidentDate"));
+        QApplication::sendEvent(form->keys(), &out);
+        QVERIFY(form->focused() != "incidentDate");
+        QApplication::sendEvent(form->keys(), &in);
+        QTRY_COMPARE(form->focused(), QString("incidentDate"));
 
-        QSignalSpy loading(form->web, &QWebView::loadStarted);
+        QSignalSpy loading(form->web, &WebView::loadStarted);
         form->run("document.activeElement.blur()");
         for (int key : {Qt::Key_Refresh, Qt::Key_Reload, Qt::Key_Back, Qt::Key_Forward,
                         Qt::Key_Stop, Qt::Key_Backspace, Qt::Key_F5, Qt::Key_HomePage}) {
             QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
-            QApplication::sendEvent(form->web, &press);
+            QApplication::sendEvent(form->keys(), &press);
         }
         form->web->reload();
         form->web->back();
@@ -237,7 +236,7 @@ private slots:
         QSignalSpy valueChanged(&form->view, &FormView::formValueChanged);
         form->run("document.querySelector('#step1 .next button').click()");
         QCOMPARE(form->run("sections().filter(isShown).length").toInt(), 2);
-        QCOMPARE(focused(), QString("organisation"));
+        QCOMPARE(form->focused(), QString("organisation"));
         form->run("document.querySelector('#progress li:nth-child(5) button').click()");
         form->run("document.querySelector('#progress li:nth-child(2) button').click()");
         QCOMPARE(form->run("sections().filter(isShown).length").toInt(), 5);
@@ -245,7 +244,7 @@ private slots:
         QCOMPARE(valueChanged.last(), QList<QVariant>({"lastStepShown", "5"}));
 
         const auto isDone = [this] {
-            return form->find("#progress li:nth-child(4)").hasClass("done");
+            return form->is("!!document.querySelector('#progress li:nth-child(4).done')");
         };
         form->view.setFieldValue("loss", "a ship");
         form->run("openSteps(5); sections()[1].style.display = 'none'; refreshNow()");
@@ -275,8 +274,8 @@ private slots:
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(folder.filePath("form.pdf"));
         form->run("window.scrollTo(0, 900)");
-        form->web->page()->mainFrame()->print(&printer);
-        form->web->page()->mainFrame()->print(&printer); // once to count, once on paper
+        form->print(&printer);
+        form->print(&printer); // once to count, once on paper
         QCOMPARE(form->run("window.onPaper").toString(), QString("none,block,none"));
         QVERIFY(printer.getPageCount() > 1);
         QTRY_COMPARE(form->run("window.pageYOffset").toInt(), 900);
@@ -285,10 +284,10 @@ private slots:
 
         // The focus stays below the bar.
         form->run("showStepsUpTo(7)");
-        focus("peopleInvolved");
+        form->focus("peopleInvolved");
         form->run("window.scrollBy(0, byId('department').getBoundingClientRect().top - 5)");
-        QTest::keyClick(form->web, Qt::Key_Backtab, Qt::ShiftModifier);
-        QCOMPARE(focused(), QString("department"));
+        form->press(Qt::Key_Backtab, Qt::ShiftModifier);
+        QCOMPARE(form->focused(), QString("department"));
         QTRY_VERIFY(form->is("byId('department').getBoundingClientRect().top"
                              " >= byId('bar').offsetHeight"));
     }
@@ -320,7 +319,7 @@ private slots:
                      read.replace('\r', '\n'));
             form->view.setFieldValue("causalFactor_worthFixing-Yes_" + row, text);
             // From the page itself.
-            form->view.setSharedString(text);
+            form->share(text);
             form->run("['onFieldChanged', 'removeCausalFactor'].forEach(slot => {"
                       "try { formView[slot](formView.sharedString); } catch (error) {} })");
             QVERIFY2(form->is("window.ran === undefined"), name);
@@ -328,7 +327,8 @@ private slots:
         form->view.addCausalFactor("it's \"me\"", 200, "text");
         QCOMPARE(form->view.getFieldValue("causalFactor_guid_200"), QString("it's \"me\""));
         QCoreApplication::processEvents(); // what would run from a timer
-        QVERIFY(form->is("window.ran === undefined") && form->find("svg, img[src=x]").isNull());
+        QVERIFY(form->is("window.ran === undefined") &&
+                form->is("!document.querySelector('svg, img[src=x]')"));
         QCOMPARE(form->web->url().toString(), address);
     }
 
@@ -379,7 +379,7 @@ private slots:
             ].forEach(way => { try { way(); } catch (error) {} }); })");
         form->view.setFieldValue("loss", "a ship");
         for (const QString &target : targets) {
-            form->view.setSharedString(target);
+            form->share(target);
             form->run("tryAllWays(window.formView.sharedString)");
             if (target.startsWith("file") || target.startsWith("http")) {
                 QCoreApplication::processEvents();
@@ -433,9 +433,6 @@ private slots:
     }
 
 private:
-    void focus(const QString &id) { form->find("#" + id).evaluateJavaScript("this.focus()"); }
-    QString focused() const { return form->run("document.activeElement.id").toString(); }
-
     /// Texts that set window.ran when they get out of the literal, selector, attribute or element
     /// that they are put into.
     static QStringList getHostileTexts()

@@ -13,7 +13,7 @@ class TestSheetAndForm : public QObject
 
     void setLossField(const char *text)
     {
-        form->find("#loss").evaluateJavaScript(QString("this.value = '%1'").arg(text));
+        form->run(QString("byId('loss').value = '%1'").arg(text));
     }
 
 private slots:

@@ -6,11 +6,35 @@
 
 #include <QSignalSpy>
 #include <QUndoGroup>
-#include <QWebElement>
+
+#include <memory>
+#include <optional>
+#if QT_VERSION_MAJOR < 6
 #include <QWebFrame>
 #include <QWebView>
+using WebView = QWebView;
+#else
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QWebEngineView>
+using WebView = QWebEngineView;
+#endif
 
-/// The real form on its real page.
+/// The value of a script in the form's page.
+inline QVariant runInPage(WebView *web, const QString &script)
+{
+#if QT_VERSION_MAJOR < 6
+    return web->page()->mainFrame()->evaluateJavaScript(script);
+#else
+    // Shared with an answer that comes too late.
+    auto answer = std::make_shared<std::optional<QVariant>>();
+    web->page()->runJavaScript(script, [answer](const QVariant &value) { *answer = value; });
+    const bool come = QTest::qWaitFor([&] { return answer->has_value(); });
+    return come ? **answer : QVariant();
+#endif
+}
+
+/// The real form on its real page. What is done in the page has been told when a call returns.
 struct Form {
     Form()
     {
@@ -18,31 +42,68 @@ struct Form {
         view.show();
     }
 
-    bool waitUntilLoaded() const { return QSignalSpy(web, &QWebView::loadFinished).wait(); }
-
-    QVariant run(const QString &script) const
+    bool waitUntilLoaded() const
     {
-        return web->page()->mainFrame()->evaluateJavaScript(script);
+        return QTest::qWaitFor([this] { return view.isReady(); }, 30000);
     }
 
-    bool is(const QString &condition) const { return run(condition).toBool(); }
+    QVariant run(const QString &script)
+    {
+        const QVariant value = runInPage(web, script);
+        view.settle();
+        return value;
+    }
+
+    bool is(const QString &condition) { return run(condition).toBool(); }
 
     /// The ids of the causal factors' rows from above.
-    QString getRows() const
+    QString getRows()
     {
         return run("Array.from(document.querySelectorAll('.factor')).map(e => e.id).join()")
             .toString();
     }
 
-    QWebElement find(const QString &selector) const
+    void focus(const QString &id) { run("byId('" + id + "').focus()"); }
+    QString focused() { return run("document.activeElement.id").toString(); }
+
+    /// Past the settling: as a hand types.
+    QWidget *keys() const { return web->focusProxy() ? web->focusProxy() : web; }
+    void type(const QString &text)
     {
-        return web->page()->mainFrame()->findFirstElement(selector);
+        QTest::keyClicks(keys(), text);
+        view.settle();
+    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        QTest::keyClick(keys(), key, modifiers);
+        view.settle();
+    }
+
+    /// What a script of the page finds as window.formView.sharedString.
+    void share(const QString &text)
+    {
+#if QT_VERSION_MAJOR < 6
+        view.setSharedString(text);
+#else
+        run("formView.sharedString = " + QJsonDocument(QJsonArray{text}).toJson() + "[0]");
+#endif
+    }
+
+    void print(QPrinter *printer) const
+    {
+#if QT_VERSION_MAJOR < 6
+        web->page()->mainFrame()->print(printer);
+#else
+        QSignalSpy printed(web, &QWebEngineView::printFinished);
+        web->print(printer);
+        QVERIFY(printed.wait(60000));
+#endif
     }
 
     bool filesCopied = (copySupportFiles(), true);
     QUndoGroup group;
     FormView view{&group};
-    QWebView *web = view.findChild<QWebView *>();
+    WebView *web = view.findChild<WebView *>();
 };
 
 inline FormValue formValue(const QString &text, const QImage &image = QImage())

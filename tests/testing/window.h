@@ -13,7 +13,6 @@
 #include <QAction>
 #include <QSettings>
 #include <QUndoStack>
-#include <QWebElement>
 
 /// The real window with all of its interface, and what a test reaches for in it.
 struct TestWindow {
@@ -28,10 +27,7 @@ struct TestWindow {
     }
 
     /// Rows and fields can only be written once the page stands.
-    void waitForForm() const
-    {
-        QTRY_VERIFY_WITH_TIMEOUT(form->getAllFields(true).count() > 0, 60000);
-    }
+    void waitForForm() const { QTRY_VERIFY_WITH_TIMEOUT(form->isReady(), 60000); }
 
     /// As a new project is with usual settings, without a question.
     void empty()
