@@ -19,6 +19,7 @@ const Radio = 0, File = 2, Hidden = 3, Choice = 5;
 
 const known = new Map(); // what the program knows of each field, by id
 let lastWrite = 0; // the number of the program's last message
+let shared = ""; // the text that program and page share
 let chosen = null; // waits for the end of the picture's dialog
 let rowsChanged = false; // by the message at hand
 
@@ -83,6 +84,8 @@ function getGroup(field) {
 // All that differs from what the program knows, whoever changed it.
 function tellAll(refused) {
     const fields = getFields();
+    if (fields.size === 0)
+        return; // whatever emptied the page does not empty the form
     const come = Array.from(fields.values())
         .map((field, place) => known.has(field.id) ? null : describe(field, place))
         .filter(field => field);
@@ -136,6 +139,7 @@ const Actions = {
     steps: number => { window.showStepsUpTo(number); },
     found: (ids, current) => { window.markFound(ids, current); },
     wire,
+    share: text => { shared = text; },
     chosen: () => { chosen && chosen(); },
     picture: address => {
         const preview = byId("titleImagePreview");
@@ -183,8 +187,9 @@ function onFieldChanged(id) {
     tell("edited", String(id), field && kindOf(field) >= 0 ? noteChanges(getGroup(field)) : []);
 }
 
-const formView = Object.seal({
-    sharedString: "",
+const formView = Object.freeze({
+    get sharedString() { return shared; },
+    set sharedString(text) { shared = String(text); tell("share", shared); },
     onFieldChanged,
     addOnChangeHandlers: wire,
     onPrintRequested: () => tell("print"),

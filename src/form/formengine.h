@@ -50,6 +50,8 @@ public:
     /// Marks these fields alone on the screen, and brings the current one into view, if there is
     /// one: steps up to it open, which leaves no trace in the form.
     virtual void markFields(const QStringList &ids, const QString &current) = 0;
+    /// Scripts find it as the bridge's shared string.
+    virtual void share(const QString &text) = 0;
     /// Wires every field and the two buttons that have no handler of their own.
     virtual void addOnChangeHandlers() = 0;
     /// Empties the page by loading it again.

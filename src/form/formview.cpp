@@ -83,6 +83,12 @@ bool FormView::settle()
     return engine->settle();
 }
 
+void FormView::setSharedString(const QString &text)
+{
+    sharedString = text;
+    engine->share(text);
+}
+
 void FormView::clearForm()
 {
     model.clear();

@@ -43,7 +43,7 @@ public:
 
     /// Marks these fields alone on the screen and brings the current one, if any, into view.
     void markFields(const QStringList &ids, const QString &current);
-    void setSharedString(const QString &text) override { sharedString = text; }
+    void setSharedString(const QString &text) override;
     /// False if there is no such field. An empty value never overwrites a text.
     bool setFieldValue(const QString &id, const QString &value);
 

@@ -115,6 +115,8 @@ void WebEngineEngine::startPage()
         if (!ok && !pageIsUp)
             loading.start(FailedLoadTime);
     });
+    connect(page, &QWebEnginePage::urlChanged, this, &WebEngineEngine::onUrlChanged,
+            Qt::QueuedConnection);
     view->setPage(page);
     stack->setCurrentWidget(view);
     page->load(address);
@@ -123,9 +125,13 @@ void WebEngineEngine::startPage()
 
 void WebEngineEngine::onPageDied()
 {
-    if (sender() != page)
-        return;
-    qCWarning(formLog) << "The process of the form's page ended";
+    if (sender() == page)
+        replacePage();
+}
+
+void WebEngineEngine::replacePage()
+{
+    qCWarning(formLog) << "The form's page is gone";
     pageIsUp = false;
     emit pageGone();
     deaths.append(QElapsedTimer());
@@ -136,6 +142,13 @@ void WebEngineEngine::onPageDied()
         startPage();
     else
         giveUp(tr("The form's page stopped three times within a minute."));
+}
+
+/// An empty page is the one that the engine leaves for without asking.
+void WebEngineEngine::onUrlChanged(const QUrl &url)
+{
+    if (sender() == page && !url.isEmpty() && !url.matches(address, QUrl::RemoveFragment))
+        replacePage();
 }
 
 void WebEngineEngine::giveUp(const QString &reason)
@@ -280,6 +293,14 @@ void WebEngineEngine::markFields(const QStringList &ids, const QString &current)
     send({"found", QJsonArray::fromStringList(ids), current});
 }
 
+void WebEngineEngine::share(const QString &text)
+{
+    if (text == shared)
+        return;
+    shared = text;
+    send({"share", text});
+}
+
 void WebEngineEngine::addOnChangeHandlers()
 {
     send({"wire"});
@@ -307,6 +328,8 @@ void WebEngineEngine::hear(const QString &message)
         hearFields(words.at(2).toArray(), words.at(3).toArray(), words.at(4).toArray(), seenWrite);
     else if (name == "settled")
         emit answered(Qt::Key_F13 + words.at(2).toString().mid(1).toInt() - 13);
+    else if (name == "share")
+        bridge->setSharedString(shared = words.at(2).toString());
     else if (name == "remove")
         bridge->removeCausalFactor(words.at(2).toInt());
     else if (name == "print")
@@ -319,12 +342,15 @@ void WebEngineEngine::hear(const QString &message)
 
 void WebEngineEngine::hearReady(const QJsonArray &fields)
 {
+    if (fields.isEmpty() && model->hasFields())
+        replacePage(); // a script has put another document in its place
     if (fields.isEmpty())
-        return; // the page may yet come
+        return;
     loading.stop();
     pageIsUp = true;
     gaveUp = false;
     stack->setCurrentWidget(view);
+    send({"share", shared});
     if (model->hasFields()) {
         restore();
         return;

@@ -38,6 +38,7 @@ public:
     void removeRow(int number) override;
     void showTitleImage(const QString &dataUrl) override;
     void markFields(const QStringList &ids, const QString &current) override;
+    void share(const QString &text) override;
     void addOnChangeHandlers() override;
     void reload() override;
     bool settle() override;
@@ -52,6 +53,8 @@ signals:
 private:
     void startPage();
     void onPageDied();
+    void onUrlChanged(const QUrl &url);
+    void replacePage();
     void giveUp(const QString &reason);
     void showValues();
     void send(const QJsonArray &action);
@@ -77,6 +80,7 @@ private:
     QTimer loading;                // until the page counts as one that never loads
     QList<QElapsedTimer> deaths;
     QString picture;       // the address of the title image shown
+    QString shared;        // with the page's scripts
     QString editedId;      // the field whose news are being told
     int writeNumber = 0;   // of the last message to the page
     int keysSent = 0;      // that ask for an answer

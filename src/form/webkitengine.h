@@ -33,6 +33,7 @@ public:
     void removeRow(int number) override;
     void showTitleImage(const QString &dataUrl) override;
     void markFields(const QStringList &ids, const QString &current) override;
+    void share(const QString &) override {} // it is read when it is wanted
     void addOnChangeHandlers() override;
     void reload() override;
     bool settle() override { return true; }

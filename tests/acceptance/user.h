@@ -108,13 +108,13 @@ public:
                    runInPage(web, "document.activeElement.id").toString() == id;
         };
         for (int tries = 0; tries < 50 && !QTest::qWaitFor(hasFocus, tries ? 500 : 0); ++tries) {
-            const QVariantList place =
-                runInPage(web,
-                          "var e = document.getElementById('" + id +
-                              "'); scrollBy(0, e.getBoundingClientRect().top - 300);"
-                              "var r = e.getBoundingClientRect(); [r.left, r.top + r.height / 2]")
-                    .toList();
-            click(web->mapToGlobal(QPoint(place[0].toInt() + 8, place[1].toInt())));
+            const QString script("var e = document.getElementById('%1');"
+                                 "scrollBy(0, e.getBoundingClientRect().top - 300);"
+                                 "var r = e.getBoundingClientRect();"
+                                 "Math.round(r.left + 8) + ' ' + Math.round(r.top + r.height / 2)");
+            const QString place = runInPage(web, script.arg(id)).toString();
+            click(web->mapToGlobal(
+                QPoint(place.section(' ', 0, 0).toInt(), place.section(' ', 1).toInt())));
         }
         QVERIFY(hasFocus());
         press("ctrl+a");

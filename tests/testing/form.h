@@ -14,8 +14,6 @@
 #include <QWebView>
 using WebView = QWebView;
 #else
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QWebEngineView>
 using WebView = QWebEngineView;
 #endif
@@ -77,16 +75,6 @@ struct Form {
     {
         QTest::keyClick(keys(), key, modifiers);
         view.settle();
-    }
-
-    /// What a script of the page finds as window.formView.sharedString.
-    void share(const QString &text)
-    {
-#if QT_VERSION_MAJOR < 6
-        view.setSharedString(text);
-#else
-        run("formView.sharedString = " + QJsonDocument(QJsonArray{text}).toJson() + "[0]");
-#endif
     }
 
     void print(QPrinter *printer) const
