@@ -166,6 +166,7 @@ function take(number, actions) {
         tellAll(refused);
     else if (refused.length > 0)
         tell("fields", [], [], refused);
+    return true;
 }
 
 function wire() {

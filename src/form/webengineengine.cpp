@@ -82,6 +82,7 @@ WebEngineEngine::WebEngineEngine(QHelpEngine *helpEngine, const QUrl &address, F
 
 WebEngineEngine::~WebEngineEngine()
 {
+    pageIsUp = false;
     emit pageGone();
     delete stack;
     delete page;
@@ -211,8 +212,14 @@ void WebEngineEngine::send(int number, const QJsonArray &actions)
     if (!pageIsUp)
         return; // a page that comes up takes all at once
     const QByteArray words = QJsonDocument(actions).toJson(QJsonDocument::Compact);
+    WebEnginePage *const receiver = page;
     page->runJavaScript(
-        QString("takeFromProgram(%1, %2)").arg(QString::number(number), QString::fromUtf8(words)));
+        QString("takeFromProgram(%1, %2)").arg(QString::number(number), QString::fromUtf8(words)),
+        [this, receiver](const QVariant &taken) {
+            // A script has put another document in the page's place.
+            if (receiver == page && pageIsUp && !taken.toBool())
+                replacePage();
+        });
 }
 
 bool WebEngineEngine::write(const QString &id, const QString &value)
@@ -342,10 +349,8 @@ void WebEngineEngine::hear(const QString &message)
 
 void WebEngineEngine::hearReady(const QJsonArray &fields)
 {
-    if (fields.isEmpty() && model->hasFields())
-        replacePage(); // a script has put another document in its place
     if (fields.isEmpty())
-        return;
+        return; // not the form's page
     loading.stop();
     pageIsUp = true;
     gaveUp = false;
