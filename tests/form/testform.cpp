@@ -7,7 +7,9 @@
 #include "testing/rows.h"
 
 #include <QTcpServer>
+#include <QTextBrowser>
 
+#include <csignal>
 #include <memory>
 #include <stdexcept>
 
@@ -205,6 +207,35 @@ private slots:
         form->run("removeTitleImage(); removeTitleImage()");
         QCOMPARE(told.last(), QString());
         QCOMPARE(changed.count(), 2);
+    }
+
+    /// Typed with no pause before it is read, on either side of a write, or by a page that died.
+    void nothingTypedIsLost()
+    {
+        form->run("showStepsUpTo(7)");
+        form->focus("evidence");
+        QString both;
+        for (int i = 0; i < 20; ++i) {
+            form->type("word");
+            QCOMPARE(form->view.getFieldValue("evidence"), both += "word");
+        }
+        QTest::keyClicks(form->keys(), "before");
+        form->view.setFieldValue("evidence", "written");
+        form->press(Qt::Key_End, Qt::ControlModifier);
+        form->type("after");
+        both = form->view.getFieldValue("evidence");
+        QVERIFY(both.startsWith("written") && both.endsWith("after"));
+        QCOMPARE(form->run("byId('evidence').value").toString(), both);
+#if QT_VERSION_MAJOR >= 6
+        for (int death = 1; death <= 3; ++death) {
+            const auto *dead = form->web->page();
+            kill(pid_t(dead->renderProcessPid()), SIGKILL);
+            QTRY_VERIFY(form->web->page() != dead || !form->web->isVisible());
+            QCOMPARE(form->view.getFieldValue("evidence"), both);
+            QTRY_VERIFY(death == 3 || form->is("byId('evidence').value === '" + both + "'"));
+        }
+        QVERIFY(form->view.findChild<QTextBrowser *>()->toPlainText().contains(both));
+#endif
     }
 
     void focusReturnsAndBrowserKeysDoNothing()
