@@ -19,7 +19,7 @@ void fillPlaceholders(QLabel *label)
 AboutDialog::AboutDialog(QWidget *parent) : QDialog(parent), ui(new Ui_AboutDialog)
 {
     ui->setupUi(this);
-    setWindowTitle("About TRAC/Ex Examiner");
+    setWindowTitle(tr("About TRAC/Ex Examiner"));
     fillPlaceholders(ui->titleText);
     fillPlaceholders(ui->aboutText);
 }

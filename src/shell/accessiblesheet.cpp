@@ -55,10 +55,10 @@ QVector<QPointer<QGraphicsObject>> sortItems(const ProjectScene *scene)
 QString getSheetName(const ProjectScene *scene)
 {
     if (!scene->getParentNote())
-        return "ECS Chart";
+        return AccessibleSheet::tr("ECS Chart");
     const Sticky *owner = scene->getHost()->getNoteWithGUID(scene->getOwnerGUID());
-    return owner ? QString("Causal Factor %1").arg(owner->getCausalFactorNumber())
-                 : "Causal Factor";
+    return owner ? AccessibleSheet::tr("Causal Factor %1").arg(owner->getCausalFactorNumber())
+                 : AccessibleSheet::tr("Causal Factor");
 }
 
 /// Null unless exactly one note is selected.
@@ -125,7 +125,7 @@ QString AccessibleSheet::text(QAccessible::Text kind) const
     if (kind == QAccessible::Name)
         return getSheetName(getView()->getProjectScene());
     if (kind == QAccessible::Description)
-        return QString("%1 notes").arg(getView()->getProjectScene()->getAllNotes().size());
+        return tr("%1 notes").arg(getView()->getProjectScene()->getAllNotes().size());
     return QString();
 }
 
@@ -239,7 +239,7 @@ QString AccessibleNote::getName() const
     if (role.circleDecoratorType == "numerals" && note->getCausalFactorNumber() > 0)
         name += " " + QString::number(note->getCausalFactorNumber());
     if (note->isNotRelevant())
-        name += ", not relevant";
+        name = AccessibleSheet::tr("%1, not relevant").arg(name);
     return note->getText().isEmpty() ? name : name + ": " + note->getText();
 }
 
@@ -250,7 +250,8 @@ QString AccessibleNote::getPageName() const
     if (!scene)
         return QString();
     const ReadingPlace place(getNote(), scene->getPageSize());
-    return QString("Page ") + QChar(ushort('A' + place.row)) + QString::number(place.column + 1);
+    return AccessibleSheet::tr("Page %1").arg(QChar(ushort('A' + place.row)) +
+                                              QString::number(place.column + 1));
 }
 
 QString AccessibleNote::text(QAccessible::Text kind) const

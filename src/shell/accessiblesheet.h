@@ -2,6 +2,7 @@
 
 #include <QAccessibleObject>
 #include <QAccessibleWidget>
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QPointer>
 #include <QVector>
@@ -18,6 +19,8 @@ void installAccessibleSheets();
 /// right, and then of what stands in the corners of its pages.
 class AccessibleSheet : public QAccessibleWidget
 {
+    Q_DECLARE_TR_FUNCTIONS(AccessibleSheet)
+
 public:
     explicit AccessibleSheet(GraphWidget *view);
 

@@ -253,9 +253,9 @@ void ChartCommands::toggleToolbarLock()
     toolbarsLocked = !toolbarsLocked;
     QAction *lock = actions[LockToolbars];
     lock->setIcon(toolbarsLocked ? lockedIcon : unlockedIcon);
-    lock->setText(toolbarsLocked ? "Unlock toolbars" : "Lock toolbars");
-    lock->setStatusTip(toolbarsLocked ? "Unlock the toolbars to make them movable"
-                                      : "Lock the toolbars to prevent them from being moved");
+    lock->setText(toolbarsLocked ? tr("Unlock toolbars") : tr("Lock toolbars"));
+    lock->setStatusTip(toolbarsLocked ? tr("Unlock the toolbars to make them movable")
+                                      : tr("Lock the toolbars to prevent them from being moved"));
 }
 
 void ChartCommands::rememberGrid()

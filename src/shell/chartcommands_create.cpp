@@ -19,10 +19,10 @@ namespace
 
 struct ActionRow {
     ChartCommands::Command command;
-    const char *text;
+    QString text;
     const char *icon; // empty for none
     QKeySequence shortcut;
-    const char *statusTip; // null for none
+    QString statusTip; // empty for none
 };
 
 } // namespace
@@ -31,56 +31,64 @@ void ChartCommands::createActions(QUndoGroup *undoGroup)
 {
     const QKeySequence none;
     const ActionRow rows[] = {
-        {NewProject, "&New Project", "document-new", QKeySequence::New, "Start a new project"},
-        {OpenProject, "&Open Project...", "document-open", QKeySequence::Open,
-         "Open an existing project"},
-        {QuickStart, "Quick Start &Template", "tools_wizard", none, "Open quick start template"},
-        {Save, "&Save", "document-save", QKeySequence::Save, "Save the current project"},
-        {SaveAs, "Save &As...", "document-save-as", none,
-         "Save the project with a different file name."},
-        {PrintSetup, "Print Setup", "", none, "Choose which pages to print"},
-        {Print, "&Print", "document-print", QKeySequence::Print, "Print the project"},
-        {Export, "Export...", "document-export", none, "Export to other formats"},
-        {SavePagePNG, "Save page as PNG image...", "image-png", none,
-         "Export current page as PNG image"},
-        {Exit, "E&xit", "application-exit", QKeySequence("Ctrl+Q"), "Quit the application"},
-        {Undo, "Undo", "edit-undo", QKeySequence::Undo, "Undo the last action"},
-        {Redo, "Redo", "edit-redo", QKeySequence::Redo, "Redo the last undone action"},
-        {Copy, "Copy", "edit-copy", QKeySequence::Copy, "Copy the current note to the clipboard"},
-        {Paste, "Paste", "edit-paste", QKeySequence::Paste, "Paste the clipboard contents"},
-        {SelectAll, "Select &All", "", QKeySequence::SelectAll, "Select all items in the scene"},
-        {Delete, "Delete item(s)", "edit-delete", Qt::Key_Backspace,
-         "Delete the currently selected items"},
-        {Find, "&Find...", "", QKeySequence::Find, "Search the notes and the form"},
-        {FindNext, "Find Next", "", Qt::Key_F3, "Go to the next place that was found"},
-        {FindPrevious, "Find Previous", "", QKeySequence("Shift+F3"),
-         "Go to the previous place that was found"},
-        {ItemProperties, "Item Properties", "", none, "Edit the properties for the selected items"},
-        {MarkNotRelevant, "Mark not relevant", "", none,
-         "Mark this note not relevant to the investigation"},
-        {ProjectOptions, "&Project Settings", "configure", none, "Set project options"},
-        {ProgramOptions, "Program Settings", "", none, "Edit program settings"},
-        {ShowGrid, "Display grid", "", none, "Show the grid that items snap to"},
-        {LockToolbars, "Unlock toolbars", "decrypted", none,
-         "Unlock the toolbars to make them moveable"},
-        {Registration, "&Registration", "", none, "Show whether this edition needs a registration"},
-        {HelpContents, "Help Contents", "help-contents", QKeySequence::HelpContents,
-         "Get help on how to use this application"},
-        {About, "&About", "", none, "Show information about the application"},
-        {ChooseFont, "Choose Font", "choose-font", none, nullptr},
-        {ItemColor, "Item Color", "choose-item-color", none, nullptr},
-        {TextColor, "Text Color", "choose-text-color", none, nullptr},
-        {AlignLeft, "Align Left", "format-justify-left", QKeySequence("Ctrl+L"), nullptr},
-        {AlignCenter, "Align Center", "format-justify-center", QKeySequence("Ctrl+E"), nullptr},
-        {Justify, "Justify", "format-justify-fill", QKeySequence("Ctrl+J"), nullptr},
-        {CenterVertically, "Center Vertically", "format-justify-vcenter", none, nullptr},
-        {AlignTop, "Align Top", "format-justify-top", none, nullptr},
-        {NoArrows, "No Arrows", "", none, nullptr},
-        {SingleArrow, "Single Arrow", "", none, nullptr},
-        {SolidLine, "Solid Line", "", none, nullptr},
-        {DashedLine, "Dashed Line", "", none, nullptr},
-        {ExportForm, "Export Form", "word-icon", none, "Export form to a Microsoft Word document"},
-        {PrintForm, "Print Form", "", none, nullptr},
+        {NewProject, tr("&New Project"), "document-new", QKeySequence::New,
+         tr("Start a new project")},
+        {OpenProject, tr("&Open Project..."), "document-open", QKeySequence::Open,
+         tr("Open an existing project")},
+        {QuickStart, tr("Quick Start &Template"), "tools_wizard", none,
+         tr("Open quick start template")},
+        {Save, tr("&Save"), "document-save", QKeySequence::Save, tr("Save the current project")},
+        {SaveAs, tr("Save &As..."), "document-save-as", none,
+         tr("Save the project with a different file name.")},
+        {PrintSetup, tr("Print Setup"), "", none, tr("Choose which pages to print")},
+        {Print, tr("&Print"), "document-print", QKeySequence::Print, tr("Print the project")},
+        {Export, tr("Export..."), "document-export", none, tr("Export to other formats")},
+        {SavePagePNG, tr("Save page as PNG image..."), "image-png", none,
+         tr("Export current page as PNG image")},
+        {Exit, tr("E&xit"), "application-exit", QKeySequence("Ctrl+Q"), tr("Quit the application")},
+        {Undo, tr("Undo"), "edit-undo", QKeySequence::Undo, tr("Undo the last action")},
+        {Redo, tr("Redo"), "edit-redo", QKeySequence::Redo, tr("Redo the last undone action")},
+        {Copy, tr("Copy"), "edit-copy", QKeySequence::Copy,
+         tr("Copy the current note to the clipboard")},
+        {Paste, tr("Paste"), "edit-paste", QKeySequence::Paste, tr("Paste the clipboard contents")},
+        {SelectAll, tr("Select &All"), "", QKeySequence::SelectAll,
+         tr("Select all items in the scene")},
+        {Delete, tr("Delete item(s)"), "edit-delete", Qt::Key_Backspace,
+         tr("Delete the currently selected items")},
+        {Find, tr("&Find..."), "", QKeySequence::Find, tr("Search the notes and the form")},
+        {FindNext, tr("Find Next"), "", Qt::Key_F3, tr("Go to the next place that was found")},
+        {FindPrevious, tr("Find Previous"), "", QKeySequence("Shift+F3"),
+         tr("Go to the previous place that was found")},
+        {ItemProperties, tr("Item Properties"), "", none,
+         tr("Edit the properties for the selected items")},
+        {MarkNotRelevant, tr("Mark not relevant"), "", none,
+         tr("Mark this note not relevant to the investigation")},
+        {ProjectOptions, tr("&Project Settings"), "configure", none, tr("Set project options")},
+        {ProgramOptions, tr("Program Settings"), "", none, tr("Edit program settings")},
+        {ShowGrid, tr("Display grid"), "", none, tr("Show the grid that items snap to")},
+        {LockToolbars, tr("Unlock toolbars"), "decrypted", none,
+         tr("Unlock the toolbars to make them moveable")},
+        {Registration, tr("&Registration"), "", none,
+         tr("Show whether this edition needs a registration")},
+        {HelpContents, tr("Help Contents"), "help-contents", QKeySequence::HelpContents,
+         tr("Get help on how to use this application")},
+        {About, tr("&About"), "", none, tr("Show information about the application")},
+        {ChooseFont, tr("Choose Font"), "choose-font", none, QString()},
+        {ItemColor, tr("Item Color"), "choose-item-color", none, QString()},
+        {TextColor, tr("Text Color"), "choose-text-color", none, QString()},
+        {AlignLeft, tr("Align Left"), "format-justify-left", QKeySequence("Ctrl+L"), QString()},
+        {AlignCenter, tr("Align Center"), "format-justify-center", QKeySequence("Ctrl+E"),
+         QString()},
+        {Justify, tr("Justify"), "format-justify-fill", QKeySequence("Ctrl+J"), QString()},
+        {CenterVertically, tr("Center Vertically"), "format-justify-vcenter", none, QString()},
+        {AlignTop, tr("Align Top"), "format-justify-top", none, QString()},
+        {NoArrows, tr("No Arrows"), "", none, QString()},
+        {SingleArrow, tr("Single Arrow"), "", none, QString()},
+        {SolidLine, tr("Solid Line"), "", none, QString()},
+        {DashedLine, tr("Dashed Line"), "", none, QString()},
+        {ExportForm, tr("Export Form"), "word-icon", none,
+         tr("Export form to a Microsoft Word document")},
+        {PrintForm, tr("Print Form"), "", none, QString()},
     };
     for (const ActionRow &row : rows) {
         QAction *action = row.command == Undo   ? undoGroup->createUndoAction(window, row.text)
@@ -90,8 +98,7 @@ void ChartCommands::createActions(QUndoGroup *undoGroup)
             action->setIcon(PMIconLoader::loadIcon(row.icon));
         if (!row.shortcut.isEmpty())
             action->setShortcut(row.shortcut);
-        if (row.statusTip)
-            action->setStatusTip(row.statusTip);
+        action->setStatusTip(row.statusTip);
         nameShortcutInTip(action);
         actions[row.command] = action;
     }
@@ -152,7 +159,7 @@ void ChartCommands::createToolbars()
 {
     window->setUnifiedTitleAndToolBarOnMac(false);
     window->setIconSize(QSize(22, 22)); // drawn for, so nothing is scaled
-    projectToolbar = window->addToolBar("Project Toolbar");
+    projectToolbar = window->addToolBar(tr("Project Toolbar"));
     projectToolbar->setObjectName("ProjectToolbar");
     projectToolbar->addActions(pick({Undo, Redo}));
     createItemToolbar();
@@ -166,9 +173,9 @@ void ChartCommands::createToolbars()
 
 void ChartCommands::createItemToolbar()
 {
-    itemToolbar = window->addToolBar("Item Toolbar");
+    itemToolbar = window->addToolBar(tr("Item Toolbar"));
     itemToolbar->setObjectName("ItemToolbar");
-    itemToolbar->addWidget(new QLabel("Role:  "));
+    itemToolbar->addWidget(new QLabel(tr("Role:  ")));
     roleBox = new QComboBox;
     roleBox->setIconSize(QSize(22, 22));
     for (auto role = Role::rolesList.cbegin(); role != Role::rolesList.cend(); ++role)
@@ -183,7 +190,7 @@ void ChartCommands::createItemToolbar()
 
 void ChartCommands::createMenus(ZoomWidget *zoom)
 {
-    QMenu *file = window->menuBar()->addMenu("&File");
+    QMenu *file = window->menuBar()->addMenu(tr("&File"));
     file->addActions(pick({NewProject, OpenProject, QuickStart}));
     file->addSeparator();
     file->addActions(pick({Save, SaveAs}));
@@ -192,7 +199,7 @@ void ChartCommands::createMenus(ZoomWidget *zoom)
     file->addSeparator();
     file->addAction(actions[Exit]);
 
-    QMenu *edit = window->menuBar()->addMenu("&Edit");
+    QMenu *edit = window->menuBar()->addMenu(tr("&Edit"));
     edit->addActions(pick({Undo, Redo}));
     edit->addSeparator();
     edit->addActions(pick({Copy, Paste, SelectAll, Delete}));
@@ -203,13 +210,13 @@ void ChartCommands::createMenus(ZoomWidget *zoom)
     edit->addSeparator();
     edit->addActions(pick({ProjectOptions, ProgramOptions}));
 
-    QMenu *view = window->menuBar()->addMenu("&View");
+    QMenu *view = window->menuBar()->addMenu(tr("&View"));
     view->addActions({zoom->getZoomInAction(), zoom->getZoomOutAction(),
                       zoom->getActualSizeAction(), actions[ShowGrid]});
-    view->addMenu("&Toolbars")
+    view->addMenu(tr("&Toolbars"))
         ->addActions({actions[LockToolbars], itemToolbar->toggleViewAction()});
 
-    window->menuBar()->addMenu("&Help")->addActions(pick({Registration, HelpContents, About}));
+    window->menuBar()->addMenu(tr("&Help"))->addActions(pick({Registration, HelpContents, About}));
 }
 
 QMenu *ChartCommands::createContextMenu()
@@ -233,8 +240,8 @@ QMenu *ChartCommands::getLineContextMenu()
     menu->addAction(actions[Copy]);
     menu->addSeparator();
     menu->addAction(actions[ItemColor]);
-    menu->addMenu("Arrow Style")->addActions(pick({NoArrows, SingleArrow}));
-    menu->addMenu("Line Style")->addActions(pick({SolidLine, DashedLine}));
+    menu->addMenu(tr("Arrow Style"))->addActions(pick({NoArrows, SingleArrow}));
+    menu->addMenu(tr("Line Style"))->addActions(pick({SolidLine, DashedLine}));
     menu->addAction(actions[ItemProperties]);
     menu->addSeparator();
     menu->addAction(actions[Delete]);
@@ -254,12 +261,12 @@ void ChartCommands::createNoteContextMenu()
     noteContextMenu->addAction(actions[Copy]);
     noteContextMenu->addSeparator();
     noteContextMenu->addAction(actions[ChooseFont]);
-    QMenu *alignment = noteContextMenu->addMenu("Text Alignment");
+    QMenu *alignment = noteContextMenu->addMenu(tr("Text Alignment"));
     alignment->addActions(pick({AlignLeft, AlignCenter, Justify}));
     alignment->addSeparator();
     alignment->addActions(pick({AlignTop, CenterVertically}));
-    noteContextMenu->addMenu("Change Colors")->addActions(pick({TextColor, ItemColor}));
-    createRoleMenu(noteContextMenu->addMenu("Change Role"));
+    noteContextMenu->addMenu(tr("Change Colors"))->addActions(pick({TextColor, ItemColor}));
+    createRoleMenu(noteContextMenu->addMenu(tr("Change Role")));
     noteContextMenu->addActions(pick({MarkNotRelevant, ItemProperties}));
     noteContextMenu->addSeparator();
     noteContextMenu->addAction(actions[Delete]);

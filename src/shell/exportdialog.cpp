@@ -7,8 +7,8 @@ ExportDialog::ExportDialog(QWidget *parent)
       extensions({{PNG, "png"}, {PDF, "pdf"}, {EMF, "emf"}})
 {
     ui->setupUi(this);
-    ui->formatCombo->addItem("PDF Document", PDF);
-    ui->formatCombo->addItem("PNG Image", PNG);
+    ui->formatCombo->addItem(tr("PDF Document"), PDF);
+    ui->formatCombo->addItem(tr("PNG Image"), PNG);
 }
 
 ExportDialog::~ExportDialog() = default;
@@ -31,9 +31,9 @@ QString ExportDialog::getFormatExtension(ExportFormat format) const
 void ExportDialog::on_formatCombo_currentIndexChanged(int index)
 {
     ui->areaCombo->clear();
-    ui->areaCombo->addItem("Entire Chart", EntireChart);
+    ui->areaCombo->addItem(tr("Entire Chart"), EntireChart);
     if (ui->formatCombo->itemData(index).toInt() == PDF)
         return;
-    ui->areaCombo->addItem("Current Page", CurrentPage);
-    ui->areaCombo->addItem("Selected Items", SelectedItems);
+    ui->areaCombo->addItem(tr("Current Page"), CurrentPage);
+    ui->areaCombo->addItem(tr("Selected Items"), SelectedItems);
 }

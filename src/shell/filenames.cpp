@@ -1,5 +1,6 @@
 #include "shell/filenames.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -17,7 +18,8 @@ bool mayReplace(QWidget *parent, const QString &caption, const QString &name)
 {
     if (!QFile::exists(name))
         return true;
-    const QString question = "%1 already exists.\nDo you want to replace it?";
+    const QString question = QCoreApplication::translate(
+        "askSaveName", "%1 already exists.\nDo you want to replace it?");
     return QMessageBox::warning(parent, caption, question.arg(QFileInfo(name).fileName()),
                                 QMessageBox::Yes | QMessageBox::No,
                                 QMessageBox::No) == QMessageBox::Yes;

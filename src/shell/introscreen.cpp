@@ -30,7 +30,7 @@ QTableWidgetItem *makeNameItem(const QFileInfo &file)
     auto *item = new QTableWidgetItem(fileName.left(fileName.lastIndexOf(".autosave")));
     item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
     item->setData(Qt::UserRole, file.absoluteFilePath());
-    item->setData(Qt::ToolTipRole, "Double click to open this auto-saved file.");
+    item->setData(Qt::ToolTipRole, IntroScreen::tr("Double click to open this auto-saved file."));
     return item;
 }
 
@@ -112,8 +112,8 @@ bool IntroScreen::listAutoSavedFiles()
         addAutoSavedFile(files.next());
     if (ui->autoSaveTable->rowCount() == 0)
         return false;
-    ui->autoSaveTable->setHorizontalHeaderItem(0, makeHeaderItem("Name"));
-    ui->autoSaveTable->setHorizontalHeaderItem(1, makeHeaderItem("Saved on"));
+    ui->autoSaveTable->setHorizontalHeaderItem(0, makeHeaderItem(tr("Name")));
+    ui->autoSaveTable->setHorizontalHeaderItem(1, makeHeaderItem(tr("Saved on")));
     return true;
 }
 
@@ -150,14 +150,14 @@ void IntroScreen::showUpdateButton()
 
 void IntroScreen::onUpdateClicked()
 {
-    ui->updateButton->setText("Loading update site...");
+    ui->updateButton->setText(tr("Loading update site..."));
     QTimer::singleShot(UpdateLoadingTime, this, &IntroScreen::stopUpdateLoading);
     emit updateClicked();
 }
 
 void IntroScreen::stopUpdateLoading()
 {
-    ui->updateButton->setText("Software Update Available\nClick to Download");
+    ui->updateButton->setText(tr("Software Update Available\nClick to Download"));
 }
 
 void IntroScreen::onRecentFileTriggered(QAction *action)

@@ -81,13 +81,15 @@ void workWithoutHome()
     folder.setAutoRemove(false);
     const bool moved = folder.isValid() && moveIntoPrivateHome(QDir(folder.path()));
     const bool replaced = moved && copySupportFiles();
-    QMessageBox::warning(nullptr, "TRAC/Ex Examiner",
-                         replaced ? "Nothing can be written to your data folder.\nSettings, "
-                                    "auto-saves and kept copies go to " +
-                                        folder.path() + ", which does not last."
-                                  : "Nothing can be written to your data folder.\nThere is no "
-                                    "form, no help, no auto-save and no kept copy.",
-                         QMessageBox::Ok);
+    QMessageBox::warning(
+        nullptr, "TRAC/Ex Examiner",
+        replaced ? Application::tr("Nothing can be written to your data folder.\n"
+                                   "Settings, auto-saves and kept copies go to %1, which does "
+                                   "not last.")
+                       .arg(folder.path())
+                 : Application::tr("Nothing can be written to your data folder.\n"
+                                   "There is no form, no help, no auto-save and no kept copy."),
+        QMessageBox::Ok);
 }
 
 } // namespace

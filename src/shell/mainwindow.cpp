@@ -30,7 +30,7 @@ constexpr int PlaceMargin = 80; // pixels between a place that is shown and the 
 
 QString getTabText(const Sticky *factor)
 {
-    return "Causal Factor " + QString::number(factor->getCausalFactorNumber());
+    return MainWindow::tr("Causal Factor %1").arg(factor->getCausalFactorNumber());
 }
 
 GraphWidget *getView(const ProjectScene *sheet)
@@ -74,8 +74,8 @@ void MainWindow::loadFullInterface()
     createProjectObjects();
     createMainSheet();
     desk->setProject(projectFile, book, formView, undoGroup);
-    tabWidget->addTab(formView, "Investigation Form");
-    tabWidget->addTab(mainView, "ECS Chart");
+    tabWidget->addTab(formView, tr("Investigation Form"));
+    tabWidget->addTab(mainView, tr("ECS Chart"));
     createStatusBar();
     commands = new ChartCommands(this, book, &currentScene, undoGroup, zoomWidget);
     connectCommands();

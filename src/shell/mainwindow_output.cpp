@@ -115,8 +115,8 @@ void MainWindow::onPrintFormTriggered()
 void MainWindow::onExportFormTriggered()
 {
     book->finishEditing();
-    const QString name = askSaveName(this, "Export file to...", proposeExport(".doc"),
-                                     "Microsoft Word XML (*.doc)", ".doc", Qt::CaseInsensitive);
+    const QString name = askSaveName(this, tr("Export file to..."), proposeExport(".doc"),
+                                     tr("Microsoft Word XML (*.doc)"), ".doc", Qt::CaseInsensitive);
     if (name.isEmpty())
         return;
     const bool done = WordXMLExport().saveData(name, desk->collectFormValues(), this);
@@ -163,10 +163,12 @@ QString MainWindow::proposeExport(const QString &ending) const
 QString MainWindow::askExportName(ExportDialog::ExportFormat format, const QString &extension)
 {
     static const QHash<int, QPair<QString, QString>> texts = {
-        {ExportDialog::PNG, {"Export to Image (PNG)...", "PNG Image (*.png)"}},
+        {ExportDialog::PNG, {tr("Export to Image (PNG)..."), tr("PNG Image (*.png)")}},
         {ExportDialog::PDF,
-         {"Export to Portable Document Format (PDF)...", "Portable Document Format (*.pdf)"}},
-        {ExportDialog::EMF, {"Export to Microsoft Office (EMF)...", "Enhanced Metafile (*.emf)"}},
+         {tr("Export to Portable Document Format (PDF)..."),
+          tr("Portable Document Format (*.pdf)")}},
+        {ExportDialog::EMF,
+         {tr("Export to Microsoft Office (EMF)..."), tr("Enhanced Metafile (*.emf)")}},
     };
     const QString name = askSaveName(this, texts[format].first, proposeExport("." + extension),
                                      texts[format].second, "." + extension, Qt::CaseInsensitive);

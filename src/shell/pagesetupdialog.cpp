@@ -28,8 +28,7 @@ void PageSetupDialog::setCausalFactorCharts(const QList<ProjectScene *> &scenes)
 QListWidgetItem *PageSetupDialog::makeEntry(const ProjectScene *scene) const
 {
     const Sticky *owner = scene->getParentNote();
-    auto *entry =
-        new QListWidgetItem("Causal Factor " + QString::number(owner->getCausalFactorNumber()));
+    auto *entry = new QListWidgetItem(tr("Causal Factor %1").arg(owner->getCausalFactorNumber()));
     entry->setFlags(Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
     entry->setCheckState(scene->isPrintEnabled() ? Qt::Checked : Qt::Unchecked);
     entry->setData(Qt::UserRole, owner->getGUID());

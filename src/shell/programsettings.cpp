@@ -57,8 +57,8 @@ void ProgramSettings::on_chooseLogo_clicked()
 {
     const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
     const QString path = QFileDialog::getOpenFileName(
-        this, "Open image...", QSettings().value("lastImagePath", pictures).toString() + '/',
-        "Images (*.png *.jpg *.jpeg *.bmp *.gif)");
+        this, tr("Open image..."), QSettings().value("lastImagePath", pictures).toString() + '/',
+        tr("Images (*.png *.jpg *.jpeg *.bmp *.gif)"));
     if (path.isEmpty())
         return;
     saveLogo(readImageFile(path));

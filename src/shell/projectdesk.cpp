@@ -35,8 +35,10 @@ namespace
 constexpr int MaximumRecentFiles = 4;
 constexpr int MessageTime = 15000; // milliseconds, like the next
 constexpr int BusyPause = 50;
-constexpr char SaveFailedText[] = "Saving failed.\nThe error message is: ";
-constexpr char ProjectFilter[] = "TRAC/Ex Examiner Project (*.epf)";
+constexpr char SaveFailedText[] =
+    QT_TRANSLATE_NOOP("ProjectDesk", "Saving failed.\nThe error message is: %1");
+constexpr char ProjectFilter[] =
+    QT_TRANSLATE_NOOP("ProjectDesk", "TRAC/Ex Examiner Project (*.epf)");
 
 } // namespace
 
@@ -64,7 +66,7 @@ void ProjectDesk::setProject(ProjectFile *file, SheetBook *sheets, FormView *for
 
 void ProjectDesk::showUntitled()
 {
-    window->setWindowTitle("untitled[*] - TRAC/Ex Examiner");
+    window->setWindowTitle(tr("untitled[*] - TRAC/Ex Examiner"));
 }
 
 void ProjectDesk::setTitleFor(const QString &path)
@@ -138,14 +140,14 @@ void ProjectDesk::tellThatFileIsGone(const QString &name)
         settings.setValue("recentFiles", files);
         emit recentFilesChanged();
     }
-    QMessageBox::critical(window, "Open failed", "The file " + name + " is no longer there.",
-                          QMessageBox::Ok);
+    QMessageBox::critical(window, tr("Open failed"),
+                          tr("The file %1 is no longer there.").arg(name), QMessageBox::Ok);
 }
 
 QString ProjectDesk::askOpenName()
 {
-    return QFileDialog::getOpenFileName(window, "Open project file...",
-                                        getStartFolder("lastOpenPath"), ProjectFilter);
+    return QFileDialog::getOpenFileName(window, tr("Open project file..."),
+                                        getStartFolder("lastOpenPath"), tr(ProjectFilter));
 }
 
 void ProjectDesk::readProject(bool addToRecentFiles)
@@ -160,8 +162,8 @@ void ProjectDesk::readProject(bool addToRecentFiles)
     if (projectFile->openFile(openFilename)) {
         onProjectOpened(addToRecentFiles);
     } else {
-        QMessageBox::critical(window, "Open failed",
-                              "Opening failed, this does not seem to be a valid project file.",
+        QMessageBox::critical(window, tr("Open failed"),
+                              tr("Opening failed, this does not seem to be a valid project file."),
                               QMessageBox::Ok);
         showUntitled();
     }
@@ -175,7 +177,7 @@ void ProjectDesk::onProjectOpened(bool addToRecentFiles)
     }
     setTitleFor(projectFile->getOpenFilename());
     book->getMainSheet()->setPageSize(PageInfo().getPrintableArea().size());
-    tellOfOtherPlace("This project is");
+    tellOfOtherPlace(tr("This project is also open %1."));
 }
 
 void ProjectDesk::openWaitingProject()
@@ -247,8 +249,8 @@ QString ProjectDesk::getDocumentTitle() const
 QString ProjectDesk::askNewName()
 {
     const QString name =
-        askSaveName(window, "Save project file...", proposeFile("lastSavePath", ".epf"),
-                    ProjectFilter, ".epf", Qt::CaseSensitive);
+        askSaveName(window, tr("Save project file..."), proposeFile("lastSavePath", ".epf"),
+                    tr(ProjectFilter), ".epf", Qt::CaseSensitive);
     if (name.isNull())
         return name;
     rememberFolder("lastSavePath", name);
@@ -259,7 +261,7 @@ QString ProjectDesk::askNewName()
 void ProjectDesk::storeAutoSave(const QString &name)
 {
     const QScopedValueRollback<bool> guard(storing, true);
-    window->statusBar()->showMessage("Autosaving...");
+    window->statusBar()->showMessage(tr("Autosaving..."));
     const auto clear = qScopeGuard([this] { window->statusBar()->clearMessage(); });
     writeProject(name, book->getProjectItems(), &ProjectFile::saveFile);
 }
@@ -270,7 +272,7 @@ void ProjectDesk::storeProject(const QString &name, Write write)
     const QList<ProjectItem *> items = book->getProjectItems();
     const bool foreignChange =
         name == projectFile->getOpenFilename() && projectFile->hasChangedOnDisk();
-    SaveProgressDialog progress("Saving...", items.size(), window);
+    SaveProgressDialog progress(tr("Saving..."), items.size(), window);
     connect(projectFile, &ProjectFile::itemSaved, &progress,
             &SaveProgressDialog::incrementProgress);
     progress.setWindowModality(Qt::WindowModal);
@@ -283,7 +285,7 @@ void ProjectDesk::storeProject(const QString &name, Write write)
     if (foreignChange)
         tellOfForeignChange();
     else if (!projectFile->getOtherPlace().isEmpty())
-        tellOfOtherPlace("Saved, but this project is");
+        tellOfOtherPlace(tr("Saved, but this project is also open %1."));
     else
         window->statusBar()->showMessage(tr("Saved %1").arg(name), MessageTime);
 }
@@ -292,8 +294,8 @@ bool ProjectDesk::writeProject(const QString &name, const QList<ProjectItem *> &
 {
     const FormValues values = collectFormValues();
     if (!(projectFile->*write)(name, items, values)) {
-        QMessageBox::critical(window, "Save failed", SaveFailedText + projectFile->getLastError(),
-                              QMessageBox::Ok);
+        QMessageBox::critical(window, tr("Save failed"),
+                              tr(SaveFailedText).arg(projectFile->getLastError()), QMessageBox::Ok);
         return false;
     }
     return true;
@@ -301,24 +303,25 @@ bool ProjectDesk::writeProject(const QString &name, const QList<ProjectItem *> &
 
 void ProjectDesk::tellOfCopy()
 {
-    QMessageBox::information(window, "TRAC/Ex Examiner",
-                             "This project is of an older version and its file can't be written.\n"
-                             "Use Save As to keep your changes under another name.",
-                             QMessageBox::Ok);
+    QMessageBox::information(
+        window, "TRAC/Ex Examiner",
+        tr("This project is of an older version and its file can't be written.\n"
+           "Use Save As to keep your changes under another name."),
+        QMessageBox::Ok);
 }
 
 void ProjectDesk::tellOfForeignChange()
 {
     window->statusBar()->showMessage(
-        "Another program had changed the file. What it wrote is among the "
-        "kept copies.",
+        tr("Another program had changed the file. What it wrote is among the "
+           "kept copies."),
         MessageTime);
 }
 
 void ProjectDesk::showOtherPlace()
 {
     const QString place = projectFile->getOtherPlace();
-    otherPlaceLabel->setText("Also open " + place);
+    otherPlaceLabel->setText(tr("Also open %1").arg(place));
     otherPlaceLabel->setVisible(!place.isEmpty());
 }
 
@@ -327,9 +330,9 @@ void ProjectDesk::tellOfOtherPlace(const QString &what)
     const QString place = projectFile->getOtherPlace();
     if (place.isEmpty())
         return;
-    window->statusBar()->showMessage(what + " also open " + place +
-                                         ". Who saves last replaces what the other has saved; "
-                                         "what is replaced stays among the kept copies.",
+    window->statusBar()->showMessage(what.arg(place) + ' ' +
+                                         tr("Who saves last replaces what the other has saved; "
+                                            "what is replaced stays among the kept copies."),
                                      MessageTime);
 }
 
@@ -360,7 +363,8 @@ void ProjectDesk::onHandlerFailed(const QString &message)
 {
     if (projectFile)
         projectFile->abandonSave();
-    QMessageBox::critical(window, "Save failed", SaveFailedText + message, QMessageBox::Ok);
+    QMessageBox::critical(window, tr("Save failed"), tr(SaveFailedText).arg(message),
+                          QMessageBox::Ok);
 }
 
 bool ProjectDesk::keepSnapshot()
@@ -391,7 +395,7 @@ ProjectDesk::SaveAnswer ProjectDesk::checkSave()
         return NothingInTheWay;
     const QMessageBox::StandardButton answer = QMessageBox::question(
         window, "TRAC/Ex Examiner",
-        "The project contains unsaved changes\nDo you want to save the changes?",
+        tr("The project contains unsaved changes\nDo you want to save the changes?"),
         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
     if (answer == QMessageBox::Save) {
         saveProject(false, false);

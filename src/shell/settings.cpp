@@ -14,9 +14,9 @@ struct PaperSize {
 };
 
 constexpr PaperSize PaperSizes[] = {
-    {"U.S. Tabloid", 29},
-    {"U.S. Letter", 2},
-    {"U.S. Legal", 3},
+    {QT_TRANSLATE_NOOP("Settings", "U.S. Tabloid"), 29},
+    {QT_TRANSLATE_NOOP("Settings", "U.S. Letter"), 2},
+    {QT_TRANSLATE_NOOP("Settings", "U.S. Legal"), 3},
     {"A0", 5},
     {"A1", 6},
     {"A2", 7},
@@ -39,20 +39,20 @@ constexpr PaperSize PaperSizes[] = {
     {"B9", 23},
     {"B10", 16},
     {"C5E", 24},
-    {"U.S. Common 10 Envelope", 25},
-    {"U.S. DLE", 26},
-    {"U.S. Executive", 4},
-    {"U.S. Folio", 27},
-    {"U.S. Ledger", 28},
+    {QT_TRANSLATE_NOOP("Settings", "U.S. Common 10 Envelope"), 25},
+    {QT_TRANSLATE_NOOP("Settings", "U.S. DLE"), 26},
+    {QT_TRANSLATE_NOOP("Settings", "U.S. Executive"), 4},
+    {QT_TRANSLATE_NOOP("Settings", "U.S. Folio"), 27},
+    {QT_TRANSLATE_NOOP("Settings", "U.S. Ledger"), 28},
 };
 
 QString describeFont(const QFont &font)
 {
-    QString text = font.family() + ' ' + QString::number(font.pointSize()) + "pt";
+    QString text = Settings::tr("%1 %2pt").arg(font.family(), QString::number(font.pointSize()));
     if (font.weight() > QFont::Normal)
-        text += " Bold";
+        text += ' ' + Settings::tr("Bold");
     if (font.style() != QFont::StyleNormal)
-        text += " Italic";
+        text += ' ' + Settings::tr("Italic");
     return text;
 }
 
@@ -77,7 +77,7 @@ Settings::~Settings() = default;
 void Settings::fillPaperSizes()
 {
     for (const PaperSize &size : PaperSizes)
-        ui->paperSizeCombo->addItem(size.name, size.number);
+        ui->paperSizeCombo->addItem(tr(size.name), size.number);
 }
 
 void Settings::readSettings()

@@ -10,40 +10,44 @@
 #include <QMimeData>
 #include <QTimer>
 
-ToolsToolBar::ToolsToolBar(QWidget *parent) : QToolBar("Tools", parent)
+ToolsToolBar::ToolsToolBar(QWidget *parent) : QToolBar(tr("Tools"), parent)
 {
     setObjectName("ToolsToolbar");
     setIconSize(QSize(32, 32));
     setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
 
-    const auto add = [this](const char *picture, int id, const char *text, const char *toolTip) {
+    const auto add = [this](const char *picture, int id, const QString &text,
+                            const QString &toolTip) {
         return createAction(QPixmap(picture), id, text, toolTip);
     };
-    const auto addOwn = [&](const char *picture, int id, const char *text, const char *toolTip) {
+    const auto addOwn = [&](const char *picture, int id, const QString &text,
+                            const QString &toolTip) {
         toolButtons.append(addToolButton(add(picture, id, text, toolTip)));
     };
-    addOwn(":/images/arrow.png", SelectTool, "Select", "Select and move notes");
-    addOwn(":/images/32/hand.png", HandTool, "Hand", "Move around the canvas");
-    addOwn(":/images/32/note.png", EventTool, "Event", "Drag to insert an Event");
-    addOwn(":/images/32/note-small.png", ConditionTool, "Condition", "Drag to insert a Condition");
-    addOwn(":/images/32/sequence.png", SequenceMarkerTool, "Sequence Marker",
-           "Drag to insert a Sequence Marker");
-    addOwn(":/images/32/image-png.png", ImageTool, "Image", "Drag to insert an Image");
-    addOwn(":/images/line.png", ConnectorTool, "Connector",
-           "Connect two items with a connector line");
+    addOwn(":/images/arrow.png", SelectTool, tr("Select"), tr("Select and move notes"));
+    addOwn(":/images/32/hand.png", HandTool, tr("Hand"), tr("Move around the canvas"));
+    addOwn(":/images/32/note.png", EventTool, tr("Event"), tr("Drag to insert an Event"));
+    addOwn(":/images/32/note-small.png", ConditionTool, tr("Condition"),
+           tr("Drag to insert a Condition"));
+    addOwn(":/images/32/sequence.png", SequenceMarkerTool, tr("Sequence Marker"),
+           tr("Drag to insert a Sequence Marker"));
+    addOwn(":/images/32/image-png.png", ImageTool, tr("Image"), tr("Drag to insert an Image"));
+    addOwn(":/images/line.png", ConnectorTool, tr("Connector"),
+           tr("Connect two items with a connector line"));
 
-    add(":/images/arrowtool.png", ArrowTool, "Arrow", "Connect two items with an arrow");
-    add(":/images/straightline.png", StraightLineTool, "Straight Line",
-        "Connect two items with a straight line");
+    add(":/images/arrowtool.png", ArrowTool, tr("Arrow"), tr("Connect two items with an arrow"));
+    add(":/images/straightline.png", StraightLineTool, tr("Straight Line"),
+        tr("Connect two items with a straight line"));
     toolButtons.append(addToolButton(allActions.mid(allActions.size() - 2)));
 
-    add(":/images/32/failedBarrier.png", FailedBarrierTool, "Failed Barrier",
-        "Insert a failed barrier");
-    add(":/images/32/newBarrier.png", NewBarrierTool, "New Barrier", "Insert a new barrier");
-    add(":/images/32/improvedBarrier.png", ImprovedBarrierTool, "Improved Barrier",
-        "Insert an improved barrier");
-    add(":/images/32/barrierWorked.png", BarrierWorkedTool, "Barrier that worked",
-        "Insert a barrier that worked");
+    add(":/images/32/failedBarrier.png", FailedBarrierTool, tr("Failed Barrier"),
+        tr("Insert a failed barrier"));
+    add(":/images/32/newBarrier.png", NewBarrierTool, tr("New Barrier"),
+        tr("Insert a new barrier"));
+    add(":/images/32/improvedBarrier.png", ImprovedBarrierTool, tr("Improved Barrier"),
+        tr("Insert an improved barrier"));
+    add(":/images/32/barrierWorked.png", BarrierWorkedTool, tr("Barrier that worked"),
+        tr("Insert a barrier that worked"));
     toolButtons.append(addToolButton(allActions.mid(allActions.size() - 4)));
 
     cancelActiveTool();

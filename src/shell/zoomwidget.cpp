@@ -15,12 +15,12 @@ ZoomWidget::ZoomWidget(QWidget *parent)
     : QWidget(parent), actualSizeButton(new QToolButton(this)),
       slider(new QSlider(Qt::Horizontal, this)), percentLabel(new QLabel(this))
 {
-    QAction *actualSize = createAction("Actual Size", "zoom-original", QKeySequence("Alt+1"),
-                                       "Zoom to the original size (1:1)");
-    zoomInAction = createAction("Zoom In", "zoom-in", QKeySequence::ZoomIn,
-                                "Zoom in on the view of the project");
-    zoomOutAction = createAction("Zoom Out", "zoom-out", QKeySequence::ZoomOut,
-                                 "Zoom out on the view of the project");
+    QAction *actualSize = createAction(tr("Actual Size"), "zoom-original", QKeySequence("Alt+1"),
+                                       tr("Zoom to the original size (1:1)"));
+    zoomInAction = createAction(tr("Zoom In"), "zoom-in", QKeySequence::ZoomIn,
+                                tr("Zoom in on the view of the project"));
+    zoomOutAction = createAction(tr("Zoom Out"), "zoom-out", QKeySequence::ZoomOut,
+                                 tr("Zoom out on the view of the project"));
     actualSizeButton->setDefaultAction(actualSize);
     actualSizeButton->setAutoRaise(true);
 
@@ -28,7 +28,7 @@ ZoomWidget::ZoomWidget(QWidget *parent)
     slider->setRange(steps.first(), steps.last());
     slider->setSingleStep(10);
     slider->setValue(100);
-    slider->setAccessibleName("Zoom");
+    slider->setAccessibleName(tr("Zoom"));
     percentLabel->setMinimumWidth(40);
     showValue(slider->value());
     createLayout();
