@@ -3,6 +3,9 @@
 #include "support/qtcompat.h"
 #include "support/version.h"
 
+#include <QLocale>
+#include <QTranslator>
+
 #include <csignal>
 #include <exception>
 
@@ -12,6 +15,7 @@ Application::Application(int &argc, char **argv) : QApplication((prepareAttribut
     setOrganizationDomain("none");
     setApplicationName("Examiner");
     setApplicationVersion(ProgramVersionText);
+    loadTranslations();
     std::signal(SIGXFSZ, SIG_IGN); // writing beyond a limit then fails as on a full disk
 }
 
@@ -21,6 +25,24 @@ void Application::prepareAttributes()
     setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     // Page sizes in scene units must not follow the screen.
     setAttribute(Qt::AA_Use96Dpi);
+}
+
+/// The first of the user's languages that there is a translation for, or that is English. The
+/// toolkit's own texts follow, so that no window speaks two languages.
+void Application::loadTranslations()
+{
+    const auto load = [this](const QString &name, const QString &folder) {
+        auto *translator = new QTranslator(this);
+        return translator->load(name, folder) && installTranslator(translator);
+    };
+    for (QString language : QLocale::system().uiLanguages()) {
+        language.replace('-', '_');
+        const bool found = load("examiner_" + language, applicationDirPath() + "/translations");
+        if (found)
+            load("qt_" + language, QtCompat::getTranslationsFolder());
+        if (found || language.startsWith("en"))
+            return;
+    }
 }
 
 bool Application::notify(QObject *receiver, QEvent *event)

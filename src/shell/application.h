@@ -9,7 +9,8 @@ class Application : public QApplication
     Q_OBJECT
 
 public:
-    /// Sets the identity of the program, and how it deals with the screen's resolution.
+    /// Sets the identity of the program, its language, and how it deals with the screen's
+    /// resolution.
     Application(int &argc, char **argv);
 
     bool notify(QObject *receiver, QEvent *event) override;
@@ -20,4 +21,5 @@ signals:
 
 private:
     static void prepareAttributes();
+    void loadTranslations();
 };

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QImageReader>
+#include <QLibraryInfo>
 
 /// What the two toolkits call or do differently, outside the web seam.
 namespace QtCompat
@@ -22,6 +23,16 @@ inline void limitImages(int megabytes)
     Q_UNUSED(megabytes)
 #else
     QImageReader::setAllocationLimit(megabytes);
+#endif
+}
+
+/// Of the toolkit's own texts.
+inline QString getTranslationsFolder()
+{
+#if QT_VERSION_MAJOR < 6
+    return QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+#else
+    return QLibraryInfo::path(QLibraryInfo::TranslationsPath);
 #endif
 }
 

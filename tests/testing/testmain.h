@@ -23,6 +23,7 @@ public:
         qputenv("QT_FONT_DPI", "96");
         qputenv("LANG", "C.UTF-8");
         qputenv("LC_ALL", "C.UTF-8");
+        qunsetenv("LANGUAGE");
         QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
