@@ -45,6 +45,9 @@ void ItemPropertiesDialog::fillRoles()
 {
     for (const RoleInfo &role : qAsConst(Role::rolesList))
         ui->rolesList->addItem(new QListWidgetItem(role.icon, role.displayName));
+    QListWidget *list = ui->rolesList;
+    const int frame = list->width() - list->viewport()->width();
+    list->setMinimumWidth(qMax(list->minimumWidth(), list->sizeHintForColumn(0) + frame));
 }
 
 void ItemPropertiesDialog::readNote()
