@@ -175,8 +175,10 @@ void ChartCommands::createItemToolbar()
 {
     itemToolbar = window->addToolBar(tr("Item Toolbar"));
     itemToolbar->setObjectName("ItemToolbar");
-    itemToolbar->addWidget(new QLabel(tr("Role:  ")));
+    auto *label = new QLabel(tr("Role:  "));
+    itemToolbar->addWidget(label);
     roleBox = new QComboBox;
+    label->setBuddy(roleBox); // else it has no name but its value
     roleBox->setIconSize(QSize(22, 22));
     for (auto role = Role::rolesList.cbegin(); role != Role::rolesList.cend(); ++role)
         roleBox->addItem(role->icon, role->displayName, role.key());

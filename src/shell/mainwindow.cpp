@@ -75,6 +75,7 @@ void MainWindow::loadFullInterface()
     createMainSheet();
     desk->setProject(projectFile, book, formView, undoGroup);
     tabWidget->addTab(formView, tr("Investigation Form"));
+    formView->setAccessibleName(tabWidget->tabText(0));
     tabWidget->addTab(mainView, tr("ECS Chart"));
     createStatusBar();
     commands = new ChartCommands(this, book, &currentScene, undoGroup, zoomWidget);

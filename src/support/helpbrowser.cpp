@@ -28,6 +28,7 @@ HelpBrowser::HelpBrowser(QWidget *parent) : QMainWindow(parent)
     createIndexDock();
     createMenu();
     browser = new HelpTextBrowser(helpEngine, this);
+    browser->setAccessibleName(windowTitle());
     setCentralWidget(browser);
     connectIndex();
     showIndexPage();
@@ -47,6 +48,7 @@ void HelpBrowser::createIndexDock()
     indexDock->setObjectName("indexDock");
     indexDock->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
     indexDock->setWidget(helpEngine->contentWidget());
+    helpEngine->contentWidget()->setAccessibleName(indexDock->windowTitle());
     addDockWidget(Qt::LeftDockWidgetArea, indexDock);
     resizeDocks({indexDock}, {IndexWidth}, Qt::Horizontal);
 }
