@@ -14,17 +14,26 @@ namespace
 
 constexpr int Pause = 500; // milliseconds
 
+/// A chart is a line of time.
+bool standsBefore(const BoxItem *a, const BoxItem *b)
+{
+    return a->x() != b->x() ? a->x() < b->x() : a->y() < b->y();
+}
+
 /// What stands on a sheet, sorted once.
 struct SheetItems {
     explicit SheetItems(const ProjectScene *sheet)
     {
-        for (ProjectItem *item : sheet->getProjectItems()) {
-            if (auto *note = qobject_cast<Sticky *>(item))
-                notes.append(note);
+        for (ProjectItem *item : sheet->getItemsUnsorted()) {
             if (auto *box = qobject_cast<BoxItem *>(item))
                 boxes.append(box);
-            if (auto *line = qobject_cast<Line *>(item))
+            else if (auto *line = qobject_cast<Line *>(item))
                 connected << line->getStartConnection().item << line->getEndConnection().item;
+        }
+        std::sort(boxes.begin(), boxes.end(), standsBefore);
+        for (BoxItem *box : qAsConst(boxes)) {
+            if (auto *note = qobject_cast<Sticky *>(box))
+                notes.append(note);
         }
     }
 

@@ -15,6 +15,8 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <tuple>
+#include <vector>
 
 namespace
 {
@@ -27,9 +29,23 @@ QString fold(const QString &text)
     return text.simplified().toCaseFolded();
 }
 
-bool standsBefore(const Sticky *a, const Sticky *b)
+/// Page by page, from the left to the right: a chart is a line of time.
+QList<Sticky *> getNotesInOrder(const ProjectScene *sheet)
 {
-    return a->y() != b->y() ? a->y() < b->y() : a->x() < b->x();
+    const QSize page = sheet->getPageSize();
+    using Place = std::tuple<int, int, qreal, qreal>;
+    std::vector<std::pair<Place, Sticky *>> places;
+    for (ProjectItem *item : sheet->getItemsUnsorted()) {
+        if (auto *note = qobject_cast<Sticky *>(item))
+            places.push_back({{int(note->y() / page.height()), int(note->x() / page.width()),
+                               note->x(), note->y()},
+                              note});
+    }
+    std::sort(places.begin(), places.end());
+    QList<Sticky *> notes;
+    for (const auto &[place, note] : places)
+        notes.append(note);
+    return notes;
 }
 
 } // namespace
@@ -72,6 +88,7 @@ QToolButton *FindBar::addButton(const QString &text, const QString &toolTip)
     button->setText(text);
     button->setToolTip(toolTip);
     button->setAutoRaise(true);
+    button->installEventFilter(this);
     layout()->addWidget(button);
     return button;
 }
@@ -138,9 +155,7 @@ void FindBar::readTexts()
 
 void FindBar::readSheet(QWidget *tab, const ProjectScene *sheet)
 {
-    QList<Sticky *> notes = sheet->getAllNotes();
-    std::sort(notes.begin(), notes.end(), standsBefore);
-    for (Sticky *note : qAsConst(notes))
+    for (Sticky *note : getNotesInOrder(sheet))
         texts.append({fold(note->getText()), tab, note, QString()});
 }
 

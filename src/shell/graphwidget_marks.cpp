@@ -30,7 +30,9 @@ void GraphWidget::drawForeground(QPainter *painter, const QRectF &rect)
     QGraphicsView::drawForeground(painter, rect);
     const qreal pixel = 1 / transform().m11();
     for (const Sticky *note : qAsConst(marks)) {
-        const QRectF place = note && note->scene() ? note->sceneBoundingRect() : QRectF();
+        if (!note || !note->scene())
+            continue;
+        const QRectF place = note->boundingRect().translated(note->pos());
         if (!place.intersects(rect))
             continue;
         const bool isCurrent = note == currentMark;

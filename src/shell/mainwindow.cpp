@@ -125,6 +125,7 @@ void MainWindow::createStatusBar()
     connect(chartCheck, &ChartCheck::placeWanted, this, &MainWindow::showPlace);
     connect(undoGroup, &QUndoGroup::indexChanged, chartCheck, &ChartCheck::lookSoon);
     connect(projectFile, &ProjectFile::loadedFormData, chartCheck, &ChartCheck::lookSoon);
+    connect(formView, &FormView::formChanged, chartCheck, &ChartCheck::lookSoon);
     connect(zoomWidget, &ZoomWidget::zoomChanged, this, &MainWindow::onZoomChanged);
 }
 
@@ -150,17 +151,16 @@ void MainWindow::showPlace(ProjectScene *sheet, ProjectItem *item)
     if (!view)
         return;
     tabWidget->setCurrentWidget(view);
-    if (!item || item->scene() != sheet)
-        return;
-    view->ensureVisible(item->sceneBoundingRect(), PlaceMargin, PlaceMargin);
-    // Queued like the change of the tab, which takes a selection away.
-    QPointer<ProjectItem> place = item;
+    // Queued like the change of the tab, which takes a selection away and has yet to give the view
+    // its size.
+    const QPointer<ProjectItem> place = item;
     QMetaObject::invokeMethod(
-        this,
-        [place] {
-            if (!place || !place->scene())
+        view,
+        [place, view] {
+            if (!place || place->scene() != view->scene())
                 return;
-            place->scene()->clearSelection();
+            view->ensureVisible(place->sceneBoundingRect(), PlaceMargin, PlaceMargin);
+            view->scene()->clearSelection();
             place->setSelected(true);
         },
         Qt::QueuedConnection);
