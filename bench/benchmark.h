@@ -54,3 +54,4 @@ void benchDrag();
 void benchRender();
 void benchPdf();
 void benchPaste();
+void benchFind();

@@ -18,7 +18,7 @@ struct Benchmark {
 
 constexpr Benchmark benchmarks[] = {
     {"open", benchOpen},     {"save", benchSave}, {"route", benchRoute}, {"drag", benchDrag},
-    {"render", benchRender}, {"pdf", benchPdf},   {"paste", benchPaste},
+    {"render", benchRender}, {"pdf", benchPdf},   {"paste", benchPaste}, {"find", benchFind},
 };
 
 /// Neither the settings nor the data of whoever measures are touched.

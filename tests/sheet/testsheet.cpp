@@ -341,6 +341,21 @@ private slots:
         QCOMPARE(note->pos(), QPointF(100, 200));
     }
 
+    /// In one step.
+    void lowerHandleMakesRoomForText()
+    {
+        const QRectF before(100, 100, 120, 80);
+        Sticky *note = sheet->addNote(before, "Event", QString("many words ").repeated(30));
+        note->setSelected(true);
+        QTRY_VERIFY(note->isTextCut());
+        sheet->doubleClick(QPointF(160, 181));
+        QTRY_COMPARE(sheet->getSteps(), 1);
+        QVERIFY(!note->isTextCut());
+        QCOMPARE(note->pos(), before.topLeft());
+        sheet->getStack()->undo();
+        QCOMPARE(note->getGeometry(), before);
+    }
+
     void selectionIsReportedTogether()
     {
         QSignalSpy changed(scene, &ProjectScene::selectionChanged);

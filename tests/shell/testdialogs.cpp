@@ -1,4 +1,5 @@
 #include "chart/imagepreviewdialog.h"
+#include "shell/filenames.h"
 #include "shell/introscreen.h"
 #include "shell/itempropertiesdialog.h"
 #include "shell/settings.h"
@@ -55,6 +56,12 @@ private slots:
         QVERIFY(settings.contains("showLegend") && !settings.value("showLegend").toBool());
         QCOMPARE(settings.value("font").toString().count(','), 9); // without a style's name
         QCOMPARE(getStandardFont().family(), QString("Liberation Mono"));
+    }
+
+    void titlesBecomeFileNames()
+    {
+        QCOMPARE(getProposal("/f/", "../A/B:\n\"crash\" ", ".pdf"), QString("/f/A B crash.pdf"));
+        QCOMPARE(getProposal("/f/", QString(400, QChar(0x6e2c)), "").toUtf8().size(), 183);
     }
 
     void introScreenOffersFiles()

@@ -1,4 +1,6 @@
 #include "chart/line.h"
+#include "shell/chartcheck.h"
+#include "shell/toolstoolbar.h"
 #include "shell/zoomwidget.h"
 #include "testing/dialogs.h"
 #include "testing/records.h"
@@ -6,7 +8,11 @@
 #include "testing/window.h"
 
 #include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
+#include <QStatusBar>
+#include <QStatusTipEvent>
 #include <QToolBar>
 #include <QUndoGroup>
 
@@ -244,6 +250,94 @@ private slots:
         QVERIFY(w.factorSheet()->getItemWithGUID("child of {factor}"));
         QCOMPARE(w.factorSheet()->getProjectItems().size(), 1);
         QVERIFY(w.chart()->getItemWithGUID("child of {nowhere}"));
+    }
+
+    /// In the order of the tabs, from the one that is shown; neither project nor pages learn of it.
+    void findsWords()
+    {
+        Sticky *factor = w.addNote("Event", QPointF(200, 200));
+        factor->setText("Red\npaint");
+        w.makeFactor(factor);
+        Sticky *below = w.addNote("Event", QPointF(200, 2900));
+        below->setText("some red  paint below");
+        w.form->setFieldValue("incidentTitle", "A red door");
+        const int steps = w.chart()->getUndoStack()->count();
+        const QImage before = w.view()->grab().toImage();
+        w.action("&Find...")->trigger();
+        auto *edit = w.window.findChild<QLineEdit *>("findEdit");
+        const std::tuple<const char *, const char *, int> rows[] = {
+            // what is typed, the count, and the tab shown
+            {"RED", "3 of 5", 1},         {"red p", "2 of 4", 1},
+            {"red paint b", "1 of 1", 1}, {"nowhere", "Nothing found", 1},
+            {"red door", "1 of 1", 0},    {"red", "1 of 5", 0},
+        };
+        for (const auto &[words, count, tab] : rows) {
+            const Row in(words);
+            edit->setText(words);
+            QCOMPARE(w.window.findChild<QLabel *>("findCount")->text(), QString(count));
+            QCOMPARE(w.tabs->currentIndex(), tab);
+        }
+        QTest::keyClick(edit, Qt::Key_Return, Qt::ShiftModifier);
+        QTRY_COMPARE(w.window.getCurrentScene(), w.factorSheet());
+        w.action("Find Previous")->trigger();
+        QTRY_COMPARE(w.chart()->selectedItems(), QList<QGraphicsItem *>({below}));
+        QVERIFY(w.view()->viewport()->rect().contains(
+            w.view()->mapFromScene(below->sceneBoundingRect()).boundingRect()));
+        below->setText("blue");
+        below->setSelected(false);
+        w.view()->centerOn(0, 0);
+        QVERIFY(w.view()->grab().toImage() != before);
+        QTest::keyClick(edit, Qt::Key_Escape);
+        QVERIFY(edit->isHidden() || !edit->isVisible());
+        QCOMPARE(w.chart()->getUndoStack()->count(), steps);
+    }
+
+    void chartCheckLeadsToEachPlace()
+    {
+        auto *check = w.window.findChild<ChartCheck *>();
+        const QSize page = w.chart()->getPageSize();
+        Sticky *notes[] = {w.addNote("Event", QPointF(200, 200)),
+                           w.addNote("Event", QPointF(600, 200)),
+                           w.addNote("Event", QPointF(page.width() - 60, 400))};
+        notes[0]->setText(QString());
+        auto *line = static_cast<Line *>(w.add(ConnectorTool, QRectF(320, 240, 280, 0)));
+        line->connectStartPoint(notes[0], Sticky::RightSide);
+        line->connectEndPoint(notes[2], Sticky::LeftSide);
+        w.add(NewBarrierTool, QRectF(page.width() - 17, page.height() - 82, 17, 82));
+        w.makeFactor(notes[1]);
+        check->look();
+        QCOMPARE(check->text(), QString("1 empty, 1 unconnected, 1 across a page's edge, "
+                                        "factor 1 not worked"));
+        for (Sticky *note : notes) {
+            check->click();
+            QTRY_COMPARE(w.chart()->selectedItems(), QList<QGraphicsItem *>({note}));
+        }
+        check->click();
+        QTRY_COMPARE(w.window.getCurrentScene(), w.factorSheet());
+    }
+
+    /// The pointer is over the sheet most of the time.
+    void messagesOutlastTheSheetsTip()
+    {
+        QStatusBar *bar = w.window.statusBar();
+        const auto enter = [this] {
+            QStatusTipEvent tip(GraphWidget::getZoomTip());
+            QCoreApplication::sendEvent(w.view(), &tip);
+        };
+        bar->clearMessage();
+        enter();
+        QCOMPARE(bar->currentMessage(), QString("Ctrl Mouse Wheel to zoom"));
+        bar->showMessage("done");
+        enter();
+        QCOMPARE(bar->currentMessage(), QString("done"));
+        bar->clearMessage();
+        enter();
+        auto *palette = w.window.findChild<ToolsToolBar *>();
+        emit palette->toolSelectionChanged(ConnectorTool);
+        enter();
+        QCOMPARE(bar->currentMessage(), QString());
+        QVERIFY(!w.window.findChild<QLabel *>("toolHint")->text().isEmpty());
+        emit palette->toolSelectionChanged(SelectTool);
     }
 };
 
