@@ -6,6 +6,7 @@
 #include "support/privatehome.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -22,6 +23,11 @@
 
 namespace
 {
+
+/// The program's texts are translated together.
+struct Console {
+    Q_DECLARE_TR_FUNCTIONS(Console)
+};
 
 constexpr int Failure = 1;
 constexpr int WrongUse = 2;
@@ -91,21 +97,22 @@ QString read(const QCommandLineParser &parser, Request &request)
 {
     const QStringList names = parser.positionalArguments();
     if (names.size() != 2)
-        return "Name a project and a file to write. See --help.";
+        return Console::tr("Name a project and a file to write. See --help.");
     request.project = names.at(0);
     request.target = names.at(1);
     if (parser.isSet("sheet")) {
         bool isNumber = false;
         request.factor = parser.value("sheet").toInt(&isNumber);
         if (!isNumber || request.factor < 0)
-            return "--sheet takes the number of a causal factor.";
+            return Console::tr("--sheet takes the number of a causal factor.");
     }
     const QString format = getFormat(request);
     if (!QStringList({"pdf", "png", "doc"}).contains(format))
-        return "The file to write must end in .pdf, .png or .doc.";
+        return Console::tr("The file to write must end in .pdf, .png or .doc.");
     for (const char *option : {"sheet", "decorated"}) {
         if (format == "doc" && parser.isSet(option))
-            return QString("--%1 goes with .pdf and .png: a report holds no sheets.").arg(option);
+            return Console::tr("--%1 goes with .pdf and .png: a report holds no sheets.")
+                .arg(option);
     }
     return QString();
 }
@@ -114,22 +121,24 @@ QString read(const QCommandLineParser &parser, Request &request)
 QString run(const Request &request, const QDir &home)
 {
     if (!QFileInfo(request.project).isFile())
-        return "There is no project " + request.project + ".";
+        return Console::tr("There is no project %1.").arg(request.project);
     if (isSameFile(request.project, request.target))
-        return request.target + " is the project itself.";
+        return Console::tr("%1 is the project itself.").arg(request.target);
     const QString copy = home.filePath(QFileInfo(request.project).fileName());
     QFile project(request.project);
     if (!project.open(QIODevice::ReadOnly))
-        return "The project " + request.project + " can't be read: " + project.errorString() + ".";
+        return Console::tr("The project %1 can't be read: %2.")
+            .arg(request.project, project.errorString());
     if (!copyDatabase(request.project, copy))
-        return "The project " + request.project + " can't be copied to " + home.path() + ".";
+        return Console::tr("The project %1 can't be copied to %2.")
+            .arg(request.project, home.path());
     QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
     // Never deleted: taking a large chart apart would cost a tenth of the time.
     ProjectExporter &exporter = *new ProjectExporter;
     if (!exporter.open(copy))
-        return request.project + " is no valid project: " + exporter.getError();
+        return Console::tr("%1 is no valid project: %2").arg(request.project, exporter.getError());
     if (request.factor != ProjectExporter::NoFactor && !exporter.hasFactor(request.factor))
-        return "No causal factor has the number " + QString::number(request.factor) + ".";
+        return Console::tr("No causal factor has the number %1.").arg(request.factor);
     const QString format = getFormat(request);
     const bool written = format == "pdf"   ? exporter.writePDF(request.target, request.factor)
                          : format == "png" ? exporter.writePNG(request.target, request.factor)
@@ -140,15 +149,19 @@ QString run(const Request &request, const QDir &home)
 int execute(const QCoreApplication &application, const QDir &home)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription("Writes a project of TRAC/Ex Examiner to a PDF document (all "
-                                     "sheets), a PNG picture (the main chart) or a Word report.");
-    parser.addOption({"sheet", "Write the sheet of causal factor <number> alone.", "number"});
-    parser.addOption({"decorated", "Show header, page labels and legend, as if that were chosen in "
-                                   "Page Setup."});
-    parser.addPositionalArgument("PROJECT.epf", "The project. It stays as it is.");
-    parser.addPositionalArgument("OUTPUT", "The file to write, ending in .pdf, .png or .doc.");
-    parser.addOption({{"h", "help"}, "Show this help."});
-    parser.addOption({{"v", "version"}, "Show the version."});
+    parser.setApplicationDescription(
+        Console::tr("Writes a project of TRAC/Ex Examiner to a PDF document (all "
+                    "sheets), a PNG picture (the main chart) or a Word report."));
+    parser.addOption({"sheet", Console::tr("Write the sheet of causal factor <number> alone."),
+                      Console::tr("number")});
+    parser.addOption(
+        {"decorated", Console::tr("Show header, page labels and legend, as if that were chosen in "
+                                  "Page Setup.")});
+    parser.addPositionalArgument("PROJECT.epf", Console::tr("The project. It stays as it is."));
+    parser.addPositionalArgument("OUTPUT",
+                                 Console::tr("The file to write, ending in .pdf, .png or .doc."));
+    parser.addOption({{"h", "help"}, Console::tr("Show this help.")});
+    parser.addOption({{"v", "version"}, Console::tr("Show the version.")});
     if (!parser.parse(application.arguments())) {
         complain(parser.errorText());
         return WrongUse;
@@ -190,7 +203,7 @@ int work(int argc, char **argv, const sigset_t &ending, const char *homePath)
     if (moveIntoPrivateHome(home))
         status = execute(application, home);
     else
-        complain("Nothing can be written to " + home.path() + ".");
+        complain(Console::tr("Nothing can be written to %1.").arg(home.path()));
     std::fflush(nullptr);
     std::_Exit(status);
 }
