@@ -2,6 +2,7 @@
 
 #include "chart/sticky.h"
 #include "sheet/projectscene.h"
+#include "support/screenfit.h"
 #include "ui_itempropertiesdialog.h"
 
 #include <QColorDialog>
@@ -13,6 +14,7 @@ ItemPropertiesDialog::ItemPropertiesDialog(ProjectScene *scene, Sticky *note, Li
 {
     ui->setupUi(this);
     fillRoles();
+    fitToScreen(this);
     if (note) {
         readNote();
     } else {

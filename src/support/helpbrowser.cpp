@@ -3,6 +3,7 @@
 #include "support/helpsearch.h"
 #include "support/helptextbrowser.h"
 #include "support/log.h"
+#include "support/screenfit.h"
 
 #include <QDockWidget>
 #include <QHelpContentWidget>
@@ -22,6 +23,7 @@ HelpBrowser::HelpBrowser(QWidget *parent) : QMainWindow(parent)
 {
     setWindowTitle(tr("Help"));
     resize(800, 600);
+    fitToScreen(this);
     setWindowIcon(QIcon(":/images/16/help-contents.png"));
     setAttribute(Qt::WA_DeleteOnClose);
     openCollection();
