@@ -7,6 +7,7 @@
 
 #include <QColorDialog>
 #include <QPainter>
+#include <QScrollBar>
 
 ItemPropertiesDialog::ItemPropertiesDialog(ProjectScene *scene, Sticky *note, Line *line,
                                            QWidget *parent)
@@ -48,7 +49,7 @@ void ItemPropertiesDialog::fillRoles()
     for (const RoleInfo &role : qAsConst(Role::rolesList))
         ui->rolesList->addItem(new QListWidgetItem(role.icon, role.displayName));
     QListWidget *list = ui->rolesList;
-    const int frame = list->width() - list->viewport()->width();
+    const int frame = 2 * list->frameWidth() + list->verticalScrollBar()->sizeHint().width();
     list->setMinimumWidth(qMax(list->minimumWidth(), list->sizeHintForColumn(0) + frame));
 }
 
