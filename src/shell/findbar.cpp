@@ -6,7 +6,6 @@
 #include "shell/graphwidget.h"
 #include "shell/projecttabwidget.h"
 
-#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -95,7 +94,7 @@ QToolButton *FindBar::addButton(const QString &text, const QString &toolTip)
 
 void FindBar::open()
 {
-    QWidget *focus = QApplication::focusWidget();
+    QWidget *focus = window()->focusWidget();
     if (!isAncestorOf(focus))
         focusBefore = focus;
     readTexts();
@@ -109,14 +108,15 @@ void FindBar::dismiss()
 {
     if (isHidden())
         return;
-    QWidget *target =
-        focusBefore && focusBefore->isVisible() ? focusBefore.data() : tabs->currentWidget();
+    QWidget *page = tabs->currentWidget();
+    const bool isShown = focusBefore && page && page->isAncestorOf(focusBefore);
+    QWidget *target = isShown ? focusBefore.data() : page;
     pause.stop();
     texts.clear();
     found.clear();
     current = -1;
     showMarks();
-    if (target && isAncestorOf(QApplication::focusWidget()))
+    if (target && isAncestorOf(window()->focusWidget()))
         target->setFocus(Qt::OtherFocusReason);
     hide();
 }

@@ -288,7 +288,8 @@ private slots:
         w.view()->centerOn(0, 0);
         QVERIFY(w.view()->grab().toImage() != before);
         QTest::keyClick(edit, Qt::Key_Escape);
-        QVERIFY(edit->isHidden() || !edit->isVisible());
+        QVERIFY(!edit->isVisible());
+        QCOMPARE(w.window.focusWidget(), w.view());
         QCOMPARE(w.chart()->getUndoStack()->count(), steps);
     }
 
