@@ -119,6 +119,8 @@ signals:
     void causalFactorAdded(Sticky *note);
     void causalFactorRemoved(Sticky *note);
     void requestCausalFactorNumberChange(Sticky *note);
+    /// A double click with the control key, on a factor or its twin.
+    void followed(Sticky *note);
     void editingStarted(Sticky *note);
     /// The text under edit is no longer as it was when editing began.
     void textTouched(Sticky *note);

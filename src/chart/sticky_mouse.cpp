@@ -94,6 +94,8 @@ void Sticky::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)
         growToText();
         if (scene() && scene()->mouseGrabberItem() == this)
             ungrabMouse(); // what follows up to the release is no drag
+    } else if (event->modifiers() & Qt::ControlModifier && isParentItem()) {
+        emit followed(this);
     } else if (isPictureAt(event->pos())) {
         ImagePreviewDialog dialog(nullptr, info.image);
         dialog.exec();

@@ -9,8 +9,12 @@
 
 #include <QSet>
 
+#include <limits>
+
 namespace
 {
+
+constexpr qint64 LastRow = std::numeric_limits<qint64>::max(); // that the database can number
 
 /// Of a text that is translated only here.
 void require(bool done, const char *failure)
@@ -38,6 +42,8 @@ ProjectWriter::ProjectWriter(const QSqlDatabase &db, const std::function<void()>
       updateLineRow(db, "UPDATE items SET role=:role, x=:x, y=:y, width=:width, height=:height "
                         "WHERE rowid=:row"),
       deleteItemRow(db, "DELETE FROM items WHERE rowid=:row"),
+      moveItemRow(db, "UPDATE items SET rowid=(SELECT max(rowid)+1 FROM items) WHERE rowid=:row "
+                      "AND (SELECT max(rowid) FROM items)<:last"),
       insertProperty(db, "INSERT INTO properties VALUES(:guid, :name, :value)"),
       updateProperty(db, "UPDATE properties SET value=:value WHERE rowid=:row"),
       deleteProperty(db, "DELETE FROM properties WHERE rowid=:row"),
@@ -122,6 +128,26 @@ void ProjectWriter::writeItem(ProjectItem *item)
     default:
         break;
     }
+    keepOrder(item, isKnown);
+}
+
+/// Rows are read by their number, and what is read later comes to lie on top of what is read
+/// before. An item that left the sheet and came back lies above others, so its row follows.
+void ProjectWriter::keepOrder(const ProjectItem *item, bool isKnown)
+{
+    const QString owner = item->getSheet()->getOwnerGUID();
+    if (owner != orderedOwner)
+        topRow = 0;
+    orderedOwner = owner;
+    const RowIndex::Rows rows = itemRows.getRows(item->getGUID());
+    if (isKnown && (rows.size() > 1 || rows.first().id > topRow)) {
+        topRow = rows.last().id;
+        return;
+    }
+    if (isKnown)
+        require(moveItemRow.run({rows.first().id, LastRow}),
+                QT_TR_NOOP("Couldn't update note entry"));
+    topRow = LastRow; // the new one is the highest of all
 }
 
 void ProjectWriter::writeNote(const CanvasItemInfo &info, bool isKnown)

@@ -37,6 +37,7 @@ private:
     void deleteGoneItems(const QList<ProjectItem *> &items);
     void writeProjectProperties();
     void writeItem(ProjectItem *item);
+    void keepOrder(const ProjectItem *item, bool isKnown);
     void writeNote(const CanvasItemInfo &info, bool isKnown);
     void insertNote(const CanvasItemInfo &info);
     void updateNote(const CanvasItemInfo &info);
@@ -66,6 +67,7 @@ private:
     Statement insertLineRow;
     Statement updateLineRow;
     Statement deleteItemRow;
+    Statement moveItemRow;
     Statement insertProperty;
     Statement updateProperty;
     Statement deleteProperty;
@@ -75,4 +77,6 @@ private:
     Statement updateFormValue;
     Statement deleteFormValue;
     bool deletedItems = false;
+    QString orderedOwner; // of the sheet whose items come
+    qint64 topRow = 0;    // of that sheet so far
 };

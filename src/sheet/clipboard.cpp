@@ -74,67 +74,19 @@ CanvasItemInfo makeCopy(const CanvasItemInfo &original, const QPointF &offset,
     return copy;
 }
 
-} // namespace
-
-ClipBoard::ClipBoard(ProjectScene **activeScene, QObject *parent)
-    : QObject(parent), activeScene(activeScene)
-{
-}
-
-void ClipBoard::onCopyTriggered()
-{
-    ProjectScene *scene = *activeScene;
-    const QList<ProjectItem *> selection =
-        scene ? scene->getSelectedProjectItems() : QList<ProjectItem *>();
-    if (selection.isEmpty())
-        return;
-
-    const QRectF bounds = getSceneBounds(selection);
-    scene->clearSelection(); // no handles or marks in the picture
-    const QPixmap picture = drawPicture(scene, bounds);
-    for (ProjectItem *item : selection)
-        item->setSelected(true);
-    QApplication::clipboard()->setPixmap(picture);
-
-    items.clear();
-    for (ProjectItem *item : selection)
-        items << item->getCanvasItemInfo();
-    keepConnections(selection);
-}
-
-void ClipBoard::onPasteTriggered()
-{
-    ProjectScene *scene = *activeScene; // a pasted causal factor may change the active sheet
-    if (items.isEmpty() || !scene)
-        return;
-    scene->clearSelection();
-    const QPointF offset = getPasteOffset(scene);
-    QHash<QString, ProjectItem *> pasted;
-    for (const CanvasItemInfo &original : qAsConst(items)) {
-        CanvasItemInfo copy = makeCopy(original, offset, scene);
-        ProjectItem *item = scene->createCanvasItem(copy, true);
-        if (!item)
-            continue;
-        item->setSelected(true);
-        pasted.insert(original.guid, item);
-    }
-    restoreConnections(pasted);
-}
-
-/// Keeps the line ends whose note was copied too; the others will be free.
-void ClipBoard::keepConnections(const QList<ProjectItem *> &copied)
+/// Keeps the line ends whose note is copied too; the others will be free.
+void keepConnections(CopiedItems &copy, const QList<ProjectItem *> &selection)
 {
     QSet<QString> guids;
-    for (const CanvasItemInfo &info : qAsConst(items))
+    for (const CanvasItemInfo &info : qAsConst(copy.items))
         guids.insert(info.guid);
 
-    connections.clear();
     const auto keep = [&](const Line *line, int end, const ConnectionInfo &connection) {
         if (connection.item && guids.contains(connection.item->getGUID()))
-            connections.append({line->getGUID(), nullptr, connection.item->getGUID(), nullptr, end,
-                                connection.side});
+            copy.connections.append({line->getGUID(), nullptr, connection.item->getGUID(), nullptr,
+                                     end, connection.side});
     };
-    for (ProjectItem *item : copied) {
+    for (ProjectItem *item : selection) {
         if (const auto *line = qobject_cast<Line *>(item)) {
             keep(line, Line::Start, line->getStartConnection());
             keep(line, Line::End, line->getEndConnection());
@@ -142,10 +94,19 @@ void ClipBoard::keepConnections(const QList<ProjectItem *> &copied)
     }
 }
 
-/// `pasted` holds the new items by the GUIDs of the copied ones.
-void ClipBoard::restoreConnections(const QHash<QString, ProjectItem *> &pasted)
+CopiedItems makeCopies(const QList<ProjectItem *> &selection)
 {
-    for (ClipBoardConnection &connection : connections) {
+    CopiedItems copy;
+    for (ProjectItem *item : selection)
+        copy.items << item->getCanvasItemInfo();
+    keepConnections(copy, selection);
+    return copy;
+}
+
+/// `pasted` holds the new items by the GUIDs of the copied ones.
+void restoreConnections(CopiedItems &copy, const QHash<QString, ProjectItem *> &pasted)
+{
+    for (ClipBoardConnection &connection : copy.connections) {
         connection.line = qobject_cast<Line *>(pasted.value(connection.lineGuid));
         connection.note = qobject_cast<Sticky *>(pasted.value(connection.noteGuid));
         if (!connection.line || !connection.note)
@@ -157,11 +118,76 @@ void ClipBoard::restoreConnections(const QHash<QString, ProjectItem *> &pasted)
     }
 }
 
+/// New items, selected, each with its undo step.
+void insertCopies(ProjectScene *scene, CopiedItems &copy, const QPointF &offset)
+{
+    scene->clearSelection();
+    QHash<QString, ProjectItem *> pasted;
+    for (const CanvasItemInfo &original : qAsConst(copy.items)) {
+        CanvasItemInfo info = makeCopy(original, offset, scene);
+        ProjectItem *item = scene->createCanvasItem(info, true);
+        if (!item)
+            continue;
+        item->setSelected(true);
+        pasted.insert(original.guid, item);
+    }
+    restoreConnections(copy, pasted);
+}
+
+/// From the bottom to the top, so that copies lie on each other as these do. Without a sheet
+/// nothing is selected.
+QList<ProjectItem *> getSelection(const ProjectScene *scene)
+{
+    return scene ? scene->sortBottomFirst(scene->getSelectedProjectItems())
+                 : QList<ProjectItem *>();
+}
+
+} // namespace
+
+ClipBoard::ClipBoard(ProjectScene **activeScene, QObject *parent)
+    : QObject(parent), activeScene(activeScene)
+{
+}
+
+void ClipBoard::onCopyTriggered()
+{
+    ProjectScene *scene = *activeScene;
+    const QList<ProjectItem *> selection = getSelection(scene);
+    if (selection.isEmpty())
+        return;
+
+    const QRectF bounds = getSceneBounds(selection);
+    scene->clearSelection(); // no handles or marks in the picture
+    const QPixmap picture = drawPicture(scene, bounds);
+    for (ProjectItem *item : selection)
+        item->setSelected(true);
+    QApplication::clipboard()->setPixmap(picture);
+
+    copied = makeCopies(selection);
+}
+
+void ClipBoard::onPasteTriggered()
+{
+    ProjectScene *scene = *activeScene; // a pasted causal factor may change the active sheet
+    if (!copied.items.isEmpty() && scene)
+        insertCopies(scene, copied, getPasteOffset(scene));
+}
+
+void ClipBoard::onDuplicateTriggered()
+{
+    ProjectScene *scene = *activeScene;
+    const QList<ProjectItem *> selection = getSelection(scene);
+    if (selection.isEmpty())
+        return;
+    CopiedItems copy = makeCopies(selection);
+    insertCopies(scene, copy, QPointF(ChartSheet::GridStep, ChartSheet::GridStep));
+}
+
 /// Brings the group to a point near the top left of what the first view shows.
 QPointF ClipBoard::getPasteOffset(const ProjectScene *scene) const
 {
     QRectF bounds;
-    for (const CanvasItemInfo &info : items)
+    for (const CanvasItemInfo &info : copied.items)
         bounds |= getPlace(info);
     const QPoint corner(100, 100);
     const QList<QGraphicsView *> views = scene->views();

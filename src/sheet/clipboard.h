@@ -21,6 +21,12 @@ struct ClipBoardConnection {
     Sticky::Side side = Sticky::NoSide;
 };
 
+/// Copied items as records, and how their lines hang on their notes.
+struct CopiedItems {
+    QList<CanvasItemInfo> items;
+    QList<ClipBoardConnection> connections;
+};
+
 /// Copy and paste for all sheets of the program. The records stay inside the
 /// program; other programs get a picture.
 class ClipBoard : public QObject
@@ -34,13 +40,12 @@ public:
 public slots:
     void onCopyTriggered();
     void onPasteTriggered();
+    /// A copy of the selection one step beside it; what was copied before stays.
+    void onDuplicateTriggered();
 
 private:
-    void keepConnections(const QList<ProjectItem *> &copied);
-    void restoreConnections(const QHash<QString, ProjectItem *> &pasted);
     QPointF getPasteOffset(const ProjectScene *scene) const;
 
-    QList<CanvasItemInfo> items;
-    QList<ClipBoardConnection> connections;
+    CopiedItems copied;
     ProjectScene **activeScene; // not owned; the sheet may be null
 };

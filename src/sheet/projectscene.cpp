@@ -12,6 +12,9 @@
 #include <QGraphicsView>
 #include <QUndoGroup>
 
+#include <algorithm>
+#include <tuple>
+
 namespace
 {
 
@@ -123,6 +126,18 @@ QList<Sticky *> ProjectScene::getAllNotes() const
     return pick<Sticky>(items());
 }
 
+QList<Sticky *> ProjectScene::getNotesInReadingOrder() const
+{
+    const auto getPlace = [this](const Sticky *note) {
+        return std::make_tuple(int(note->y() / pageSize.height()),
+                               int(note->x() / pageSize.width()), note->x(), note->y());
+    };
+    QList<Sticky *> notes = getAllNotes();
+    std::stable_sort(notes.begin(), notes.end(),
+                     [&](const Sticky *a, const Sticky *b) { return getPlace(a) < getPlace(b); });
+    return notes;
+}
+
 QList<Sticky *> ProjectScene::getSelectedNotes() const
 {
     return pick<Sticky>(selectedItems());
@@ -146,6 +161,14 @@ QList<ProjectItem *> ProjectScene::getProjectItems() const
 QList<ProjectItem *> ProjectScene::getSelectedProjectItems() const
 {
     return pick<ProjectItem>(selectedItems());
+}
+
+QList<ProjectItem *> ProjectScene::sortBottomFirst(QList<ProjectItem *> items) const
+{
+    std::sort(items.begin(), items.end(), [this](const ProjectItem *a, const ProjectItem *b) {
+        return entries.value(a) < entries.value(b);
+    });
+    return items;
 }
 
 void ProjectScene::clear()
@@ -257,6 +280,7 @@ void ProjectScene::itemEntered(ProjectItem *item)
 {
     itemIndex.insert(item->getGUID(), item);
     ownedItems.insert(item);
+    entries.insert(item, ++lastEntry);
     restingBound.reset();
     extendBound(item);
 }
@@ -264,6 +288,7 @@ void ProjectScene::itemEntered(ProjectItem *item)
 void ProjectScene::itemLeft(ProjectItem *item)
 {
     itemIndex.remove(item->getGUID(), item);
+    entries.remove(item);
     itemsBound.reset();
     restingBound.reset();
     // An item that still has its scene leaves because it is being destroyed.

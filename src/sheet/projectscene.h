@@ -61,6 +61,8 @@ public:
     QPair<Sticky *, Sticky *> getLossAndLoCNotes() const;
     QList<Sticky *> getAllCausalFactors() const;
     QList<Sticky *> getAllNotes() const;
+    /// Page rows from the top, in each its pages, and on a page from left to right.
+    QList<Sticky *> getNotesInReadingOrder() const;
     QList<Sticky *> getSelectedNotes() const;
     QList<Line *> getSelectedLines() const;
     QList<BoxItem *> getSelectedBoxes() const;
@@ -68,6 +70,9 @@ public:
     QList<ProjectItem *> getSelectedProjectItems() const;
     /// All project items in no order, which takes a small part of the time.
     QList<ProjectItem *> getItemsUnsorted() const { return itemIndex.values(); }
+    /// What came first lies below; selected items, which show above others meanwhile, keep their
+    /// place.
+    QList<ProjectItem *> sortBottomFirst(QList<ProjectItem *> items) const;
 
     void setPrintEnabled(bool enabled) { printEnabled = enabled; }
     /// At least one page and at most MaximumPages each way.
@@ -104,6 +109,9 @@ public:
     /// The new font of all notes without one of their own.
     void setItemsFont(const QFont &font);
     void selectAll();
+    /// Selects the note that comes next to the selected one in the reading, or before it, and
+    /// shows it. False when there is none, and while a text is edited.
+    bool walkNotes(bool forward);
     /// For what no undo step tells of: undoing others doesn't make the project look clean.
     void markDirty();
     void finishEditing();
@@ -114,6 +122,8 @@ public:
     void hideHighlightItem();
     /// The line being drawn goes; nothing when there is none.
     void giveUpLine();
+    /// What the mouse drags goes back to where it was; nothing when it drags nothing.
+    void giveUpDrag();
     /// Takes away what a line tool has marked on notes; the marks of selected lines stay.
     void clearEdgeMarks();
 
@@ -156,6 +166,8 @@ signals:
     /// An undo or a redo has ended.
     void stepTaken();
     void headerEditRequested();
+    /// The user wants to see a factor's sheet, or the factor whose twin this is.
+    void factorFollowed(Sticky *note);
 
 protected:
     void drawBackground(QPainter *painter, const QRectF &rect) override;
@@ -172,6 +184,7 @@ protected:
 
 private slots:
     void onNoteBecameCausalFactor(Sticky *note);
+    void onNoteFollowed(Sticky *note);
     void onNoteWasCausalFactor(Sticky *note);
     void onStepTaken(int index);
 
@@ -259,10 +272,12 @@ private:
 
     QMultiHash<QString, ProjectItem *> itemIndex; // by GUID, of items on the sheet
     QSet<ProjectItem *> ownedItems;               // on the sheet, or known to undo steps only
-    QSet<QGraphicsItem *> removedExtras;          // deleted by the user, not project items
-    std::optional<QRectF> itemsBound;             // known while items come in one after the other
-    QTimer boundTimer;                            // forgets it at the end of the turn
-    int selectionReports = 0;                     // in this turn of the event loop
+    QHash<const ProjectItem *, int> entries;      // of items on the sheet, by when they came
+    int lastEntry = 0;
+    QSet<QGraphicsItem *> removedExtras; // deleted by the user, not project items
+    std::optional<QRectF> itemsBound;    // known while items come in one after the other
+    QTimer boundTimer;                   // forgets it at the end of the turn
+    int selectionReports = 0;            // in this turn of the event loop
     QTimer selectionTimer;
     QList<QGraphicsItem *> toldSelection; // as last reported; its items may be gone
 };

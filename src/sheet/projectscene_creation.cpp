@@ -123,6 +123,7 @@ Sticky *ProjectScene::makeNote(CanvasItemInfo &info)
             Qt::QueuedConnection);
     connect(note, &Sticky::causalFactorRemoved, this,
             [this](Sticky *factor) { emit factorGoes(factor, asked); });
+    connect(note, &Sticky::followed, this, &ProjectScene::onNoteFollowed);
     connect(note, &Sticky::requestCausalFactorNumberChange, this,
             &ProjectScene::onRequestCausalFactorNumberChange);
     connect(note, &Sticky::editingStarted, this, &ProjectScene::onEditingStarted);

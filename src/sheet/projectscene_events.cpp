@@ -101,6 +101,13 @@ template<typename Event> void aimAtLine(Event *event)
     }
 }
 
+/// The shift key adds to the selection too.
+void addAsControlDoes(QGraphicsSceneMouseEvent *event)
+{
+    if (event->modifiers() & Qt::ShiftModifier)
+        event->setModifiers(event->modifiers() | Qt::ControlModifier);
+}
+
 } // namespace
 
 void ProjectScene::dragEnterEvent(QGraphicsSceneDragDropEvent *event)
@@ -151,6 +158,8 @@ void ProjectScene::mousePressEvent(QGraphicsSceneMouseEvent *event)
     const bool startsOnNote = isLineTool(tool) && note;
     if (tool == SelectTool)
         aimAtLine(event);
+    if (!editingNote || editingNote != note)
+        addAsControlDoes(event);
     if (!startsOnNote)
         QGraphicsScene::mousePressEvent(event);
     if (editingNote && editingNote != note)
@@ -204,6 +213,8 @@ void ProjectScene::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
     // mouse must see its release.
     if (isLineTool(tool) && note && !mouseGrabberItem())
         return;
+    if (!editingNote)
+        addAsControlDoes(event);
     event->ignore();
     QGraphicsScene::mouseReleaseEvent(event);
 }
@@ -285,6 +296,18 @@ void ProjectScene::giveUpLine()
 {
     if (newLine)
         dropLine(std::exchange(newLine, nullptr));
+}
+
+void ProjectScene::giveUpDrag()
+{
+    if (QGraphicsItem *item = mouseGrabberItem())
+        item->ungrabMouse();
+}
+
+void ProjectScene::onNoteFollowed(Sticky *note)
+{
+    giveUpDrag(); // the release goes to the sheet that comes
+    emit factorFollowed(note);
 }
 
 void ProjectScene::dropLine(Line *line)

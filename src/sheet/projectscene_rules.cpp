@@ -383,6 +383,24 @@ void ProjectScene::setItemsFont(const QFont &font)
     }
 }
 
+bool ProjectScene::walkNotes(bool forward)
+{
+    const QList<Sticky *> notes = getNotesInReadingOrder();
+    if (editingNote || notes.isEmpty())
+        return false;
+    if (mouseGrabberItem())
+        return true; // a selection that changes under a drag would drag others
+    const auto isSelected = [](const Sticky *note) { return note->isSelected(); };
+    const auto at = std::find_if(notes.begin(), notes.end(), isSelected);
+    const int step = forward ? 1 : -1;
+    const int start = at != notes.end() ? int(at - notes.begin()) : forward ? -1 : notes.size();
+    Sticky *note = notes.at((start + step + notes.size()) % notes.size());
+    clearSelection();
+    note->setSelected(true);
+    note->ensureVisible();
+    return true;
+}
+
 void ProjectScene::selectAll()
 {
     const auto items = itemIndex;

@@ -96,10 +96,10 @@ Sticky *SheetBook::getNoteWithGUID(const QString &guid) const
 
 QList<ProjectItem *> SheetBook::getProjectItems() const
 {
-    QList<ProjectItem *> items = mainSheet->getProjectItems();
+    QList<ProjectItem *> items = mainSheet->sortBottomFirst(mainSheet->getProjectItems());
     for (ProjectScene *sheet : getFactorSheets()) {
         if (isOnMainSheet(sheet->getParentNote()) && sheet->getParentNote()->isParentItem())
-            items += sheet->getProjectItems();
+            items += sheet->sortBottomFirst(sheet->getProjectItems());
     }
     return items;
 }
@@ -311,7 +311,7 @@ void SheetBook::keepWork(Sticky *factor)
         return;
     QList<ProjectItem *> items = getProjectItems();
     if (!isOnMainSheet(factor))
-        items = items << factor << sheet->getProjectItems();
+        items = items << factor << sheet->sortBottomFirst(sheet->getProjectItems());
     projectFile->keepSnapshot(items, formView ? formView->collectForSave() : FormValues());
     // The step may yet call the project clean.
     QMetaObject::invokeMethod(mainSheet, &ProjectScene::markDirty, Qt::QueuedConnection);

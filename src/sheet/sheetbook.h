@@ -39,7 +39,8 @@ public:
     ProjectScene *getSheetForOwner(const QString &guid) const;
     /// The main sheet is asked first; null when no sheet holds such a note.
     Sticky *getNoteWithGUID(const QString &guid) const;
-    /// What a save writes, sheet by sheet; each item's owner is among them.
+    /// What a save writes, sheet by sheet, each from the bottom to the top; each item's owner is
+    /// among them.
     QList<ProjectItem *> getProjectItems() const;
 
     /// What is typed in the form reaches the notes, a text under edit its twins, the form and the

@@ -6,43 +6,15 @@
 #include "sheet/projectscene.h"
 #include "shell/graphwidget.h"
 
-#include <algorithm>
-#include <tuple>
-
 namespace
 {
 
 constexpr int ListLifetime = 1000; // ms that a reader may hear of an older state
 
-/// Where a note comes in the reading: page rows from the top, in each its
-/// pages, and on a page from left to right.
-struct ReadingPlace {
-    explicit ReadingPlace(const Sticky *note, const QSize &page)
-        : row(int(note->y() / page.height())), column(int(note->x() / page.width())),
-          point(note->pos())
-    {
-    }
-
-    bool operator<(const ReadingPlace &other) const
-    {
-        return std::make_tuple(row, column, point.x(), point.y()) <
-               std::make_tuple(other.row, other.column, other.point.x(), other.point.y());
-    }
-
-    int row;
-    int column;
-    QPointF point;
-};
-
 QVector<QPointer<QGraphicsObject>> sortItems(const ProjectScene *scene)
 {
-    const QSize page = scene->getPageSize();
-    QList<Sticky *> all = scene->getAllNotes();
-    std::stable_sort(all.begin(), all.end(), [&page](const Sticky *a, const Sticky *b) {
-        return ReadingPlace(a, page) < ReadingPlace(b, page);
-    });
     QVector<QPointer<QGraphicsObject>> items;
-    for (Sticky *note : qAsConst(all))
+    for (Sticky *note : scene->getNotesInReadingOrder())
         items.append(note);
     for (FooterItem *footer : scene->getFooters()) {
         if (!footer->getText().isEmpty())
@@ -249,9 +221,11 @@ QString AccessibleNote::getPageName() const
     const auto *scene = qobject_cast<ProjectScene *>(getNote()->scene());
     if (!scene)
         return QString();
-    const ReadingPlace place(getNote(), scene->getPageSize());
-    return AccessibleSheet::tr("Page %1").arg(QChar(ushort('A' + place.row)) +
-                                              QString::number(place.column + 1));
+    const QSize page = scene->getPageSize();
+    const int row = int(getNote()->y() / page.height());
+    const int column = int(getNote()->x() / page.width());
+    return AccessibleSheet::tr("Page %1").arg(QChar(ushort('A' + row)) +
+                                              QString::number(column + 1));
 }
 
 QString AccessibleNote::text(QAccessible::Text kind) const

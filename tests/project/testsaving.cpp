@@ -342,6 +342,18 @@ private slots:
         QCOMPARE(read("SELECT lineguid FROM connections"), QStringList("{l}"));
     }
 
+    void whatLiesOnTopComesLast()
+    {
+        TestProject project(makeFile());
+        project.items.move(0, 3); // {f} has left the sheet and come back
+        project.add(noteInfo("{new}", QRectF(0, 0, 160, 80)));
+        for (int i = 0; i < 2; ++i) {
+            QVERIFY(project.save(path));
+            QCOMPARE(read("SELECT group_concat(guid, '') FROM items"),
+                     QStringList("{n}{m}{e}{b}{l}{f}{new}"));
+        }
+    }
+
     void onlyANewPictureIsWritten()
     {
         CanvasItemInfo info;

@@ -485,6 +485,23 @@ private slots:
         QVERIFY(footers.size() == 4 && footers.first()->getText().isEmpty());
     }
 
+    /// Selected notes show above others, and a note that comes back lies on top.
+    void stackingIsThatOfTheComing()
+    {
+        const auto read = [this] {
+            QStringList texts;
+            for (ProjectItem *item : sheet->scene.sortBottomFirst(sheet->scene.getProjectItems()))
+                texts += item->getRecord().text;
+            return texts.join(' ');
+        };
+        for (const char *text : {"1", "2", "3"})
+            sheet->addNote(QRectF(0, 0, 120, 80), "Event", text)->setSelected(text == QString("2"));
+        QCOMPARE(read(), QString("1 2 3"));
+        sheet->scene.deleteSelectedItems();
+        sheet->scene.getUndoStack()->undo();
+        QCOMPARE(read(), QString("1 3 2"));
+    }
+
     void lookUpByGuid()
     {
         ProjectItem *first = sheet->add(noteInfo("twin", QRectF(20, 20, 120, 80)));
