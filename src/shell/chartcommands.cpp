@@ -6,8 +6,10 @@
 #include "sheet/clipboard.h"
 #include "sheet/projectscene.h"
 #include "sheet/sheetbook.h"
+#include "shell/graphwidget.h"
 #include "shell/itempropertiesdialog.h"
 #include "shell/toolstoolbar.h"
+#include "shell/zoomwidget.h"
 #include "support/fonts.h"
 
 #include <QActionGroup>
@@ -36,7 +38,7 @@ QGraphicsItem *findFirst(const QList<QGraphicsItem *> &items, int type)
 
 ChartCommands::ChartCommands(QMainWindow *window, SheetBook *book, ProjectScene **currentSheet,
                              QUndoGroup *undoGroup, ZoomWidget *zoom)
-    : QObject(window), window(window), book(book), currentSheet(currentSheet),
+    : QObject(window), window(window), book(book), currentSheet(currentSheet), zoom(zoom),
       clipBoard(new ClipBoard(currentSheet, window))
 {
     createActions(undoGroup);
@@ -44,7 +46,7 @@ ChartCommands::ChartCommands(QMainWindow *window, SheetBook *book, ProjectScene 
     connectActions();
     createActionGroups();
     createToolbars();
-    createMenus(zoom);
+    createMenus();
 }
 
 ChartCommands::~ChartCommands() = default;
@@ -134,7 +136,7 @@ void ChartCommands::showEmptyState()
 
 void ChartCommands::setTextEditing(bool editing)
 {
-    for (QAction *action : pick({Copy, Paste, Undo, Redo, SelectAll, Delete}))
+    for (QAction *action : pick({Copy, Paste, Duplicate, Undo, Redo, SelectAll, Delete}))
         action->setEnabled(!editing);
     if (editing)
         palette->cancelActiveTool();
@@ -145,6 +147,32 @@ void ChartCommands::leaveEverything()
     sheet()->finishEditing();
     sheet()->giveUpLine();
     palette->cancelActiveTool();
+}
+
+void ChartCommands::fitChart()
+{
+    fit(sheet()->getProjectItems());
+}
+
+void ChartCommands::fitSelection()
+{
+    const QList<ProjectItem *> selection = sheet()->getSelectedProjectItems();
+    if (!selection.isEmpty())
+        fit(selection);
+}
+
+void ChartCommands::fit(const QList<ProjectItem *> &items)
+{
+    auto *view = qobject_cast<GraphWidget *>(sheet()->views().value(0));
+    if (!view || !view->isVisible())
+        return; // the form is in front
+    QRectF area;
+    for (const ProjectItem *item : items)
+        area |= item->sceneBoundingRect();
+    if (area.isEmpty())
+        area = sheet()->getPageBoundsAtPoint(QPointF());
+    zoom->setZoom(view->getZoomFor(area));
+    view->centerOn(area.center());
 }
 
 void ChartCommands::setTool(int toolId)

@@ -11,6 +11,7 @@
 
 class ClipBoard;
 class Line;
+class ProjectItem;
 class ProjectScene;
 class QActionGroup;
 class QComboBox;
@@ -74,6 +75,9 @@ public:
         DashedLine,
         ExportForm,
         PrintForm,
+        Duplicate,
+        FitChart,
+        FitSelection,
         CommandCount
     };
 
@@ -119,6 +123,9 @@ public:
     void showItemProperties();
     void toggleToolbarLock();
     void rememberGrid();
+    void fitChart();
+    /// Nothing when nothing is selected.
+    void fitSelection();
     /// Ends the editing of a text and takes the select tool.
     void leaveEverything();
 
@@ -133,7 +140,7 @@ private:
     void createGroup(const QList<Command> &commands, void (ChartCommands::*slot)());
     void createToolbars();
     void createItemToolbar();
-    void createMenus(ZoomWidget *zoom);
+    void createMenus();
     QMenu *createContextMenu();
     void createNoteContextMenu();
     void createRoleMenu(QMenu *menu);
@@ -142,10 +149,12 @@ private:
     void showLineState(Line *line, bool alone);
     void showEmptyState();
     void checkAlignment(Qt::Alignment alignment);
+    void fit(const QList<ProjectItem *> &items);
 
     QMainWindow *window;
     SheetBook *book;
     ProjectScene **currentSheet;
+    ZoomWidget *zoom;
     ClipBoard *clipBoard;
     std::array<QAction *, CommandCount> actions = {};
     QActionGroup *noteFormatGroup = nullptr;

@@ -89,6 +89,12 @@ void ChartCommands::createActions(QUndoGroup *undoGroup)
         {ExportForm, tr("Export Form"), "word-icon", none,
          tr("Export form to a Microsoft Word document")},
         {PrintForm, tr("Print Form"), "", none, QString()},
+        {Duplicate, tr("Duplicate"), "", QKeySequence("Ctrl+D"),
+         tr("Make a copy of the selected items beside them")},
+        {FitChart, tr("Fit Chart"), "", QKeySequence("Ctrl+9"),
+         tr("Zoom so that the whole chart is seen")},
+        {FitSelection, tr("Fit Selection"), "", QKeySequence("Shift+2"),
+         tr("Zoom so that the selected items fill the view")},
     };
     for (const ActionRow &row : rows) {
         QAction *action = row.command == Undo   ? undoGroup->createUndoAction(window, row.text)
@@ -113,6 +119,10 @@ void ChartCommands::prepareActions()
     actions[ShowGrid]->setCheckable(true);
     actions[ShowGrid]->setChecked(QSettings().value("showGrid", true).toBool());
     actions[ChooseFont]->setData(QFont("Arial", 8, QFont::Normal, false));
+    // No menu has these, so the window itself lends them their keys. What is typed elsewhere than
+    // on a sheet stays a character.
+    window->addActions(pick({Duplicate, FitChart}));
+    actions[FitSelection]->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     lockedIcon = PMIconLoader::loadIcon("decrypted");
     unlockedIcon = PMIconLoader::loadIcon("encrypted");
 }
@@ -121,6 +131,9 @@ void ChartCommands::connectActions()
 {
     onTriggered(Copy, clipBoard, &ClipBoard::onCopyTriggered);
     onTriggered(Paste, clipBoard, &ClipBoard::onPasteTriggered);
+    onTriggered(Duplicate, clipBoard, &ClipBoard::onDuplicateTriggered);
+    onTriggered(FitChart, this, &ChartCommands::fitChart);
+    onTriggered(FitSelection, this, &ChartCommands::fitSelection);
     onTriggered(SelectAll, this, &ChartCommands::selectAll);
     onTriggered(Delete, this, &ChartCommands::deleteSelection);
     onTriggered(ItemProperties, this, &ChartCommands::showItemProperties);
@@ -190,7 +203,7 @@ void ChartCommands::createItemToolbar()
     itemToolbar->setEnabled(false);
 }
 
-void ChartCommands::createMenus(ZoomWidget *zoom)
+void ChartCommands::createMenus()
 {
     QMenu *file = window->menuBar()->addMenu(tr("&File"));
     file->addActions(pick({NewProject, OpenProject, QuickStart}));

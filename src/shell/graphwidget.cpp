@@ -9,6 +9,9 @@
 #include <QRubberBand>
 #include <QScrollBar>
 #include <QWheelEvent>
+#include <QtMath>
+
+#include <utility>
 
 namespace
 {
@@ -16,6 +19,7 @@ namespace
 constexpr int ScrollInterval = 30; // milliseconds
 constexpr int ScrollBorder = 70;   // pixels from the edge
 constexpr int DragThreshold = 4;   // Manhattan length
+constexpr int FitMargin = 10;      // pixels
 
 } // namespace
 
@@ -52,6 +56,13 @@ void GraphWidget::setPaperPalette()
 QRectF GraphWidget::getCurrentPageBounds() const
 {
     return projectScene->getPageBoundsAtPoint(getViewCentre());
+}
+
+int GraphWidget::getZoomFor(const QRectF &area) const
+{
+    const QSizeF room = maximumViewportSize() - QSize(2 * FitMargin, 2 * FitMargin);
+    return qFloor(100 * qMin(room.width() / qMax(area.width(), 1.0),
+                             room.height() / qMax(area.height(), 1.0)));
 }
 
 void GraphWidget::setZoomScale(int percent)
@@ -120,6 +131,14 @@ void GraphWidget::onScrollTimeout()
 
 bool GraphWidget::event(QEvent *event)
 {
+    if (event->type() == QEvent::KeyPress) {
+        // A walk belongs to the key alone: a view that is hidden passes its focus on, too.
+        const auto *key = static_cast<QKeyEvent *>(event);
+        const bool back = key->key() == Qt::Key_Backtab;
+        const bool other = key->modifiers() & (Qt::ControlModifier | Qt::AltModifier);
+        if ((back || key->key() == Qt::Key_Tab) && !other && projectScene->walkNotes(!back))
+            return true;
+    }
     if (event->type() == QEvent::ShortcutOverride &&
         projectScene->handleEditingCommand(static_cast<QKeyEvent *>(event))) {
         event->accept();
@@ -137,6 +156,10 @@ void GraphWidget::leaveEvent(QEvent *event)
 void GraphWidget::mousePressEvent(QMouseEvent *event)
 {
     endDrag(); // a menu or a dialog keeps a release to itself
+    if (event->buttons() == Qt::MiddleButton && !isOverEditedText(event->pos())) {
+        startPanning(event->pos());
+        return;
+    }
     if (dragMode() == QGraphicsView::ScrollHandDrag) {
         QGraphicsView::mousePressEvent(event);
         return;
@@ -157,6 +180,10 @@ void GraphWidget::mousePressEvent(QMouseEvent *event)
 
 void GraphWidget::mouseMoveEvent(QMouseEvent *event)
 {
+    if (panPos) {
+        pan(event->pos());
+        return;
+    }
     if (dragMode() != QGraphicsView::ScrollHandDrag && event->buttons() & Qt::LeftButton) {
         updateEdgeScrolling(event->pos());
         updateRubberBand(event->pos());
@@ -166,8 +193,10 @@ void GraphWidget::mouseMoveEvent(QMouseEvent *event)
 
 void GraphWidget::mouseReleaseEvent(QMouseEvent *event)
 {
+    const bool panned = panPos.has_value();
     endDrag();
-    QGraphicsView::mouseReleaseEvent(event);
+    if (!panned)
+        QGraphicsView::mouseReleaseEvent(event);
 }
 
 void GraphWidget::endDrag()
@@ -178,6 +207,36 @@ void GraphWidget::endDrag()
     scrollDirections = 0;
     scrollSpeed = 0;
     scrollTimer.stop();
+    if (std::exchange(panPos, std::nullopt))
+        viewport()->setCursor(cursorBeforePanning);
+}
+
+void GraphWidget::giveUpDrag()
+{
+    if (rubberBand->isVisible())
+        projectScene->clearSelection();
+    endDrag();
+    projectScene->giveUpDrag();
+}
+
+void GraphWidget::startPanning(const QPoint &pos)
+{
+    panPos = pos;
+    cursorBeforePanning = viewport()->cursor();
+    viewport()->setCursor(Qt::ClosedHandCursor);
+}
+
+void GraphWidget::pan(const QPoint &pos)
+{
+    scrollOriginTo(mapFromScene(0, 0) + pos - *panPos);
+    panPos = pos;
+}
+
+// There the middle button pastes.
+bool GraphWidget::isOverEditedText(const QPoint &pos) const
+{
+    const QGraphicsItem *text = projectScene->focusItem();
+    return text && text->sceneBoundingRect().contains(mapToScene(pos));
 }
 
 void GraphWidget::dropEvent(QDropEvent *event)
@@ -201,7 +260,10 @@ void GraphWidget::wheelEvent(QWheelEvent *event)
 {
     if (!(event->modifiers() & Qt::ControlModifier)) {
         event->ignore();
-        QGraphicsView::wheelEvent(event);
+        if (event->modifiers() & Qt::ShiftModifier && event->angleDelta().x() == 0)
+            scrollSideways(event);
+        else
+            QGraphicsView::wheelEvent(event);
         return;
     }
     if (event->angleDelta().y() == 0)
@@ -211,6 +273,16 @@ void GraphWidget::wheelEvent(QWheelEvent *event)
     emit doZoom(event->angleDelta().y() > 0);
     // By whole pixels to the nearest: what centerOn() cuts off would add up over the turns.
     scrollBy(roundHalfUp(viewportTransform().map(before)) - pos);
+}
+
+void GraphWidget::scrollSideways(QWheelEvent *event)
+{
+    QWheelEvent turned(event->position(), event->globalPosition(), event->pixelDelta().transposed(),
+                       event->angleDelta().transposed(), event->buttons(), event->modifiers(),
+                       event->phase(), event->inverted());
+    turned.ignore();
+    QGraphicsView::wheelEvent(&turned);
+    event->setAccepted(turned.isAccepted());
 }
 
 QPointF GraphWidget::getViewCentre() const

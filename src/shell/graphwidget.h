@@ -5,6 +5,8 @@
 #include <QTimer>
 #include <QVector>
 
+#include <optional>
+
 class ProjectScene;
 class QRubberBand;
 class Sticky;
@@ -27,10 +29,15 @@ public:
     /// The page at the middle of what is shown, in scene units.
     QRectF getCurrentPageBounds() const;
 
+    /// The greatest zoom that shows all of the area, in scene units.
+    int getZoomFor(const QRectF &area) const;
+
     /// Stores the zoom and applies it.
     void setZoomScale(int percent);
     /// Marks notes on the screen alone, one of them (or none) more than the others.
     void setMarks(const QVector<QPointer<Sticky>> &notes, const Sticky *current);
+    /// What is being dragged goes back, a rubber band selects nothing.
+    void giveUpDrag();
 
 public slots:
     void onScrollTimeout();
@@ -63,6 +70,10 @@ private:
     void scrollBy(const QPoint &moved);
     void scrollOriginTo(const QPoint &pos);
     void endDrag();
+    void startPanning(const QPoint &pos);
+    void pan(const QPoint &pos);
+    bool isOverEditedText(const QPoint &pos) const;
+    void scrollSideways(QWheelEvent *event);
     /// In scene units.
     QPointF getViewCentre() const;
     void updateEdgeScrolling(const QPoint &pos);
@@ -75,7 +86,9 @@ private:
     QPoint bandOrigin; // scene coordinates, so that it stays put while the view scrolls
     QPoint bandEnd;    // view coordinates
     bool bandPending = false;
-    bool holding = false;       // under a drag
+    bool holding = false;         // under a drag
+    std::optional<QPoint> panPos; // of the pointer, with the middle button down
+    QCursor cursorBeforePanning;
     ProjectScene *projectScene; // not owned
     int zoom = 100;
     QVector<QPointer<Sticky>> marks;

@@ -28,11 +28,6 @@ namespace
 constexpr int LongestTip = 500; // characters
 constexpr int PlaceMargin = 80; // pixels between a place that is shown and the view's edge
 
-QString getTabText(const Sticky *factor)
-{
-    return MainWindow::tr("Causal Factor %1").arg(factor->getCausalFactorNumber());
-}
-
 GraphWidget *getView(const ProjectScene *sheet)
 {
     return sheet ? qobject_cast<GraphWidget *>(sheet->views().value(0)) : nullptr;
@@ -111,6 +106,10 @@ void MainWindow::createMainSheet()
     undoGroup->setActiveStack(currentScene->getUndoStack());
     escapeShortcut = new QShortcut(Qt::Key_Escape, this);
     connect(escapeShortcut, &QShortcut::activated, this, &MainWindow::onEscapePressed);
+    connect(new QShortcut(QKeySequence("Ctrl+PgUp"), this), &QShortcut::activated, tabWidget,
+            &ProjectTabWidget::showPrevious);
+    connect(new QShortcut(QKeySequence("Ctrl+PgDown"), this), &QShortcut::activated, tabWidget,
+            &ProjectTabWidget::showNext);
     mainView = new GraphWidget(currentScene, nullptr);
     connectSheet(currentScene, mainView);
     connect(currentScene, &ProjectScene::headerEditRequested, this, &MainWindow::focusFormTab);
@@ -189,6 +188,7 @@ void MainWindow::connectCommands()
     commands->onTriggered(C::PrintForm, this, &MainWindow::onPrintFormTriggered);
     connect(commands->getPalette(), &ToolsToolBar::toolSelectionChanged, statusLine,
             &StatusLine::showHint);
+    mainView->addAction(commands->getAction(C::FitSelection));
     connect(desk, &ProjectDesk::savingAllowed, commands->getAction(C::Save), &QAction::setEnabled);
 }
 
@@ -198,6 +198,8 @@ void MainWindow::connectSheet(ProjectScene *sheet, GraphWidget *view)
     connect(sheet, &ProjectScene::selectionChanged, this, &MainWindow::onSelectionChanged,
             Qt::UniqueConnection);
     connect(sheet, &ProjectScene::textEditingChanged, this, &MainWindow::onTextEditingChanged,
+            Qt::UniqueConnection);
+    connect(sheet, &ProjectScene::factorFollowed, this, &MainWindow::onFactorFollowed,
             Qt::UniqueConnection);
 }
 
@@ -212,7 +214,8 @@ void MainWindow::onSheetCame(ProjectScene *sheet)
 {
     auto *view = new GraphWidget(sheet, this);
     connectSheet(sheet, view);
-    tabWidget->addTab(view, getTabText(sheet->getParentNote()));
+    view->addAction(commands->getAction(ChartCommands::FitSelection));
+    tabWidget->addFactor(view, sheet->getParentNote()->getCausalFactorNumber());
 }
 
 void MainWindow::onSheetGoes(ProjectScene *sheet)
@@ -229,7 +232,33 @@ void MainWindow::onCausalFactorChanged(Sticky *note)
 {
     desk->noteUnaskedChange(); // a new number is no undo step, so nobody would ask about it
     if (GraphWidget *view = getView(book->getSheetOf(note)))
-        tabWidget->setTabText(tabWidget->indexOf(view), getTabText(note));
+        tabWidget->setFactorNumber(view, note->getCausalFactorNumber());
+}
+
+void MainWindow::onEscapePressed()
+{
+    commands->leaveEverything();
+    if (GraphWidget *view = getView(currentScene))
+        view->giveUpDrag();
+}
+
+void MainWindow::onFactorFollowed(Sticky *note)
+{
+    if (GraphWidget *view = getView(book->getSheetOf(note))) {
+        tabWidget->setCurrentWidget(view);
+        return;
+    }
+    const QString factor = note->getSheet()->getOwnerGUID();
+    tabWidget->setCurrentWidget(mainView);
+    // Once the news of the tab has emptied the selection.
+    const auto select = [this, factor] {
+        ProjectItem *item = getMainScene()->getItemWithGUID(factor);
+        if (!item)
+            return;
+        item->setSelected(true);
+        item->ensureVisible();
+    };
+    QMetaObject::invokeMethod(this, select, Qt::QueuedConnection);
 }
 
 bool MainWindow::eventFilter(QObject *object, QEvent *event)

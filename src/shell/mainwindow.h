@@ -107,7 +107,8 @@ public slots:
     void onDeleteTriggered() { commands->deleteSelection(); }
     void toggleToolbarLock() { commands->toggleToolbarLock(); }
     void onShowGridTriggered() { commands->rememberGrid(); }
-    void onEscapePressed() { commands->leaveEverything(); }
+    void onEscapePressed();
+    void onFactorFollowed(Sticky *note);
     void showItemPropertiesDialog() { commands->showItemProperties(); }
 
     void print();

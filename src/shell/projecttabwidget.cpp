@@ -74,6 +74,83 @@ void ProjectTabWidget::placeBar()
     bar->setGeometry(page.left(), page.top() - getBarHeight(), page.width(), getBarHeight());
 }
 
+void ProjectTabWidget::addFactor(QWidget *page, int number)
+{
+    const int place = hasFactorsInOrder() ? getPlaceFor(number) : count();
+    insertTab(place, page, QString());
+    tabBar()->setTabData(indexOf(page), number);
+    setTabText(indexOf(page), tr("Causal Factor %1").arg(number));
+}
+
+void ProjectTabWidget::setFactorNumber(QWidget *page, int number)
+{
+    const int index = indexOf(page);
+    if (index < 0)
+        return;
+    const bool inOrder = hasFactorsInOrder();
+    tabBar()->setTabData(index, 0); // counts for no place
+    const int place = getPlaceFor(number);
+    tabBar()->setTabData(index, number);
+    setTabText(index, tr("Causal Factor %1").arg(number));
+    if (inOrder)
+        tabBar()->moveTab(index, place > index ? place - 1 : place);
+}
+
+void ProjectTabWidget::arrange(const QList<QWidget *> &pages)
+{
+    int place = 0;
+    for (QWidget *page : pages) {
+        if (indexOf(page) >= 0)
+            tabBar()->moveTab(indexOf(page), place++);
+    }
+}
+
+bool ProjectTabWidget::isArranged() const
+{
+    // What is no factor comes first.
+    bool factors = false;
+    for (int i = 0; i < count(); ++i) {
+        if (factors && getNumber(i) == 0)
+            return false;
+        factors = factors || getNumber(i) != 0;
+    }
+    return hasFactorsInOrder();
+}
+
+int ProjectTabWidget::getNumber(int index) const
+{
+    return tabBar()->tabData(index).toInt();
+}
+
+bool ProjectTabWidget::hasFactorsInOrder() const
+{
+    int last = 0;
+    for (int i = 0; i < count(); ++i) {
+        const int number = getNumber(i);
+        if (number == 0)
+            continue;
+        if (number < last)
+            return false;
+        last = number;
+    }
+    return true;
+}
+
+/// Before the first factor with a greater number; else behind the last tab.
+int ProjectTabWidget::getPlaceFor(int number) const
+{
+    int place = 0;
+    while (place < count() && getNumber(place) <= number)
+        ++place;
+    return place;
+}
+
+void ProjectTabWidget::step(int by)
+{
+    if (count() > 0)
+        setCurrentIndex((currentIndex() + by + count()) % count());
+}
+
 void ProjectTabWidget::tabInserted(int index)
 {
     adaptToCount();

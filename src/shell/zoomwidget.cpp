@@ -31,6 +31,7 @@ ZoomWidget::ZoomWidget(QWidget *parent)
     slider->setAccessibleName(tr("Zoom"));
     percentLabel->setMinimumWidth(40);
     showValue(slider->value());
+    zoomInAction->setShortcuts(zoomInAction->shortcuts() << QKeySequence("Ctrl+="));
     createLayout();
 
     connect(slider, &QSlider::valueChanged, this, &ZoomWidget::onSliderChanged);

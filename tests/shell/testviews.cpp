@@ -141,6 +141,36 @@ private slots:
         QVERIFY(shown.scrolled().y() > resting.y());
     }
 
+    void handsOnTheSheet()
+    {
+        ShownSheet shown;
+        QPoint before = shown.scrolled();
+        shown.turnWheel(QPoint(90, 310), -120, Qt::ShiftModifier);
+        QVERIFY(shown.scrolled().x() > before.x() && shown.scrolled().y() == before.y());
+        Sticky *first = shown.sheet.addNote(QRectF(760, 460, 80, 80));
+        Sticky *last = shown.sheet.addNote(QRectF(900, 400, 80, 80));
+        for (Sticky *expected : {first, last, first}) {
+            QTest::keyClick(&shown.view, Qt::Key_Tab);
+            QCOMPARE(shown.sheet.scene.getSelectedNotes(), {expected});
+        }
+        QTest::keyClick(&shown.view, Qt::Key_Backtab, Qt::ShiftModifier);
+        QVERIFY(last->isSelected() && !first->isSelected());
+        before = shown.scrolled();
+        shown.mouse(QEvent::MouseButtonPress, QPoint(200, 200), Qt::MiddleButton);
+        shown.mouse(QEvent::MouseMove, QPoint(150, 180), Qt::MiddleButton);
+        shown.mouse(QEvent::MouseButtonRelease, QPoint(150, 180), Qt::MiddleButton);
+        QCOMPARE(shown.scrolled() - before, QPoint(50, 20));
+        const QPoint pos = shown.view.mapFromScene(QPointF(800, 500));
+        shown.mouse(QEvent::MouseButtonPress, pos);
+        shown.mouse(QEvent::MouseMove, pos + QPoint(40, 40));
+        QVERIFY(first->pos() != QPointF(760, 460));
+        shown.view.giveUpDrag();
+        shown.mouse(QEvent::MouseMove, pos + QPoint(80, 80));
+        shown.mouse(QEvent::MouseButtonRelease, pos + QPoint(80, 80));
+        QCOMPARE(first->pos(), QPointF(760, 460));
+        QCOMPARE(shown.sheet.scene.getUndoStack()->count(), 0);
+    }
+
     void zoomSteps()
     {
         const int rows[][4] = {{10, 25, 10, 20}, {110, 150, 100, 120}, {195, 200, 150, 200}};

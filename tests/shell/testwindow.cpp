@@ -13,6 +13,7 @@
 #include <QMenu>
 #include <QStatusBar>
 #include <QStatusTipEvent>
+#include <QTabBar>
 #include <QToolBar>
 #include <QUndoGroup>
 
@@ -213,6 +214,32 @@ private slots:
             QCOMPARE(found.join(", "), QString(places) + ", side 3 to 1, side 4 to 2");
         }
         QCOMPARE(w.factorSheet()->getUndoStack()->count(), 0); // no steps of the user's
+    }
+
+    void tabsComeByNumberUntilTheyAreMoved()
+    {
+        Sticky *notes[4];
+        for (Sticky *&note : notes)
+            note = w.addNote("Event", QPointF(200, 200));
+        for (int i : {0, 1, 2})
+            w.makeFactor(notes[i]);
+        notes[1]->setRoleType("Event");
+        QTRY_COMPARE(w.tabs->count(), 4);
+        w.makeFactor(notes[1]);
+        notes[0]->setCausalFactorNumber(9);
+        w.window.onCausalFactorChanged(notes[0]);
+        QCOMPARE(w.tabTexts().join(' ').remove("Causal Factor "), QString("2 3 9"));
+        w.tabs->tabBar()->moveTab(4, 2);
+        w.makeFactor(notes[3]);
+        QCOMPARE(w.tabTexts().join(' ').remove("Causal Factor "), QString("9 2 3 1"));
+        // A factor leads to its sheet, its twin there back to it.
+        emit notes[2]->followed(notes[2]);
+        QTRY_COMPARE(w.window.getCurrentScene()->getParentNote(), notes[2]);
+        QCOMPARE(w.tabs->currentIndex(), 4);
+        Sticky *twin = w.window.getCurrentScene()->getAllNotes().first();
+        emit twin->followed(twin);
+        QTRY_COMPARE(w.chart()->getSelectedNotes(), QList<Sticky *>{notes[2]});
+        QVERIFY(w.tabs->currentIndex() == 1 && w.action("Delete item(s)")->isEnabled());
     }
 
     void removalTakesAllAway()
