@@ -42,6 +42,20 @@ QRectF getTarget(const QPrinter &printer)
     return QRectF(left, right, paper.width() - left - right, paper.height() - top - bottom);
 }
 
+/// Those that hold something, of sheets that are printed.
+int countPages(const QList<ProjectScene *> &scenes, const QPrinter &printer, int rows, int columns)
+{
+    const QSizeF size = getTarget(printer).size();
+    int pages = 0;
+    for (const ProjectScene *scene : scenes) {
+        for (int page = 0; page < rows * columns && scene->isPrintEnabled(); ++page) {
+            const QPointF corner(page % columns * size.width(), page / columns * size.height());
+            pages += scene->pageContainsItems(QRectF(corner, size));
+        }
+    }
+    return pages;
+}
+
 QImage renderBand(ProjectScene *scene, const QRectF &source, const QSize &size)
 {
     QImage image(size, QImage::Format_RGB32);
@@ -52,11 +66,14 @@ QImage renderBand(ProjectScene *scene, const QRectF &source, const QSize &size)
     return image;
 }
 
-bool writeBands(PngWriter &writer, ProjectScene *scene, const QRectF &bound, const QSize &size)
+bool writeBands(PngWriter &writer, ProjectScene *scene, const QRectF &bound, const QSize &size,
+                const SheetPrinter::GoOn &goOn)
 {
     const double scale =
         qMin(size.width() / bound.width(), size.height() / bound.height()); // near 1
     for (int top = 0; top < size.height(); top += BandHeight) {
+        if (goOn && !goOn(top, size.height()))
+            return false;
         const QSize band(size.width(), qMin(BandHeight, size.height() - top));
         const QRectF source(bound.x(), bound.y() + top / scale, bound.width(),
                             band.height() / scale);
@@ -108,7 +125,7 @@ void SheetPrinter::setUpPage(QPrinter &printer)
 
 bool SheetPrinter::paint(QPrinter &printer, ProjectScene *mainScene,
                          const QList<ProjectScene *> &factorScenes,
-                         QVector<PdfOutlineEntry> *outline)
+                         QVector<PdfOutlineEntry> *outline, const GoOn &goOn)
 {
     const int horizontalPages = mainScene->getNumHorizontalPages();
     const int verticalPages = mainScene->getNumVerticalPages();
@@ -116,8 +133,16 @@ bool SheetPrinter::paint(QPrinter &printer, ProjectScene *mainScene,
     QPainter painter;
     if (!painter.begin(&printer))
         return false;
+    const QList<ProjectScene *> scenes = QList<ProjectScene *>({mainScene}) + factorScenes;
+    const int total = countPages(scenes, printer, verticalPages, horizontalPages);
+    int done = 0;
+    bool stopped = false;
+    const auto goOnWithPage = [&] {
+        stopped = stopped || (goOn && !goOn(done++, total));
+        return !stopped;
+    };
     int page = 0;
-    for (ProjectScene *scene : QList<ProjectScene *>({mainScene}) + factorScenes) {
+    for (ProjectScene *scene : scenes) {
         if (!scene->isPrintEnabled())
             continue;
         if (scene != mainScene) {
@@ -126,13 +151,18 @@ bool SheetPrinter::paint(QPrinter &printer, ProjectScene *mainScene,
         }
         if (outline)
             outline->append({getSheetName(scene), page});
-        page += paintScene(scene, painter, printer, verticalPages, horizontalPages);
+        page += paintScene(scene, painter, printer, verticalPages, horizontalPages, goOnWithPage);
+        if (stopped)
+            break;
     }
-    return painter.end();
+    if (stopped)
+        printer.abort();
+    return painter.end() && !stopped;
 }
 
 int SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer,
-                             int verticalPages, int horizontalPages)
+                             int verticalPages, int horizontalPages,
+                             const std::function<bool()> &goOn)
 {
     int begun = 0;
     if (!scene->isPrintEnabled())
@@ -147,6 +177,8 @@ int SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &p
                                 target.size());
             if (!scene->pageContainsItems(source))
                 continue;
+            if (goOn && !goOn())
+                return begun;
             scene->render(&painter, target, source, Qt::KeepAspectRatio);
             if (row < verticalPages - 1 || column < horizontalPages - 1) {
                 printer.newPage();
@@ -158,7 +190,7 @@ int SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &p
 }
 
 QString SheetPrinter::writePDF(ProjectScene *mainScene, const QList<ProjectScene *> &factorScenes,
-                               const QString &title, const QString &path)
+                               const QString &title, const QString &path, const GoOn &goOn)
 {
     return replaceFile(path, [&](const QString &unfinished) {
         QPrinter printer(QPrinter::ScreenResolution);
@@ -168,11 +200,13 @@ QString SheetPrinter::writePDF(ProjectScene *mainScene, const QList<ProjectScene
         printer.setOutputFileName(unfinished);
         setUpPage(printer);
         QVector<PdfOutlineEntry> outline;
-        return paint(printer, mainScene, factorScenes, &outline) && addOutline(unfinished, outline);
+        return paint(printer, mainScene, factorScenes, &outline, goOn) &&
+               addOutline(unfinished, outline);
     });
 }
 
-QString SheetPrinter::writePNG(ProjectScene *scene, const QRectF &bound, const QString &path)
+QString SheetPrinter::writePNG(ProjectScene *scene, const QRectF &bound, const QString &path,
+                               const GoOn &goOn)
 {
     const QSize size(qRound(bound.width()), qRound(bound.height()));
     if (size.isEmpty())
@@ -186,6 +220,6 @@ QString SheetPrinter::writePNG(ProjectScene *scene, const QRectF &bound, const Q
     const auto restore = qScopeGuard([scene] { scene->setRenderBackground(true, true, true); });
     return replaceFile(path, [&](const QString &unfinished) {
         PngWriter writer(unfinished);
-        return writer.begin(size) && writeBands(writer, scene, bound, size) && writer.end();
+        return writer.begin(size) && writeBands(writer, scene, bound, size, goOn) && writer.end();
     });
 }

@@ -92,6 +92,8 @@ public:
     /// A ToolId.
     int getSelectedTool() const;
     bool isGridEnabled() const { return actions[ShowGrid]->isChecked(); }
+    /// The lock, and the showing of what may be hidden.
+    QList<QAction *> getToolbarActions() const;
     QMenu *getSceneContextMenu();
     QMenu *getLineContextMenu();
     /// The same one each time.

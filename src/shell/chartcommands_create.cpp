@@ -119,9 +119,7 @@ void ChartCommands::prepareActions()
     actions[ShowGrid]->setCheckable(true);
     actions[ShowGrid]->setChecked(QSettings().value("showGrid", true).toBool());
     actions[ChooseFont]->setData(QFont("Arial", 8, QFont::Normal, false));
-    // No menu has these, so the window itself lends them their keys. What is typed elsewhere than
-    // on a sheet stays a character.
-    window->addActions(pick({Duplicate, FitChart}));
+    // What is typed elsewhere than on a sheet stays a character.
     actions[FitSelection]->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     lockedIcon = PMIconLoader::loadIcon("decrypted");
     unlockedIcon = PMIconLoader::loadIcon("encrypted");
@@ -217,7 +215,7 @@ void ChartCommands::createMenus()
     QMenu *edit = window->menuBar()->addMenu(tr("&Edit"));
     edit->addActions(pick({Undo, Redo}));
     edit->addSeparator();
-    edit->addActions(pick({Copy, Paste, SelectAll, Delete}));
+    edit->addActions(pick({Copy, Paste, Duplicate, SelectAll, Delete}));
     edit->addSeparator();
     edit->addActions(pick({Find, FindNext, FindPrevious}));
     edit->addSeparator();
@@ -227,11 +225,16 @@ void ChartCommands::createMenus()
 
     QMenu *view = window->menuBar()->addMenu(tr("&View"));
     view->addActions({zoom->getZoomInAction(), zoom->getZoomOutAction(),
-                      zoom->getActualSizeAction(), actions[ShowGrid]});
-    view->addMenu(tr("&Toolbars"))
-        ->addActions({actions[LockToolbars], itemToolbar->toggleViewAction()});
+                      zoom->getActualSizeAction(), actions[FitChart], actions[FitSelection],
+                      actions[ShowGrid]});
+    view->addMenu(tr("&Toolbars"))->addActions(getToolbarActions());
 
     window->menuBar()->addMenu(tr("&Help"))->addActions(pick({Registration, HelpContents, About}));
+}
+
+QList<QAction *> ChartCommands::getToolbarActions() const
+{
+    return {actions[LockToolbars], itemToolbar->toggleViewAction()};
 }
 
 QMenu *ChartCommands::createContextMenu()

@@ -12,12 +12,14 @@
 #include "shell/projecttabwidget.h"
 #include "shell/statusline.h"
 #include "shell/toolstoolbar.h"
+#include "shell/windowmemory.h"
 #include "shell/zoomwidget.h"
 #include "support/helpbrowser.h"
 #include "support/log.h"
 
 #include <QCloseEvent>
 #include <QFileOpenEvent>
+#include <QMenu>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QUndoGroup>
@@ -27,6 +29,9 @@ namespace
 
 constexpr int LongestTip = 500; // characters
 constexpr int PlaceMargin = 80; // pixels between a place that is shown and the view's edge
+// What the settings call them; a factor's tab goes by the factor's GUID.
+constexpr char FormTab[] = "form";
+constexpr char ChartTab[] = "chart";
 
 GraphWidget *getView(const ProjectScene *sheet)
 {
@@ -44,7 +49,9 @@ MainWindow::MainWindow(IntroScreen *introScreen)
     setWindowIcon(icon);
     resize(800, 600);
     connect(desk, &ProjectDesk::interfaceNeeded, this, &MainWindow::loadFullInterface);
+    connect(desk, &ProjectDesk::clearing, this, &MainWindow::rememberTabs);
     connect(desk, &ProjectDesk::clearing, this, &MainWindow::clearInterface);
+    connect(desk, &ProjectDesk::opened, this, &MainWindow::arrangeTabs);
     connect(new ProjectDrop(this), &ProjectDrop::dropped, this,
             [this](const QString &path) { openProject(path); });
     if (introScreen)
@@ -76,7 +83,9 @@ void MainWindow::loadFullInterface()
     commands = new ChartCommands(this, book, &currentScene, undoGroup, zoomWidget);
     connectCommands();
     createFindBar();
-    showMaximized();
+    WindowMemory::show(*this);
+    zoomWidget->setZoom(WindowMemory::getZoom());
+    mainView->setZoomScale(zoomWidget->getZoom());
     interfaceLoaded = true;
 }
 
@@ -244,21 +253,11 @@ void MainWindow::onEscapePressed()
 
 void MainWindow::onFactorFollowed(Sticky *note)
 {
-    if (GraphWidget *view = getView(book->getSheetOf(note))) {
-        tabWidget->setCurrentWidget(view);
-        return;
-    }
-    const QString factor = note->getSheet()->getOwnerGUID();
-    tabWidget->setCurrentWidget(mainView);
-    // Once the news of the tab has emptied the selection.
-    const auto select = [this, factor] {
-        ProjectItem *item = getMainScene()->getItemWithGUID(factor);
-        if (!item)
-            return;
-        item->setSelected(true);
-        item->ensureVisible();
-    };
-    QMetaObject::invokeMethod(this, select, Qt::QueuedConnection);
+    if (ProjectScene *sheet = book->getSheetOf(note))
+        showPlace(sheet, nullptr);
+    else
+        showPlace(getMainScene(),
+                  getMainScene()->getItemWithGUID(note->getSheet()->getOwnerGUID()));
 }
 
 bool MainWindow::eventFilter(QObject *object, QEvent *event)
@@ -273,6 +272,69 @@ void MainWindow::closeEvent(QCloseEvent *event)
 {
     event->ignore(); // also when a save fails with an exception
     event->setAccepted(desk->leaveProject());
+    if (event->isAccepted())
+        remember();
+}
+
+void MainWindow::endFromOutside()
+{
+    remember();
+    desk->endFromOutside();
+}
+
+QMenu *MainWindow::createPopupMenu()
+{
+    auto *menu = new QMenu(this);
+    menu->addActions(commands->getToolbarActions());
+    return menu;
+}
+
+void MainWindow::remember()
+{
+    if (!interfaceLoaded)
+        return;
+    WindowMemory::store(*this);
+    WindowMemory::storeZoom(mainView->getZoom());
+    rememberTabs();
+}
+
+void MainWindow::rememberTabs()
+{
+    if (projectFile->requiresFilenamePrompt())
+        return;
+    const bool usual = tabWidget->indexOf(formView) == 0 && tabWidget->indexOf(mainView) == 1 &&
+                       tabWidget->hasFactorsInOrder();
+    QStringList names;
+    for (int i = 0; i < tabWidget->count() && !usual; ++i)
+        names += getTabName(i);
+    WindowMemory::storeTabs(projectFile->getOpenFilename(), names);
+}
+
+void MainWindow::arrangeTabs()
+{
+    QList<QWidget *> tabs = {formView, mainView};
+    const QStringList names = WindowMemory::getTabs(projectFile->getOpenFilename());
+    if (!names.isEmpty())
+        tabs.clear();
+    for (const QString &name : names)
+        tabs += getTab(name);
+    tabWidget->arrange(tabs);
+}
+
+QString MainWindow::getTabName(int index) const
+{
+    auto *view = qobject_cast<GraphWidget *>(tabWidget->widget(index));
+    return !view ? FormTab : view == mainView ? ChartTab : view->getProjectScene()->getOwnerGUID();
+}
+
+/// Null for a name that no tab has.
+QWidget *MainWindow::getTab(const QString &name) const
+{
+    for (int i = 0; i < tabWidget->count(); ++i) {
+        if (getTabName(i) == name)
+            return tabWidget->widget(i);
+    }
+    return nullptr;
 }
 
 void MainWindow::openProject(QString openName, bool addToRecentFiles)

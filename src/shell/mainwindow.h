@@ -1,6 +1,7 @@
 #pragma once
 
 #include "chart/sheethost.h"
+#include "output/sheetprinter.h"
 #include "sheet/projectscene.h"
 #include "sheet/sheetbook.h"
 #include "shell/chartcommands.h"
@@ -58,10 +59,12 @@ public:
     void addRecentFile(const QString &path) { desk->addRecentFile(path); }
 
     /// Follows the main sheet's grid on every sheet. False if the painter could not start.
-    bool paintPrinter(QPrinter &printer);
+    bool paintPrinter(QPrinter &printer, const SheetPrinter::GoOn &goOn = {});
     void printProjectScene(ProjectScene *scene, QPainter &painter, QPrinter &printer,
                            int verticalPages, int horizontalPages);
 
+    /// The toolkit's own would hide toolbars that no menu brings back.
+    QMenu *createPopupMenu() override;
     bool eventFilter(QObject *object, QEvent *event) override;
 
 public slots:
@@ -73,7 +76,7 @@ public slots:
     void saveProjectAs() { desk->saveProject(true, false); }
     void onAutoSaveRequested() { desk->onAutoSaveRequested(); }
     void keepUnsavedWork() { desk->keepUnsavedWork(); }
-    void endFromOutside() { desk->endFromOutside(); }
+    void endFromOutside();
     void onHandlerFailed(const QString &message) { desk->onHandlerFailed(message); }
     void onDirtyChanged(bool dirty) { desk->onDirtyChanged(dirty); }
 
@@ -137,6 +140,12 @@ private:
     void showPlace(ProjectScene *sheet, ProjectItem *item);
     void connectCommands();
     void connectSheet(ProjectScene *sheet, GraphWidget *view);
+    void printTo(QPrinter &printer);
+    void remember();
+    void rememberTabs();
+    void arrangeTabs();
+    QString getTabName(int index) const;
+    QWidget *getTab(const QString &name) const;
     void onSheetCame(ProjectScene *sheet);
     void onSheetGoes(ProjectScene *sheet);
 
@@ -145,6 +154,12 @@ private:
     /// The failure in the user's words, or empty.
     void tellOfExport(const QString &failure, const QString &filename);
     QString proposeExport(const QString &ending) const;
+    /// False when the user stopped it.
+    bool doWithProgress(const QString &label,
+                        const std::function<void(const SheetPrinter::GoOn &)> &work);
+    /// `write` returns why it failed.
+    void exportTo(const QString &filename,
+                  const std::function<QString(const SheetPrinter::GoOn &)> &write);
     QString askExportName(ExportDialog::ExportFormat format, const QString &extension);
     QRectF getExportBound(ExportDialog::ExportArea area) const;
 

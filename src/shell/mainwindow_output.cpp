@@ -7,11 +7,13 @@
 #include "shell/mainwindow.h"
 #include "shell/pagesetupdialog.h"
 #include "shell/programsettings.h"
+#include "shell/progressbox.h"
 #include "shell/settings.h"
 #include "support/fonts.h"
 #include "support/pageinfo.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPrintDialog>
@@ -82,7 +84,7 @@ void MainWindow::print()
     dialog.setOptions(QAbstractPrintDialog::PrintToFile);
     tidyPrintDialog(&dialog, proposeExport(".pdf"));
     if (dialog.exec() == QDialog::Accepted)
-        say(describePrint(printer, paintPrinter(printer)));
+        printTo(printer);
 }
 
 void MainWindow::say(const QString &text)
@@ -95,9 +97,32 @@ void MainWindow::tellOfExport(const QString &failure, const QString &filename)
     say(failure.isEmpty() ? tr("Exported to %1").arg(filename) : failure);
 }
 
-bool MainWindow::paintPrinter(QPrinter &printer)
+void MainWindow::printTo(QPrinter &printer)
 {
-    return SheetPrinter::paint(printer, book->getMainSheet(), book->getFactorSheets());
+    bool done = false;
+    const auto work = [&](const SheetPrinter::GoOn &goOn) { done = paintPrinter(printer, goOn); };
+    if (doWithProgress(tr("Printing..."), work)) {
+        say(describePrint(printer, done));
+        return;
+    }
+    if (!printer.outputFileName().isEmpty())
+        QFile::remove(printer.outputFileName()); // a part of what was asked for
+    say(tr("The printing was stopped."));
+}
+
+bool MainWindow::doWithProgress(const QString &label,
+                                const std::function<void(const SheetPrinter::GoOn &)> &work)
+{
+    ProgressBox box(label, this);
+    desk->doUndisturbed(
+        [&] { work([&box](int done, int total) { return box.goOn(done, total); }); });
+    return !box.wasCanceled();
+}
+
+bool MainWindow::paintPrinter(QPrinter &printer, const SheetPrinter::GoOn &goOn)
+{
+    return SheetPrinter::paint(printer, book->getMainSheet(), book->getFactorSheets(), nullptr,
+                               goOn);
 }
 
 void MainWindow::printProjectScene(ProjectScene *scene, QPainter &painter, QPrinter &printer,
@@ -197,16 +222,30 @@ QRectF MainWindow::getExportBound(ExportDialog::ExportArea area) const
     return bound;
 }
 
+void MainWindow::exportTo(const QString &filename,
+                          const std::function<QString(const SheetPrinter::GoOn &)> &write)
+{
+    QString failure;
+    const auto work = [&](const SheetPrinter::GoOn &goOn) { failure = write(goOn); };
+    if (doWithProgress(tr("Exporting..."), work))
+        tellOfExport(failure, filename);
+    else
+        say(tr("The export was stopped, nothing was written."));
+}
+
 void MainWindow::exportPNG(const QString &filename, const QRectF &bound)
 {
-    tellOfExport(SheetPrinter::writePNG(currentScene, bound, filename), filename);
+    exportTo(filename, [&](const SheetPrinter::GoOn &goOn) {
+        return SheetPrinter::writePNG(currentScene, bound, filename, goOn);
+    });
 }
 
 void MainWindow::exportPDF(const QString &filename, const QRectF &)
 {
-    tellOfExport(SheetPrinter::writePDF(book->getMainSheet(), book->getFactorSheets(),
-                                        desk->getDocumentTitle(), filename),
-                 filename);
+    exportTo(filename, [&](const SheetPrinter::GoOn &goOn) {
+        return SheetPrinter::writePDF(book->getMainSheet(), book->getFactorSheets(),
+                                      desk->getDocumentTitle(), filename, goOn);
+    });
 }
 
 void MainWindow::exportEMF(const QString &, const QRectF &) {}

@@ -7,6 +7,7 @@
 #include "sheet/projectscene.h"
 #include "sheet/sheetbook.h"
 #include "shell/filenames.h"
+#include "support/desktoprecents.h"
 #include "support/log.h"
 #include "support/pageinfo.h"
 
@@ -175,9 +176,19 @@ void ProjectDesk::onProjectOpened(bool addToRecentFiles)
         addRecentFile(openFilename);
         rememberFolder("lastOpenPath", openFilename);
     }
+    emit opened();
     setTitleFor(projectFile->getOpenFilename());
     book->getMainSheet()->setPageSize(PageInfo().getPrintableArea().size());
     tellOfOtherPlace(tr("This project is also open %1."));
+}
+
+void ProjectDesk::doUndisturbed(const std::function<void()> &work)
+{
+    {
+        const QScopedValueRollback<bool> guard(storing, true);
+        work();
+    }
+    openWaitingProject();
 }
 
 void ProjectDesk::openWaitingProject()
@@ -420,6 +431,7 @@ bool ProjectDesk::leaveProject()
 void ProjectDesk::addRecentFile(const QString &name)
 {
     const QString path = QFileInfo(name).absoluteFilePath();
+    addToDesktopRecents(path);
     QSettings settings;
     QStringList files = settings.value("recentFiles").toStringList();
     if (files.contains(path))

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 class FormView;
 class ProjectFile;
 class ProjectItem;
@@ -49,6 +51,8 @@ public:
     /// is called in the folder kept under the settings key.
     QString proposeFile(const QString &folderKey, const QString &ending) const;
     FormValues collectFormValues() const;
+    /// Nothing is opened or saved and the window stays while the work handles events.
+    void doUndisturbed(const std::function<void()> &work);
     void showUntitled();
     /// What is shown is as it was saved, or empty.
     void forgetChanges();
@@ -74,6 +78,8 @@ signals:
     void interfaceNeeded();
     /// The project shown goes.
     void clearing();
+    /// A file was opened and is shown.
+    void opened();
     /// A save begins or has ended.
     void savingAllowed(bool allowed);
     /// A file left the list.

@@ -100,21 +100,9 @@ void ProjectTabWidget::arrange(const QList<QWidget *> &pages)
 {
     int place = 0;
     for (QWidget *page : pages) {
-        if (indexOf(page) >= 0)
+        if (indexOf(page) >= place) // a second time it stands before
             tabBar()->moveTab(indexOf(page), place++);
     }
-}
-
-bool ProjectTabWidget::isArranged() const
-{
-    // What is no factor comes first.
-    bool factors = false;
-    for (int i = 0; i < count(); ++i) {
-        if (factors && getNumber(i) == 0)
-            return false;
-        factors = factors || getNumber(i) != 0;
-    }
-    return hasFactorsInOrder();
 }
 
 int ProjectTabWidget::getNumber(int index) const

@@ -17,8 +17,7 @@ public:
     void setFactorNumber(QWidget *page, int number);
     /// These come first and in this order; pages without a tab are passed over.
     void arrange(const QList<QWidget *> &pages);
-    /// Whether nobody moved a tab.
-    bool isArranged() const;
+    bool hasFactorsInOrder() const;
 
     /// Shows the bar, when it is visible, between the tabs and what they show. It becomes a child.
     void setBar(QWidget *newBar);
@@ -43,7 +42,6 @@ protected:
 private:
     /// 0 for other tabs.
     int getNumber(int index) const;
-    bool hasFactorsInOrder() const;
     int getPlaceFor(int number) const;
     void adaptToCount();
     void placeBar();

@@ -168,6 +168,9 @@ private slots:
         QCOMPARE(setrlimit(RLIMIT_FSIZE, &former), 0);
         for (const QString &reason : reasons)
             QVERIFY2(reason.contains("File too large"), qPrintable(reason));
+        const auto stopAtOnce = [](int, int) { return false; };
+        QVERIFY(!SheetPrinter::writePNG(&sheet.scene, bound, path, stopAtOnce).isEmpty());
+        QVERIFY(!SheetPrinter::writePDF(&sheet.scene, {}, QString(), path, stopAtOnce).isEmpty());
         QCOMPARE(readBytes(path), QByteArray("former"));
 
         // The file keeps its mode, and the links that lead to it.

@@ -3,6 +3,7 @@
 #include "shell/introscreen.h"
 #include "shell/itempropertiesdialog.h"
 #include "shell/settings.h"
+#include "shell/windowmemory.h"
 #include "support/fonts.h"
 #include "support/supportfiles.h"
 #include "testing/files.h"
@@ -10,7 +11,10 @@
 
 #include <QHelpEngineCore>
 #include <QHelpLink>
+#include <QMainWindow>
+#include <QScreen>
 #include <QSvgRenderer>
+#include <QToolBar>
 #include <QtWidgets>
 
 /// What dialogs take and give back, and the files that come with the program.
@@ -62,6 +66,32 @@ private slots:
     {
         QCOMPARE(getProposal("/f/", "../A/B:\n\"crash\" ", ".pdf"), QString("/f/A B crash.pdf"));
         QCOMPARE(getProposal("/f/", QString(400, QChar(0x6e2c)), "").toUtf8().size(), 183);
+    }
+
+    void windowComesBackInSight()
+    {
+        const QVariant values[] = {QRect(-5000, 90000, 100000, 100000), QString("nonsense"),
+                                   QStringList{"a", "b\nc"}, 100000, QRect(50, 60, 300, 200)};
+        for (const QVariant &value : values) {
+            for (const char *key : {"windowPlace", "toolbars", "toolbarsSum", "zoom", "tabs"})
+                QSettings().setValue(key, value);
+            QSettings().setValue("windowMaximized", false);
+            QVERIFY(WindowMemory::getZoom() > 0 && WindowMemory::getTabs("b") != QStringList("b"));
+            QMainWindow window;
+            QToolBar *toolbar = window.addToolBar("tools");
+            toolbar->setObjectName("tools");
+            WindowMemory::show(window);
+            QVERIFY(toolbar->isVisible());
+            QVERIFY(window.screen()->geometry().contains(window.geometry()));
+            toolbar->hide();
+            WindowMemory::store(window);
+            QMainWindow next;
+            next.addToolBar("tools")->setObjectName("tools");
+            WindowMemory::show(next);
+            QVERIFY(next.findChild<QToolBar *>()->isHidden());
+            QVERIFY(next.isMaximized() == window.isMaximized() &&
+                    (next.isMaximized() || next.size() == window.size()));
+        }
     }
 
     void introScreenOffersFiles()

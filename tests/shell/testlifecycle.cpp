@@ -11,7 +11,9 @@
 #include <QFileOpenEvent>
 #include <QImageReader>
 #include <QMimeData>
+#include <QStandardPaths>
 #include <QStatusBar>
+#include <QTabBar>
 
 /// A project between window and disk, and what leaves the window otherwise. All tests share one
 /// window, emptied before each.
@@ -172,14 +174,42 @@ private slots:
 
     void recentFiles()
     {
+        const QString desktop =
+            QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+            "/recently-used.xbel";
+        writeBytes(desktop, "<xbel><bookmark href=\"file:///other\"/>");
+        w.window.addRecentFile("/0"); // what is no list stays as it is
+        QVERIFY(readBytes(desktop).endsWith("other\"/>"));
+        writeBytes(desktop, "<xbel><bookmark href=\"file:///other\"/></xbel>");
+        QSettings().clear();
         for (const char *name : {"/1", "/2", "/3", "/4", "/2", "5"})
             w.window.addRecentFile(name);
         const QString five = QDir::current().filePath("5");
         QCOMPARE(recent(), QStringList({five, "/4", "/3", "/2"}));
+        const QByteArray list = readBytes(desktop);
+        QVERIFY(list.contains("file:///other") && list.contains("href=\"file:///4\""));
+        QCOMPARE(list.count("href=\"file:///2\""), 1);
         BoxAnswer gone(QMessageBox::Ok);
         w.window.openProject("/3");
         QVERIFY(gone.wasAsked());
         QCOMPARE(recent(), QStringList({five, "/4", "/2"}));
+    }
+
+    void tabsComeBackAsTheyWereMoved()
+    {
+        const QString sample = copySample("tabs.epf");
+        w.window.openProject(sample);
+        const QStringList usual = w.tabTexts();
+        QVERIFY(usual.size() > 1);
+        w.tabs->tabBar()->moveTab(3, 0);
+        w.window.newProject();
+        w.window.openProject(copySample("other.epf"));
+        QCOMPARE(w.tabTexts(), usual);
+        w.window.openProject(sample);
+        QCOMPARE(w.tabs->tabText(0), usual[1]);
+        QVERIFY(w.tabs->widget(1) == w.form);
+        w.tabs->tabBar()->moveTab(0, 3);
+        w.window.newProject();
     }
 
     void saveAsksForAName()
