@@ -13,6 +13,7 @@ namespace
 
 constexpr int MostFields = 11; // with the name of a style
 constexpr int WeightField = 4;
+constexpr qreal LargestStandard = 500; // points; of a larger one no note shows a word
 
 // Weights in files beside the toolkit's wide ones. A line between two rows is steep enough for
 // every weight of a file to come back.
@@ -73,7 +74,8 @@ QFont getStandardFont()
     if (text != current) {
         text = current;
         font = getBuiltInFont();
-        decodeFont(text, font);
+        if (!decodeFont(text, font) || font.pointSizeF() > LargestStandard)
+            font = getBuiltInFont();
     }
     return font;
 }
