@@ -7,6 +7,7 @@
 #include <QAction>
 #include <QDataStream>
 #include <QDrag>
+#include <QIODevice>
 #include <QMimeData>
 #include <QTimer>
 
