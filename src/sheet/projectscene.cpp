@@ -292,8 +292,11 @@ void ProjectScene::itemLeft(ProjectItem *item)
     itemsBound.reset();
     restingBound.reset();
     // An item that still has its scene leaves because it is being destroyed.
-    if (item->scene())
-        ownedItems.remove(item);
+    if (!item->scene())
+        return;
+    ownedItems.remove(item);
+    if (item == editingNote)
+        editingNote = nullptr;
 }
 
 void ProjectScene::createSingletonItems()
