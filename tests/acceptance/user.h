@@ -126,7 +126,8 @@ public:
     QString describeProject() const
     {
         QStringList lines;
-        for (ProjectScene *sheet : window.getFactorScenes() << window.getMainScene())
+        const QList<ProjectScene *> sheets = window.getFactorScenes() << window.getMainScene();
+        for (const ProjectScene *sheet : sheets)
             lines.append(describe(*sheet));
         const FormValues values = form()->getAllFieldValues();
         for (auto field = values.cbegin(); field != values.cend(); ++field)
