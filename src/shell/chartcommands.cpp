@@ -142,6 +142,14 @@ void ChartCommands::setTextEditing(bool editing)
         palette->cancelActiveTool();
 }
 
+void ChartCommands::setSheetShown(bool shown)
+{
+    for (QAction *action : pick({Copy, Paste, Duplicate, SelectAll}))
+        action->setEnabled(shown);
+    if (!shown)
+        actions[Delete]->setEnabled(false);
+}
+
 void ChartCommands::leaveEverything()
 {
     sheet()->finishEditing();

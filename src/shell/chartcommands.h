@@ -110,6 +110,8 @@ public:
     void showSelection(const QList<QGraphicsItem *> &items);
     /// The keys of these commands belong to the text while one is edited.
     void setTextEditing(bool editing);
+    /// Behind the form no chart is changed by a key or the Edit menu.
+    void setSheetShown(bool shown);
     void setTool(int toolId);
     void setRoleFromBox(int index);
     void setRoleFromMenu(QAction *action);

@@ -354,6 +354,7 @@ void MainWindow::onCurrentTabChanged(int tabIndex)
     currentScene->finishEditing();
     currentScene->clearSelection();
     QWidget *tab = tabWidget->widget(tabIndex);
+    commands->setSheetShown(tab != formView);
     if (auto *view = qobject_cast<GraphWidget *>(tab)) {
         currentScene = view->getProjectScene();
         undoGroup->setActiveStack(currentScene->getUndoStack());

@@ -175,6 +175,7 @@ private slots:
             QCoreApplication::processEvents();
         }
         QVERIFY(w.window.getCurrentScene() != w.chart());
+        QVERIFY(!w.action("Select &All")->isEnabled());
         for (int i = 0; i < 2; ++i)
             w.window.clearInterface();
         QCoreApplication::processEvents();
