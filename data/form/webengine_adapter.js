@@ -21,6 +21,7 @@ const known = new Map(); // what the program knows of each field, by id
 let lastWrite = 0; // the number of the program's last message
 let shared = ""; // the text that program and page share
 let chosen = null; // waits for the end of the picture's dialog
+let isForm = false; // and not a document that a script has put in its place
 let rowsChanged = false; // by the message at hand
 
 const byId = id => document.getElementById(id);
@@ -166,7 +167,7 @@ function take(number, actions) {
         tellAll(refused);
     else if (refused.length > 0)
         tell("fields", [], [], refused);
-    return true;
+    return isForm;
 }
 
 function wire() {
@@ -224,6 +225,7 @@ window.addEventListener("load", () => {
     document.head.appendChild(style);
     const fields = Array.from(getFields().values(), describe);
     fields.forEach(field => known.set(field.id, field.value));
+    isForm = fields.length > 0;
     tell("ready", fields);
 });
 

@@ -99,6 +99,7 @@ void WebEngineEngine::startPage()
     if (page)
         page->deleteLater();
     pageIsUp = false;
+    writesOnTheWay = 0;
     gaveUp = false;
     page = new WebEnginePage(profile, address, this);
     WebEnginePage *const sender = page;
@@ -213,12 +214,16 @@ void WebEngineEngine::send(int number, const QJsonArray &actions)
         return; // a page that comes up takes all at once
     const QByteArray words = QJsonDocument(actions).toJson(QJsonDocument::Compact);
     WebEnginePage *const receiver = page;
+    ++writesOnTheWay;
     page->runJavaScript(
         QString("takeFromProgram(%1, %2)").arg(QString::number(number), QString::fromUtf8(words)),
         [this, receiver](const QVariant &taken) {
-            // A script has put another document in the page's place.
-            if (receiver == page && pageIsUp && !taken.toBool())
-                replacePage();
+            if (receiver != page || !pageIsUp)
+                return;
+            --writesOnTheWay;
+            emit answered(0);
+            if (!taken.toBool())
+                replacePage(); // a script has put another document in its place
         });
 }
 
@@ -402,10 +407,14 @@ bool WebEngineEngine::settle()
         return true;
     const int key = Qt::Key_F13 + keysSent++ % AnswerKeys;
     QEventLoop waiting;
-    connect(this, &WebEngineEngine::answered, &waiting, [&waiting, key](int answer) {
-        if (answer == key)
-            waiting.exit(0);
-    });
+    bool keyAnswered = false;
+    // Keys may overtake what the program has written.
+    connect(this, &WebEngineEngine::answered, &waiting,
+            [this, &waiting, &keyAnswered, key](int answer) {
+                keyAnswered = keyAnswered || answer == key;
+                if (keyAnswered && writesOnTheWay == 0)
+                    waiting.exit(0);
+            });
     connect(this, &WebEngineEngine::pageGone, &waiting, [&waiting] { waiting.exit(1); });
     QTimer::singleShot(SettleTime, &waiting, [&waiting] { waiting.exit(1); });
     sendKey(key);

@@ -45,7 +45,7 @@ public:
     void print(QPrinter *printer, Quality quality) override;
 
 signals:
-    /// The page has answered the key that followed all that was typed.
+    /// The page has answered the key that followed all that was typed; 0 for a message it took.
     void answered(int key);
     /// There is no page to wait for any more.
     void pageGone();
@@ -79,12 +79,13 @@ private:
     WebEnginePage *page = nullptr; // goes before its profile
     QTimer loading;                // until the page counts as one that never loads
     QList<QElapsedTimer> deaths;
-    QString picture;       // the address of the title image shown
-    QString shared;        // with the page's scripts
-    QString editedId;      // the field whose news are being told
-    int writeNumber = 0;   // of the last message to the page
-    int keysSent = 0;      // that ask for an answer
-    bool pageIsUp = false; // it has told its fields and its process lives
+    QString picture;        // the address of the title image shown
+    QString shared;         // with the page's scripts
+    QString editedId;       // the field whose news are being told
+    int writeNumber = 0;    // of the last message to the page
+    int writesOnTheWay = 0; // messages that the page has yet to take
+    int keysSent = 0;       // that ask for an answer
+    bool pageIsUp = false;  // it has told its fields and its process lives
     bool gaveUp = false;
     bool valuesDue = false; // the text is about to be written anew
 };

@@ -57,9 +57,9 @@ QDomDocument readList(const QString &path)
     QDomDocument document;
     QFile file(path);
     const bool whole = !file.exists()
-                           ? document.setContent(QByteArray(EmptyList))
+                           ? bool(document.setContent(QByteArray(EmptyList)))
                            : file.size() <= LargestList && file.open(QIODevice::ReadOnly) &&
-                                 document.setContent(&file);
+                                 bool(document.setContent(&file));
     const bool isList = whole && document.documentElement().tagName() == "xbel";
     return isList ? document : QDomDocument();
 }
