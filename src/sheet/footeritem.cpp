@@ -27,6 +27,7 @@ public:
     explicit FooterEntry(const QString &text, const RoleInfo *role = nullptr)
         : text(text), role(role)
     {
+        setOwnedByLayout(true);
         const QSize space = QFontMetrics(getFooterFont()).size(Qt::TextSingleLine, text);
         size = role ? QSizeF(IconSize + space.width() + 2 * TextSpacing,
                              qMax<qreal>(IconSize, space.height()))
