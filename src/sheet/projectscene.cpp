@@ -50,6 +50,8 @@ ProjectScene::ProjectScene(SheetHost *host, QUndoGroup *group, ProjectFile *proj
     createSingletonItems();
     canvasCheckTimer.setInterval(CanvasCheckInterval);
     connect(&canvasCheckTimer, &QTimer::timeout, this, &ProjectScene::checkMovingItems);
+    stepTimer.setSingleShot(true);
+    connect(&stepTimer, &QTimer::timeout, this, &ProjectScene::checkCanvasSize);
     boundTimer.setSingleShot(true);
     connect(&boundTimer, &QTimer::timeout, this, &ProjectScene::forgetBound);
     selectionTimer.setSingleShot(true);

@@ -157,13 +157,11 @@ void ProjectScene::onStepTaken(int index)
     nextStep = undoStack->command(index);
     if (pushed || undoStack->count() == 0)
         return;
-    // What comes back with a step may lie beyond the pages, or be the Loss again.
-    checkCanvasSize();
-    // Lines' ends follow their notes a turn later.
-    QMetaObject::invokeMethod(this, &ProjectScene::checkCanvasSize, Qt::QueuedConnection);
-    const auto [loss, lossOfControl] = getLossAndLoCNotes();
-    for (Sticky *note : {loss, lossOfControl}) {
-        if (note)
+    // What comes back with a step may lie beyond the pages; lines' ends follow a turn later.
+    stepTimer.start(0);
+    // It may be the Loss again.
+    for (ProjectItem *item : itemIndex) {
+        if (auto *note = qobject_cast<Sticky *>(item); note && !note->getSiblings().isEmpty())
             fillFormField(note);
     }
     emit stepTaken();
