@@ -87,7 +87,10 @@ void ProjectScene::setPagesGrid(int rows, int columns)
     const int width = qBound(1, columns, MaximumPages) * pageSize.width();
     setSceneRect(0, 0, width + SheetMargin, height + SheetMargin);
     updatePageNumberItems();
-    update(); // the frames of pages that were and of those that come
+    // The frames of pages that were and of those that come; while items come in, once at the end,
+    // as each painting files all of them anew.
+    if (!boundTimer.isActive())
+        update();
 }
 
 void ProjectScene::setPageSize(QSize size)
@@ -195,10 +198,12 @@ void ProjectScene::extendBound(const ProjectItem *item)
 // While a file is opened, events are handled every now and then, yet items keep coming.
 void ProjectScene::forgetBound()
 {
-    if (projectFile && projectFile->isBusy())
+    if (projectFile && projectFile->isBusy()) {
         boundTimer.start(0);
-    else
-        itemsBound.reset();
+        return;
+    }
+    itemsBound.reset();
+    update();
 }
 
 // Several times a second during a drag: too often to walk over the whole sheet.
