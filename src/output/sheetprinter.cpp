@@ -42,20 +42,6 @@ QRectF getTarget(const QPrinter &printer)
     return QRectF(left, right, paper.width() - left - right, paper.height() - top - bottom);
 }
 
-/// Those that hold something, of sheets that are printed.
-int countPages(const QList<ProjectScene *> &scenes, const QPrinter &printer, int rows, int columns)
-{
-    const QSizeF size = getTarget(printer).size();
-    int pages = 0;
-    for (const ProjectScene *scene : scenes) {
-        for (int page = 0; page < rows * columns && scene->isPrintEnabled(); ++page) {
-            const QPointF corner(page % columns * size.width(), page / columns * size.height());
-            pages += scene->pageContainsItems(QRectF(corner, size));
-        }
-    }
-    return pages;
-}
-
 QImage renderBand(ProjectScene *scene, const QRectF &source, const QSize &size)
 {
     QImage image(size, QImage::Format_RGB32);
@@ -134,15 +120,16 @@ bool SheetPrinter::paint(QPrinter &printer, ProjectScene *mainScene,
     if (!painter.begin(&printer))
         return false;
     const QList<ProjectScene *> scenes = QList<ProjectScene *>({mainScene}) + factorScenes;
-    const int total = countPages(scenes, printer, verticalPages, horizontalPages);
+    const int places = verticalPages * horizontalPages;
     int done = 0;
     bool stopped = false;
-    const auto goOnWithPage = [&] {
-        stopped = stopped || (goOn && !goOn(done++, total));
+    const auto goOnWithPage = [&](int place) {
+        stopped = stopped || (goOn && !goOn(done + place, places * scenes.size()));
         return !stopped;
     };
     int page = 0;
     for (ProjectScene *scene : scenes) {
+        const auto pass = qScopeGuard([&] { done += places; });
         if (!scene->isPrintEnabled())
             continue;
         if (scene != mainScene) {
@@ -162,7 +149,7 @@ bool SheetPrinter::paint(QPrinter &printer, ProjectScene *mainScene,
 
 int SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer,
                              int verticalPages, int horizontalPages,
-                             const std::function<bool()> &goOn)
+                             const std::function<bool(int place)> &goOn)
 {
     int begun = 0;
     if (!scene->isPrintEnabled())
@@ -177,7 +164,7 @@ int SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &p
                                 target.size());
             if (!scene->pageContainsItems(source))
                 continue;
-            if (goOn && !goOn())
+            if (goOn && !goOn(row * horizontalPages + column))
                 return begun;
             scene->render(&painter, target, source, Qt::KeepAspectRatio);
             if (row < verticalPages - 1 || column < horizontalPages - 1) {

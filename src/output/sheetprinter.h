@@ -38,9 +38,9 @@ bool paint(QPrinter &printer, ProjectScene *mainScene, const QList<ProjectScene 
            QVector<PdfOutlineEntry> *outline = nullptr, const GoOn &goOn = {});
 
 /// One paper sheet for each page of the grid that holds something. Returns how often a new one
-/// was begun. Asks before each one, if there is somebody to ask.
+/// was begun. Asks before each one, if there is somebody to ask; places count empty pages too.
 int paintScene(ProjectScene *scene, QPainter &painter, QPrinter &printer, int verticalPages,
-               int horizontalPages, const std::function<bool()> &goOn = {});
+               int horizontalPages, const std::function<bool(int place)> &goOn = {});
 
 /// A document of what paint() prints, with title, program, date and outline. Returns why it
 /// failed, in the user's words; empty after success. A failure leaves the file as it was.
