@@ -6,6 +6,7 @@
 #include "support/log.h"
 
 #include <QCursor>
+#include <QPaintEngine>
 #include <QPainter>
 
 #include <limits>
@@ -33,6 +34,11 @@ Line::LineSide getOther(Line::LineSide side)
 /// in half the time of a stroke.
 void drawSharpLines(QPainter *painter, QPen pen, const QVector<QLineF> &lines)
 {
+    if (painter->paintEngine()->type() == QPaintEngine::Pdf) { // has no pixels
+        painter->setPen(pen);
+        painter->drawLines(lines);
+        return;
+    }
     const qreal scale = painter->deviceTransform().m11();
     if (scale > 0)
         pen.setWidthF(qMax(1, qRound(pen.widthF() * scale)) / scale);
