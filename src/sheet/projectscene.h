@@ -265,7 +265,7 @@ private:
     QString ownerGUID;
     Sticky *editingNote = nullptr;
     QTimer canvasCheckTimer;
-    QTimer stepTimer; // for all steps of one turn of the event loop
+    QTimer stepTimer;                   // for all steps of one turn of the event loop
     std::optional<QRectF> restingBound; // of what a drag leaves alone; known while one goes on
     QList<ProjectItem *> movingItems;   // the others; valid with the bound
     HeaderItem *headerItem = nullptr;   // main sheet only
