@@ -439,9 +439,9 @@ private slots:
         makeSheet(Page);
         scene->createItemAt(QPointF(500, 100), EventTool);
         sheet->getStack()->undo();
-        QCOMPARE(getPages(), QString("1x1"));
+        QTRY_COMPARE(getPages(), QString("1x1"));
         sheet->getStack()->redo();
-        QCOMPARE(getPages(), QString("2x1"));
+        QTRY_COMPARE(getPages(), QString("2x1"));
         sheet->addNote(QRectF(280, 220, 120, 80))->setSelected(true);
         sheet->pressKey(Qt::Key_Down);
         QCOMPARE(getPages(), QString("2x2"));
