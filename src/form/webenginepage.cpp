@@ -7,6 +7,7 @@
 #include <QFontInfo>
 #include <QHelpEngine>
 #include <QMimeDatabase>
+#include <QQuickWindow>
 #include <QWebChannel>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
@@ -26,6 +27,14 @@ void registerScheme()
     QWebEngineUrlScheme::registerScheme(scheme);
 }
 Q_CONSTRUCTOR_FUNCTION(registerScheme)
+
+/// A page of fields is painted by the processor: otherwise the whole window, with its charts, would
+/// be put together by OpenGL for its sake.
+void paintWithoutOpenGL()
+{
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+Q_CONSTRUCTOR_FUNCTION(paintWithoutOpenGL)
 
 QWebEngineScript makeAdapter()
 {
