@@ -364,6 +364,15 @@ void MainWindow::onCurrentTabChanged(int tabIndex)
         undoGroup->setActiveStack(formView->getUndoStack());
         commands->getPalette()->setActiveButtons(ToolsToolBar::FormButtons);
     }
+    giveKeysTo(tab);
+}
+
+/// A walk along the tabs, or through what was found, keeps the keys.
+void MainWindow::giveKeysTo(QWidget *tab)
+{
+    const QWidget *focus = focusWidget();
+    if (tab && focus != tabWidget->tabBar() && !findBar->isAncestorOf(focus))
+        tab->setFocus(Qt::OtherFocusReason);
 }
 
 void MainWindow::describeTab(int index)

@@ -135,6 +135,7 @@ private:
     void createStatusBar();
     /// The tip of a factor's tab tells what the factor is.
     void describeTab(int index);
+    void giveKeysTo(QWidget *tab);
     void createFindBar();
     /// Brings an item into view and selects it; null for the sheet as such.
     void showPlace(ProjectScene *sheet, ProjectItem *item);
