@@ -191,6 +191,7 @@ void ChartCommands::createItemToolbar()
     roleBox = new QComboBox;
     label->setBuddy(roleBox); // else it has no name but its value
     roleBox->setIconSize(QSize(22, 22));
+    roleBox->setFocusPolicy(Qt::TabFocus); // after a choice the arrow keys are the chart's again
     for (auto role = Role::rolesList.cbegin(); role != Role::rolesList.cend(); ++role)
         roleBox->addItem(role->icon, role->displayName, role.key());
     connect(roleBox, QOverload<int>::of(&QComboBox::activated), this,
