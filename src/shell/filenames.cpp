@@ -1,6 +1,7 @@
 #include "shell/filenames.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -50,7 +51,12 @@ QString askSaveName(QWidget *parent, const QString &caption, const QString &prop
 QString getStartFolder(const QString &key)
 {
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return QSettings().value(key, documents).toString() + "/";
+    const QString kept = QSettings().value(key, documents).toString();
+    for (const QString &folder : {kept, documents}) {
+        if (QFileInfo(folder).isDir())
+            return folder + "/";
+    }
+    return QDir::homePath() + "/";
 }
 
 void rememberFolder(const QString &key, const QString &path)

@@ -13,7 +13,8 @@ QString getProposal(const QString &folder, const QString &title, const QString &
 QString askSaveName(QWidget *parent, const QString &caption, const QString &proposal,
                     const QString &filter, const QString &ending, Qt::CaseSensitivity sensitivity);
 
-/// The folder kept under the settings key, else the user's documents.
+/// The folder kept under the settings key, else the user's documents, else the home: the first
+/// that is there. It ends in a slash.
 QString getStartFolder(const QString &key);
 /// Keeps the folder of a file.
 void rememberFolder(const QString &key, const QString &path);
