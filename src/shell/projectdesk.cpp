@@ -11,6 +11,7 @@
 #include "support/log.h"
 #include "support/pageinfo.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileDialog>
@@ -141,13 +142,18 @@ void ProjectDesk::tellThatFileIsGone(const QString &name)
         settings.setValue("recentFiles", files);
         emit recentFilesChanged();
     }
-    QMessageBox::critical(window, tr("Open failed"),
+    QMessageBox::critical(getWindowInFront(), tr("Open failed"),
                           tr("The file %1 is no longer there.").arg(name), QMessageBox::Ok);
+}
+
+QWidget *ProjectDesk::getWindowInFront() const
+{
+    return window->isVisible() ? window : QApplication::activeWindow();
 }
 
 QString ProjectDesk::askOpenName()
 {
-    return QFileDialog::getOpenFileName(window, tr("Open project file..."),
+    return QFileDialog::getOpenFileName(getWindowInFront(), tr("Open project file..."),
                                         getStartFolder("lastOpenPath"), tr(ProjectFilter));
 }
 

@@ -91,6 +91,8 @@ private:
                                         const FormValues &values);
 
     bool isBusy() const;
+    /// The start screen as long as it stands in the window's place.
+    QWidget *getWindowInFront() const;
     QString askOpenName();
     void tellThatFileIsGone(const QString &name);
     void readProject(bool addToRecentFiles);
