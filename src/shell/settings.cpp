@@ -5,6 +5,8 @@
 #include "support/projectsettings.h"
 #include "ui_settings.h"
 
+#include <QStyle>
+
 namespace
 {
 
@@ -61,6 +63,7 @@ QString describeFont(const QFont &font)
 Settings::Settings(QWidget *parent) : QDialog(parent), ui(new Ui_Settings)
 {
     ui->setupUi(this);
+    showButtonIcons();
     fillPaperSizes();
     readSettings();
     connect(ui->fontButton, &QPushButton::clicked, this, &Settings::chooseFont);
@@ -73,6 +76,15 @@ Settings::Settings(QWidget *parent) : QDialog(parent), ui(new Ui_Settings)
 }
 
 Settings::~Settings() = default;
+
+/// As a box of standard buttons has them.
+void Settings::showButtonIcons()
+{
+    if (!style()->styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons, nullptr, this))
+        return;
+    ui->okButton->setIcon(style()->standardIcon(QStyle::SP_DialogOkButton, nullptr, this));
+    ui->cancelButton->setIcon(style()->standardIcon(QStyle::SP_DialogCancelButton, nullptr, this));
+}
 
 void Settings::fillPaperSizes()
 {

@@ -24,6 +24,7 @@ private slots:
     void chooseFont();
 
 private:
+    void showButtonIcons();
     void fillPaperSizes();
     void readSettings();
     void showFont();
