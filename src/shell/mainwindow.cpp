@@ -364,6 +364,7 @@ void MainWindow::onCurrentTabChanged(int tabIndex)
         undoGroup->setActiveStack(formView->getUndoStack());
         commands->getPalette()->setActiveButtons(ToolsToolBar::FormButtons);
     }
+    statusLine->showHint(tab == formView ? int(SelectTool) : selectedTool());
     giveKeysTo(tab);
 }
 
