@@ -158,7 +158,8 @@ private slots:
         emit w.view(2)->doZoom(false);
         emit w.chart()->headerEditRequested();
         QTRY_COMPARE(group()->activeStack(), w.form->getUndoStack());
-        QVERIFY(w.action("Export Form")->isVisible());
+        QVERIFY(w.action("Export Form")->isVisible() &&
+                w.form->isAncestorOf(w.window.focusWidget()));
         zoom->setZoom(50);
         w.tabs->setCurrentIndex(1);
         QTRY_COMPARE(zoom->getZoom(), 150);
