@@ -28,6 +28,7 @@
 #include <QTimer>
 #include <QUndoGroup>
 #include <QUndoStack>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -148,7 +149,8 @@ void ProjectDesk::tellThatFileIsGone(const QString &name)
 
 QWidget *ProjectDesk::getWindowInFront() const
 {
-    return window->isVisible() ? window : QApplication::activeWindow();
+    const bool stands = window->isVisible() && window->windowHandle()->isExposed();
+    return stands ? window : QApplication::activeWindow();
 }
 
 QString ProjectDesk::askOpenName()
@@ -169,7 +171,7 @@ void ProjectDesk::readProject(bool addToRecentFiles)
     if (projectFile->openFile(openFilename)) {
         onProjectOpened(addToRecentFiles);
     } else {
-        QMessageBox::critical(window, tr("Open failed"),
+        QMessageBox::critical(getWindowInFront(), tr("Open failed"),
                               tr("Opening failed, this does not seem to be a valid project file."),
                               QMessageBox::Ok);
         showUntitled();
