@@ -1,5 +1,6 @@
 #include "shell/introscreen.h"
 
+#include "shell/projectdesk.h"
 #include "shell/projectdrop.h"
 #include "ui_introscreen.h"
 
@@ -89,7 +90,7 @@ void IntroScreen::listRecentFiles()
     const QStringList paths = QSettings().value("recentFiles").toStringList();
     ui->openProjectButton->setPopupMode(paths.isEmpty() ? QToolButton::DelayedPopup
                                                         : QToolButton::MenuButtonPopup);
-    for (const QString &path : paths)
+    for (const QString &path : paths.mid(0, ProjectDesk::MaximumRecentFiles))
         ui->openProjectButton->addAction(new QAction(path, this));
 }
 

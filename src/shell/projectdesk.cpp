@@ -35,7 +35,6 @@
 namespace
 {
 
-constexpr int MaximumRecentFiles = 4;
 constexpr int MessageTime = 15000; // milliseconds, like the next
 constexpr int BusyPause = 50;
 constexpr char SaveFailedText[] =

@@ -30,6 +30,8 @@ public:
         Cancelled = 2
     };
 
+    static constexpr int MaximumRecentFiles = 4;
+
     explicit ProjectDesk(QMainWindow *window);
 
     /// Once the interface stands. All outlive this object.
