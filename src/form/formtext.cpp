@@ -2,12 +2,15 @@
 
 #include "chart/formfields.h"
 #include "form/formmodel.h"
+#include "form/pagefields.h"
 
 #include <QLabel>
 #include <QMap>
 #include <QPushButton>
 #include <QTextBrowser>
 #include <QVBoxLayout>
+
+#include <limits>
 
 namespace
 {
@@ -26,12 +29,23 @@ QString getParagraph(const QString &label, const QString &value)
         .arg(label.toHtmlEscaped(), value.toHtmlEscaped().replace('\n', "<br>"));
 }
 
-/// What is not told by a page is called by its id.
-FormField getField(const QString &value)
+/// What waits for a page that never came, put into the fields that its text tells. What is none of
+/// them comes last, by its id.
+QHash<QString, FormField> getFields(const FormValues &waiting)
 {
-    FormField field;
-    field.value = value;
-    return field;
+    FormModel model;
+    model.setFields(readPageFields());
+    model.fill(waiting, 0);
+    QHash<QString, FormField> fields = model.getFields();
+    for (auto value = waiting.cbegin(); value != waiting.cend(); ++value) {
+        if (model.hasField(value.key()))
+            continue;
+        FormField field;
+        field.value = value->value;
+        field.place = std::numeric_limits<int>::max();
+        fields.insert(value.key(), field);
+    }
+    return fields;
 }
 
 } // namespace
@@ -59,14 +73,11 @@ void FormText::setReason(const QString &reason)
 
 void FormText::setValues(const FormModel &model)
 {
+    const QHash<QString, FormField> fields =
+        model.hasFields() ? model.getFields() : getFields(model.getWaiting());
     QMap<QPair<int, QString>, FormField> sorted;
-    for (auto field = model.getFields().cbegin(); field != model.getFields().cend(); ++field)
+    for (auto field = fields.cbegin(); field != fields.cend(); ++field)
         sorted.insert({field->place, field.key()}, *field);
-    if (!model.hasFields()) {
-        const FormValues &waiting = model.getWaiting();
-        for (auto field = waiting.cbegin(); field != waiting.cend(); ++field)
-            sorted.insert({0, field.key()}, getField(field->value));
-    }
     QString html;
     for (auto field = sorted.cbegin(); field != sorted.cend(); ++field) {
         const QString id = field.key().second;

@@ -58,6 +58,22 @@ void addOption(FormField &choice, bool isSelected, const QString &text)
         choice.value = choice.options.last();
 }
 
+/// By the ids of their fields.
+QHash<QString, QString> readLabels(const QString &html)
+{
+    static const QRegularExpression shape("<label\\b([^>]*)>(.*?)</label>",
+                                          QRegularExpression::DotMatchesEverythingOption |
+                                              QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression tag("<[^>]*>");
+    QHash<QString, QString> labels;
+    for (auto found = shape.globalMatch(html); found.hasNext();) {
+        const QRegularExpressionMatch match = found.next();
+        const QString text = decode(match.captured(2).remove(tag)).simplified();
+        labels.insert(readAttributes(match.captured(1)).value("for"), text);
+    }
+    return labels;
+}
+
 } // namespace
 
 QHash<QString, FormField> readPageFields(QString html)
@@ -71,6 +87,7 @@ QHash<QString, FormField> readPageFields(QString html)
     QHash<QString, FormField> fields;
     QString choice; // the one that options belong to
     html.remove(aside);
+    const QHash<QString, QString> labels = readLabels(html);
     for (auto found = shape.globalMatch(html); found.hasNext();) {
         const QRegularExpressionMatch match = found.next();
         const QString tag = match.captured(1).toLower();
@@ -83,6 +100,8 @@ QHash<QString, FormField> readPageFields(QString html)
             continue;
         field.value = getFirstValue(field, attributes, text);
         field.group = attributes.value("name");
+        field.label = labels.value(attributes.value("id"));
+        field.place = fields.size();
         fields.insert(attributes.value("id"), field);
         choice = field.kind == FormField::Choice ? attributes.value("id") : QString();
     }

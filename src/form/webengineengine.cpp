@@ -70,14 +70,12 @@ WebEngineEngine::WebEngineEngine(QHelpEngine *helpEngine, const QUrl &address, F
     stack->addWidget(text);
     stack->setFocusProxy(view);
     loading.setSingleShot(true);
-    connect(&loading, &QTimer::timeout, this,
-            [this] { giveUp(tr("The form's page doesn't load.")); });
+    connect(&loading, &QTimer::timeout, this, &WebEngineEngine::onLoadFailed);
     connect(text, &FormText::retryRequested, this, [this] {
         deaths.clear();
         startPage();
     });
-    if (!address.isEmpty())
-        startPage();
+    startPage();
 }
 
 WebEngineEngine::~WebEngineEngine()
@@ -96,6 +94,10 @@ QWidget *WebEngineEngine::getWidget() const
 /// A page whose process has died doesn't come back as it was: there is a fresh one each time.
 void WebEngineEngine::startPage()
 {
+    if (address.isEmpty()) {
+        onLoadFailed();
+        return;
+    }
     if (page)
         page->deleteLater();
     pageIsUp = false;
@@ -151,6 +153,11 @@ void WebEngineEngine::onUrlChanged(const QUrl &url)
 {
     if (sender() == page && !url.isEmpty() && !url.matches(address, QUrl::RemoveFragment))
         replacePage();
+}
+
+void WebEngineEngine::onLoadFailed()
+{
+    giveUp(tr("The form's page doesn't load."));
 }
 
 void WebEngineEngine::giveUp(const QString &reason)
@@ -321,8 +328,7 @@ void WebEngineEngine::addOnChangeHandlers()
 void WebEngineEngine::reload()
 {
     picture.clear();
-    if (!address.isEmpty())
-        startPage();
+    startPage();
 }
 
 void WebEngineEngine::hear(const QString &message)

@@ -55,6 +55,7 @@ private:
     void onPageDied();
     void onUrlChanged(const QUrl &url);
     void replacePage();
+    void onLoadFailed();
     void giveUp(const QString &reason);
     void showValues();
     void send(const QJsonArray &action);

@@ -450,6 +450,7 @@ private slots:
         QCOMPARE(fields.size(), shown.size());
         for (auto field = shown.begin(); field != shown.end(); ++field)
             QVERIFY(fields.contains(field.key()) && fields[field.key()].value == field->value);
+        QCOMPARE(fields.value("incidentDate").label, QString("Date of the incident"));
         QCOMPARE(fields.value("reportStatus").options.size(), 3);
         const auto other = readPageFields(
             "<!--<input type=text id=no>--><INPUT ID='r' checked name=g type='radio'><template>"
