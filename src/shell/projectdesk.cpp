@@ -281,7 +281,8 @@ void ProjectDesk::storeAutoSave(const QString &name)
     const QScopedValueRollback<bool> guard(storing, true);
     window->statusBar()->showMessage(tr("Autosaving..."));
     const auto clear = qScopeGuard([this] { window->statusBar()->clearMessage(); });
-    writeProject(name, book->getProjectItems(), &ProjectFile::saveFile);
+    if (!writeProject(name, book->getProjectItems(), &ProjectFile::saveFile))
+        tellOfFailedSave(projectFile->getLastError());
 }
 
 void ProjectDesk::storeProject(const QString &name, Write write)
@@ -296,8 +297,10 @@ void ProjectDesk::storeProject(const QString &name, Write write)
     progress.setWindowModality(Qt::WindowModal);
     progress.show();
     QCoreApplication::processEvents();
-    if (!writeProject(name, items, write))
-        return;
+    if (!writeProject(name, items, write)) {
+        progress.hide(); // else the keys would be its own after the message
+        return tellOfFailedSave(projectFile->getLastError());
+    }
     setTitleFor(name);
     forgetChanges();
     if (foreignChange)
@@ -311,12 +314,13 @@ void ProjectDesk::storeProject(const QString &name, Write write)
 bool ProjectDesk::writeProject(const QString &name, const QList<ProjectItem *> &items, Write write)
 {
     const FormValues values = collectFormValues();
-    if (!(projectFile->*write)(name, items, values)) {
-        QMessageBox::critical(window, tr("Save failed"),
-                              tr(SaveFailedText).arg(projectFile->getLastError()), QMessageBox::Ok);
-        return false;
-    }
-    return true;
+    return (projectFile->*write)(name, items, values);
+}
+
+void ProjectDesk::tellOfFailedSave(const QString &message)
+{
+    QMessageBox::critical(window, tr("Save failed"), tr(SaveFailedText).arg(message),
+                          QMessageBox::Ok);
 }
 
 void ProjectDesk::tellOfCopy()
@@ -381,8 +385,7 @@ void ProjectDesk::onHandlerFailed(const QString &message)
 {
     if (projectFile)
         projectFile->abandonSave();
-    QMessageBox::critical(window, tr("Save failed"), tr(SaveFailedText).arg(message),
-                          QMessageBox::Ok);
+    tellOfFailedSave(message);
 }
 
 bool ProjectDesk::keepSnapshot()

@@ -107,6 +107,7 @@ private:
     void storeAutoSave(const QString &name);
     void storeProject(const QString &name, Write write);
     bool writeProject(const QString &name, const QList<ProjectItem *> &items, Write write);
+    void tellOfFailedSave(const QString &message);
     void tellOfForeignChange();
     /// Where else the project is open stands in the status bar as long as it is so.
     void showOtherPlace();
