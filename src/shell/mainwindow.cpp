@@ -28,7 +28,8 @@ namespace
 {
 
 constexpr int LongestTip = 500; // characters
-constexpr int PlaceMargin = 80; // pixels between a place that is shown and the view's edge
+constexpr int PlaceMargin = 80; // pixels between a place that is shown and the view's edge, if
+                                // there is room
 // What the settings call them; a factor's tab goes by the factor's GUID.
 constexpr char FormTab[] = "form";
 constexpr char ChartTab[] = "chart";
@@ -36,6 +37,13 @@ constexpr char ChartTab[] = "chart";
 GraphWidget *getView(const ProjectScene *sheet)
 {
     return sheet ? qobject_cast<GraphWidget *>(sheet->views().value(0)) : nullptr;
+}
+
+void bringIntoView(GraphWidget *view, const QRectF &place)
+{
+    const QSize room = view->viewport()->size() - view->mapFromScene(place).boundingRect().size();
+    view->ensureVisible(place, qBound(0, room.width() / 2, PlaceMargin),
+                        qBound(0, room.height() / 2, PlaceMargin));
 }
 
 } // namespace
@@ -167,7 +175,7 @@ void MainWindow::showPlace(ProjectScene *sheet, ProjectItem *item)
         [place, view] {
             if (!place || place->scene() != view->scene())
                 return;
-            view->ensureVisible(place->sceneBoundingRect(), PlaceMargin, PlaceMargin);
+            bringIntoView(view, place->sceneBoundingRect());
             view->scene()->clearSelection();
             place->setSelected(true);
         },
