@@ -44,10 +44,12 @@ QString GraphWidget::getZoomTip()
 }
 
 // The paper stays white under a dark theme, so what items draw with the view's own
-// pen, as the number in a circle, must stay dark.
+// pen, as the number in a circle, must stay dark. What lies under the paper shines
+// through where an update ends between two pixels.
 void GraphWidget::setPaperPalette()
 {
     QPalette paper = viewport()->palette();
+    paper.setColor(QPalette::Base, Qt::white);
     paper.setColor(QPalette::Text, Qt::black);
     paper.setColor(QPalette::WindowText, Qt::black);
     viewport()->setPalette(paper);
