@@ -43,7 +43,7 @@ ProjectFile::~ProjectFile()
 QString ProjectFile::getOpenProjectName() const
 {
     if (!openFilename.contains('/'))
-        return openFilename;
+        return openFilename == "untitled" ? tr("untitled") : openFilename;
     QString name = openFilename.mid(openFilename.lastIndexOf('/') + 1);
     return name.remove(".epf", Qt::CaseInsensitive);
 }

@@ -31,8 +31,8 @@ void Application::prepareAttributes()
 /// toolkit's own texts follow, so that no window speaks two languages.
 void Application::loadTranslations()
 {
-    const auto load = [this](const QString &name, const QString &folder) {
-        auto *translator = new QTranslator(this);
+    const auto load = [](const QString &name, const QString &folder) {
+        auto *translator = new QTranslator(QCoreApplication::instance());
         return translator->load(name, folder) && installTranslator(translator);
     };
     for (QString language : QLocale::system().uiLanguages()) {

@@ -13,6 +13,9 @@ public:
     /// resolution.
     Application(int &argc, char **argv);
 
+    /// Lets the program speak the user's language. Once there is an application, of whatever kind.
+    static void loadTranslations();
+
     bool notify(QObject *receiver, QEvent *event) override;
 
 signals:
@@ -21,5 +24,4 @@ signals:
 
 private:
     static void prepareAttributes();
-    void loadTranslations();
 };

@@ -17,27 +17,32 @@
 namespace
 {
 
-constexpr char HelpText[] =
-    "Usage: examiner [PROJECT.epf]\n"
-    "Charts what led to an accident. Without a project the start screen is shown.\n"
-    "\n"
-    "  --help     Show this help.\n"
-    "  --version  Show the version.\n"
-    "\n"
-    "examiner-export writes a project to a file without a display.\n";
+QString getHelpText()
+{
+    return Application::tr(
+        "Usage: examiner [PROJECT.epf]\n"
+        "Charts what led to an accident. Without a project the start screen is shown.\n"
+        "\n"
+        "  --help     Show this help.\n"
+        "  --version  Show the version.\n"
+        "\n"
+        "examiner-export writes a project to a file without a display.\n");
+}
 
 /// Whether the argument asked for nothing but a text, which takes no display. A file of such a
 /// name is a project.
-bool answerOnConsole(const QByteArray &argument)
+bool answerOnConsole(int argc, char **argv)
 {
-    if (QFile::exists(QFile::decodeName(argument)))
+    const QByteArray argument = argc == 2 ? argv[1] : "";
+    if ((argument != "--help" && argument != "--version") ||
+        QFile::exists(QFile::decodeName(argument)))
         return false;
+    const QCoreApplication application(argc, argv);
+    Application::loadTranslations();
     if (argument == "--help")
-        std::fputs(HelpText, stdout);
-    else if (argument == "--version")
-        std::printf("examiner %s\n", ProgramVersionText);
+        std::fputs(qUtf8Printable(getHelpText()), stdout);
     else
-        return false;
+        std::printf("examiner %s\n", ProgramVersionText);
     return true;
 }
 
@@ -96,7 +101,7 @@ void workWithoutHome()
 
 int main(int argc, char **argv)
 {
-    if (argc == 2 && answerOnConsole(argv[1]))
+    if (answerOnConsole(argc, argv))
         return 0;
     Application application(argc, argv);
     installAccessibleSheets();
