@@ -19,6 +19,39 @@ const all = (selector, root) => Array.from((root || document).querySelectorAll(s
 const isTextField = e => e.tagName === "TEXTAREA" || (e.tagName === "INPUT" && e.type === "text");
 const isShown = section => section.style.display !== "none";
 
+// ---- Other languages: the program may have brought the page's texts along, by the English ones.
+
+const texts = window.formTexts || {};
+
+// A text with each %1, %2 and so on replaced by a value.
+const tr = (text, ...values) => values.reduce(
+    (filled, value, i) => filled.replace("%" + (i + 1), () => value), texts[text] || text);
+
+// What stands in a choice is what the form keeps.
+function translateText(node) {
+    const text = node.nodeValue.replace(/\s+/g, " ").trim();
+    if (texts[text] && node.parentNode.nodeName !== "OPTION")
+        node.nodeValue = node.nodeValue.replace(/\S[^]*\S/, () => texts[text]);
+}
+
+function translate(root) {
+    const walker = document.createTreeWalker(root, NodeFilter.SHOW_TEXT, null, false);
+    while (walker.nextNode())
+        translateText(walker.currentNode);
+    ["title", "placeholder", "aria-label", "alt", "data-title"].forEach(name => {
+        all("[" + name + "]", root).forEach(
+            element => element.setAttribute(name, tr(element.getAttribute(name))));
+    });
+}
+
+function translatePage() {
+    if (!window.formTexts)
+        return;
+    document.documentElement.removeAttribute("lang");
+    translate(document);
+    translate(byId("causalFactorTemplate").content);
+}
+
 function report(id) {
     if (window.formView)
         window.formView.onFieldChanged(id);
@@ -227,7 +260,8 @@ function markNeeded(root) {
 
 function describeStep(section) {
     const missing = getMissing(section).length;
-    return section.dataset.title + (missing === 0 ? "" : ", to be filled in: " + missing);
+    const title = section.dataset.title;
+    return missing === 0 ? title : tr("%1, to be filled in: %2", title, missing);
 }
 
 function getCurrentStep() {
@@ -251,8 +285,8 @@ function markPosition() {
         item.classList.toggle("current", i === current);
         item.firstChild.setAttribute("aria-current", i === current ? "step" : "false");
     });
-    byId("position").textContent = "Step " + (current + 1) + " of " + sections().length + ": "
-        + sections()[current].dataset.title;
+    byId("position").textContent = tr("Step %1 of %2: %3", current + 1, sections().length,
+        sections()[current].dataset.title);
 }
 
 function refreshNow() {
@@ -304,7 +338,7 @@ function buildSteps() {
         if (i + 1 < list.length) {
             const next = document.createElement("div");
             next.className = "next";
-            next.appendChild(makeButton("Continue: " + list[i + 1].dataset.title,
+            next.appendChild(makeButton(tr("Continue: %1", list[i + 1].dataset.title),
                 "button primary", () => goToStep(i + 2)));
             section.appendChild(next);
         }
@@ -404,6 +438,7 @@ function scrollBack() {
 }
 
 document.addEventListener("DOMContentLoaded", () => {
+    translatePage();
     watchWrites(HTMLTextAreaElement.prototype);
     watchWrites(HTMLInputElement.prototype);
     all("textarea, input[type=text]").forEach(addTwin);

@@ -1,5 +1,6 @@
 #include "form/webenginepage.h"
 
+#include "form/pagetexts.h"
 #include "support/log.h"
 
 #include <QBuffer>
@@ -42,7 +43,7 @@ QWebEngineScript makeAdapter()
     if (!file.open(QIODevice::ReadOnly))
         qFatal("The form's adapter is missing");
     QWebEngineScript script;
-    script.setSourceCode(QString::fromUtf8(file.readAll()));
+    script.setSourceCode(QString::fromUtf8(file.readAll()) + getPageTextsScript());
     script.setInjectionPoint(QWebEngineScript::DocumentCreation);
     script.setWorldId(QWebEngineScript::MainWorld);
     script.setRunsOnSubFrames(true); // there it closes what it closes here

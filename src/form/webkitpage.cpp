@@ -1,5 +1,6 @@
 #include "form/webkitpage.h"
 
+#include "form/pagetexts.h"
 #include "support/helpnetworkreply.h"
 #include "support/log.h"
 #include "support/websettings.h"
@@ -24,6 +25,8 @@ FormPage::FormPage(QHelpEngine *helpEngine, const QUrl &address, QObject *parent
 {
     applyWebSettings();
     setNetworkAccessManager(new FormNetworkAccessManager(helpEngine, this));
+    connect(mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, this,
+            [this] { mainFrame()->evaluateJavaScript(getPageTextsScript()); });
 }
 
 void FormPage::triggerAction(WebAction action, bool checked)

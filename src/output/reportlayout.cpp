@@ -1,5 +1,6 @@
 #include "output/reportlayout.h"
 
+#include "support/datatexts.h"
 #include "support/pageinfo.h"
 
 #include <algorithm>
@@ -142,6 +143,20 @@ QString ReportLayout::getKey(const QDomElement &tag)
 {
     const QStringList words = tag.firstChild().nodeValue().split(' ', Qt::SkipEmptyParts);
     return words.size() >= 2 && words.first() == "MACROBUTTON" ? words.at(1) : QString();
+}
+
+void ReportLayout::translate(QDomDocument &document)
+{
+    const QHash<QString, QString> texts = getDataTexts("Report");
+    if (texts.isEmpty())
+        return;
+    const Elements shown = findElements(document, "w:t") + findElements(document, "o:Title");
+    for (const QDomElement &element : shown) {
+        QDomNode node = element.firstChild();
+        const QString words = node.nodeValue().trimmed();
+        if (texts.contains(words))
+            node.setNodeValue(node.nodeValue().replace(words, texts.value(words)));
+    }
 }
 
 void ReportLayout::numberConditions(const QDomNode &node, int number)

@@ -17,6 +17,8 @@ QString getKey(const QDomElement &tag);
 
 /// Puts a row's number into the conditions under it.
 void numberConditions(const QDomNode &node, int number);
+/// Puts the template's own words into the user's language, as long as no value stands in it.
+void translate(QDomDocument &document);
 /// Takes out what the template shows only beside a value (attribute "filled": ids of fields, or
 /// "*" for those inside the element) or only without any ("unfilled"). Fields that are unknown
 /// stay; a row of nothing else is folded up to a line that does not show.

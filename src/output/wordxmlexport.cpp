@@ -76,12 +76,16 @@ void addRowNumbers(FormValues &values)
     }
 }
 
-/// What the report shows for a value: a radio button has its answer in its id.
+/// What the report shows for a value: a radio button has its answer in its id, and the form has a
+/// label for it.
 QString getShownText(const QString &key, const QString &value)
 {
     if (!key.contains('-') || (value != "true" && value != "false"))
         return value;
-    return value == "true" ? key.section('-', -1).section('_', 0, 0) : QString();
+    if (value == "false")
+        return QString();
+    const QString answer = key.section('-', -1).section('_', 0, 0);
+    return QCoreApplication::translate("FormPage", answer.toUtf8());
 }
 
 bool isAllowedInXml(const QString &text, int i)
@@ -219,6 +223,7 @@ QString WordXMLExport::writeReport(const QString &path, FormValues values, const
     tell(0, tr("Opening template file..."));
     if (!readTemplate(templatePath, document))
         return tr("The template %1 can't be read.").arg(templatePath);
+    ReportLayout::translate(document);
     replaceImages(document, values, tell);
     tell(3, tr("Writing fields..."));
     values["REPORTDATESTAMP"].value =

@@ -1,5 +1,6 @@
 #include "sheet/headeritem.h"
 
+#include "support/datatexts.h"
 #include "support/log.h"
 
 #include <QFile>
@@ -71,13 +72,14 @@ void HeaderItem::loadTemplate(const QString &path)
     static const QRegularExpression cell(
         "<(tr)>|<td class=\"label\">([^<]*)</td>|<span id=\"(\\w+)\">");
     auto cells = cell.globalMatch(QString::fromUtf8(file.readAll()));
+    const QHash<QString, QString> texts = getDataTexts("Header");
     QString label;
     while (cells.hasNext()) {
         const QRegularExpressionMatch found = cells.next();
         if (found.capturedStart(1) != -1) {
             rows.append(QVector<Fact>());
         } else if (found.capturedStart(2) != -1) {
-            label = found.captured(2);
+            label = texts.value(found.captured(2), found.captured(2));
         } else if (!rows.isEmpty()) {
             rows.last().append({label, found.captured(3)});
             shown.insert(found.captured(3), QString());
@@ -124,11 +126,13 @@ int HeaderItem::layOutRow(const QVector<Fact> &facts, int top)
     for (const Fact &fact : facts) {
         const int right = &fact == &facts.last() ? TableWidth - 1 : FactWidth;
         const qreal indent = left + ValueIndent;
-        row << Text{QPointF(left + LabelIndent, top), {fact.label}}
+        row << Text{QPointF(left + LabelIndent, top),
+                    breakLines(fact.label, ValueIndent - 2 * LabelIndent)}
             << Text{QPointF(indent, top), breakLines(shown.value(fact.id), right - indent - 1)};
-        lines = qMax(lines, row.last().lines.size());
         left = right + 0.5;
     }
+    for (const Text &text : qAsConst(row))
+        lines = qMax<int>(lines, text.lines.size());
     for (Text &text : row)
         text.place.ry() += Padding + ((lines - text.lines.size()) * LineHeight + 1) / 2;
     texts += row;

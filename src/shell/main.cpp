@@ -26,7 +26,7 @@ QString getHelpText()
         "  --help     Show this help.\n"
         "  --version  Show the version.\n"
         "\n"
-        "examiner-export writes a project to a file without a display.\n");
+        "examiner-export writes a project to a file without a display.");
 }
 
 /// Whether the argument asked for nothing but a text, which takes no display. A file of such a
@@ -40,7 +40,7 @@ bool answerOnConsole(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     Application::loadTranslations();
     if (argument == "--help")
-        std::fputs(qUtf8Printable(getHelpText()), stdout);
+        std::puts(qUtf8Printable(getHelpText()));
     else
         std::printf("examiner %s\n", ProgramVersionText);
     return true;

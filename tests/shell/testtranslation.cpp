@@ -1,8 +1,12 @@
+#include "output/wordxmlexport.h"
+#include "testing/form.h"
 #include "testing/window.h"
 
+#include <QFile>
 #include <QLabel>
 #include <QMenu>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 
 /// The program in a language that marks each of its texts with a bracket.
 class TestTranslation : public QObject
@@ -27,6 +31,34 @@ private slots:
         for (const QString &text : words)
             QVERIFY2(text.startsWith('['), qPrintable(text));
         QVERIFY(words.size() > 100);
+    }
+
+    void leavesNoTextOfTheFormBehind()
+    {
+        Form form;
+        QVERIFY(form.waitUntilLoaded());
+        form.run("addDynamicContent('causalFactor', '', 1)");
+        const QStringList texts =
+            form.run("all('h1, h2, h3, p, label, button, .label').map(e => e.textContent.trim())"
+                     ".join('\t')")
+                .toString()
+                .split('\t');
+        for (const QString &text : texts.filter(QRegularExpression("[A-Za-z]{2}")))
+            QVERIFY2(text.contains('['), qPrintable(text));
+        QVERIFY(texts.size() > 80);
+        QCOMPARE(form.run("byId('reportStatus').options[0].text").toString(), QString("Draft"));
+    }
+
+    void leavesNoTextOfTheReportBehind()
+    {
+        const QTemporaryDir folder;
+        QCOMPARE(WordXMLExport().writeReport(folder.filePath("a.doc"), {}), QString());
+        QFile report(folder.filePath("a.doc"));
+        QVERIFY(report.open(QIODevice::ReadOnly));
+        const QString written = QString::fromUtf8(report.readAll());
+        QVERIFY(written.contains("[Šümmåřý~~]"));
+        const auto left = QRegularExpression("<w:t[^>]*>[^<[]*[A-Za-z]{4}[^<]*<").match(written);
+        QVERIFY2(!left.hasMatch(), qPrintable(left.captured()));
     }
 };
 
