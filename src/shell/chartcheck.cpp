@@ -13,6 +13,7 @@ namespace
 {
 
 constexpr int Pause = 500; // milliseconds
+constexpr int MostNumbers = 5;
 
 /// A chart is a line of time.
 bool standsBefore(const BoxItem *a, const BoxItem *b)
@@ -124,7 +125,9 @@ void ChartCheck::showFindings()
         words << tr("%1 unconnected").arg(unconnected.size());
     if (!torn.isEmpty())
         words << tr("%1 across a page's edge").arg(torn.size());
-    if (!unworked.isEmpty())
+    if (unworked.size() > MostNumbers)
+        words << tr("%1 factors not worked").arg(unworked.size());
+    else if (!unworked.isEmpty())
         words << (unworked.size() == 1 ? tr("factor %1 not worked") : tr("factors %1 not worked"))
                      .arg(unworkedNumbers.join(tr(" and ")));
     if (words.join(", ") == text())
