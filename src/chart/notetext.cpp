@@ -6,10 +6,15 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QAction>
+#include <QClipboard>
 #include <QGraphicsSceneContextMenuEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextDocumentFragment>
 
 NoteText::NoteText(QGraphicsItem *parent)
     : QGraphicsTextItem(parent), addWordAction(new QAction(tr("Add word"), this))
@@ -81,7 +86,19 @@ void NoteText::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, 
 void NoteText::keyPressEvent(QKeyEvent *event)
 {
     emit textChanged();
+    if (event->matches(QKeySequence::Paste) && highlighter && pastePageText())
+        return;
     QGraphicsTextItem::keyPressEvent(event);
+}
+
+/// The editor takes nothing from a clipboard that holds nothing but HTML. False for any other.
+bool NoteText::pastePageText()
+{
+    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+    if (!data || data->hasText() || !data->hasHtml())
+        return false;
+    textCursor().insertText(QTextDocumentFragment::fromHtml(data->html()).toPlainText());
+    return true;
 }
 
 void NoteText::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)

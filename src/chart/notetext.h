@@ -37,6 +37,7 @@ protected:
 
 private:
     void refuseRichText();
+    bool pastePageText();
     int getPositionAt(const QPointF &p) const;
     QTextCursor getWordAt(int position) const;
     void fillSuggestionsMenu(QMenu *menu, const QString &word, int position) const;
