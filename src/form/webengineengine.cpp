@@ -328,7 +328,8 @@ void WebEngineEngine::addOnChangeHandlers()
 void WebEngineEngine::reload()
 {
     picture.clear();
-    startPage();
+    if (!loading.isActive()) // the one on its way is empty as well
+        startPage();
 }
 
 void WebEngineEngine::hear(const QString &message)
