@@ -429,7 +429,7 @@ private slots:
         sheet->move(QPointF(60, 340));
         sheet->release(QPointF(60, 340));
         QCoreApplication::processEvents();
-        QCoreApplication::processEvents(); // a step's check comes a turn after the step
+        QCoreApplication::processEvents();    // a step's check comes a turn after the step
         QCOMPARE(getPages(), QString("1x3")); // the end of a move makes no check
         sheet->getStack()->undo();
         QTRY_COMPARE(getPages(), QString("1x2"));
