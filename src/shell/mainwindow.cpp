@@ -22,6 +22,7 @@
 #include <QMenu>
 #include <QShortcut>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QUndoGroup>
 
 namespace
