@@ -259,11 +259,18 @@ private slots:
         QCOMPARE(w.window.getCurrentScene(), w.chart());
         QCOMPARE(w.form->getFieldValue("causalFactor_text_1"), QString());
         QCOMPARE(notes[0]->getSiblings(), QStringList());
-        // An edit on a sheet ends with it.
-        w.factorSheet()->onEditingStarted(w.factorSheet()->getAllNotes().first());
+        // An edit on a sheet ends with it, and its words reach the twins.
+        Sticky *note = w.factorSheet()->getAllNotes().first();
+        note->addSibling(notes[0]);
+        auto *view = qobject_cast<QGraphicsView *>(w.factorSheet()->views().first());
+        w.tabs->setCurrentWidget(view);
+        QTest::mouseDClick(view->viewport(), Qt::LeftButton, Qt::NoModifier,
+                           view->mapFromScene(note->sceneBoundingRect().center()));
+        QTest::keyClicks(view->viewport(), "words");
         QVERIFY(!w.action("Paste")->isEnabled());
         notes[1]->setRoleType("Event");
         QTRY_VERIFY(w.action("Paste")->isEnabled());
+        QVERIFY(notes[0]->getText().contains("words"));
     }
 
     /// Not seeded: only what the file holds stands there.
