@@ -81,9 +81,10 @@ private slots:
         QProcess process;
         process.setWorkingDirectory(folder.path());
         process.start("sh", {"-c", "exec " + tool + " 'a plant.epf' x.png"});
-        QTRY_VERIFY(!QDir(path("temporary")).entryList({"examiner-*"}).isEmpty());
+        QTRY_VERIFY(!QDir(path("temporary")).entryList({"examiner-*"}).isEmpty() ||
+                    process.state() == QProcess::NotRunning);
         process.terminate();
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.state() == QProcess::NotRunning || process.waitForFinished());
         QFile::remove(path("x.png")); // if it was quicker
         QCOMPARE(list(), before);
     }
