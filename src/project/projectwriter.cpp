@@ -28,7 +28,7 @@ void require(bool done, const char *failure)
 ProjectWriter::ProjectWriter(const QSqlDatabase &db, const std::function<void()> &onItem)
     : onItem(onItem), db(db), itemRows(db, "items", "guid"),
       propertyRows(db, "properties", "guid, name"), connectionRows(db, "connections", "lineguid"),
-      formRows(db, "formdata", "id"),
+      formRows(db, "formdata", "id, value"),
       insertNoteRow(db, "INSERT INTO items VALUES(:guid, :type, :role, :x, :y, :width, :height, "
                         ":text, :font, :image, :parent)"),
       updateNoteRow(db, "UPDATE items SET role=:role, x=:x, y=:y, width=:width, height=:height, "
@@ -305,6 +305,9 @@ bool ProjectWriter::writeFormValue(const QString &id, const FormValue &value)
     const QByteArray image = encodeImage(value.image);
     const RowIndex::Rows rows = formRows.getRows(id);
     for (const RowIndex::Row &row : rows) {
+        // The row may hold a picture that could not be read.
+        if (value.image.isNull() && row.name == value.value)
+            continue;
         if (!updateFormValue.run({textOf(value.value), image, row.id}))
             return false;
     }
