@@ -371,6 +371,13 @@ private slots:
         runSql(path, {"UPDATE items SET image=X'00', type=3"});
         QVERIFY(project.save(path));
         QCOMPARE(read("SELECT type, hex(image) FROM items"), QStringList("3|00"));
+        runSql(path, {"UPDATE formdata SET image=X'00'"});
+        project.formValues["titleImageFile"].image = QImage(); // it can't be read
+        QVERIFY(project.save(path));
+        QCOMPARE(read("SELECT hex(image) FROM formdata"), QStringList("00"));
+        project.formValues["titleImageFile"].value = "";
+        QVERIFY(project.save(path));
+        QCOMPARE(read("SELECT hex(image) FROM formdata"), QStringList(""));
     }
 
     void itemsThatShareAGuid()
