@@ -10,6 +10,7 @@ void CanvasItemInfo::clear()
     size = QSizeF();
     text.clear();
     image = QPixmap();
+    hiddenImage.clear();
     customFont = false;
     font = QFont();
     textColor = QColor();

@@ -2,6 +2,7 @@
 
 #include "chart/role.h"
 
+#include <QByteArray>
 #include <QColor>
 #include <QFont>
 #include <QPixmap>
@@ -17,13 +18,14 @@ struct CanvasItemInfo {
 
     int type; ///< a tool id or NoteItemType; anything else makes no item
     Role role;
-    QString guid;       ///< braced text of a QUuid; empty until the item is made
-    QPointF startPoint; ///< position of a box, first end of a line; scene units
-    QPointF endPoint;   ///< bottom right corner of a note, second end of a line
-    QSizeF size;        ///< (-1,-1) when unknown; for a line endPoint less startPoint
-    QString text;       ///< plain; empty while the note shows its placeholder
-    QPixmap image;      ///< full size; null unless an image note
-    bool customFont;    ///< the note doesn't follow the standard font
+    QString guid;           ///< braced text of a QUuid; empty until the item is made
+    QPointF startPoint;     ///< position of a box, first end of a line; scene units
+    QPointF endPoint;       ///< bottom right corner of a note, second end of a line
+    QSizeF size;            ///< (-1,-1) when unknown; for a line endPoint less startPoint
+    QString text;           ///< plain; empty while the note shows its placeholder
+    QPixmap image;          ///< full size; null unless an image note
+    QByteArray hiddenImage; ///< as the file holds a picture that can't be shown in full
+    bool customFont;        ///< the note doesn't follow the standard font
     QFont font;
     QColor textColor;       ///< invalid means black
     QColor backgroundColor; ///< a note's fill, invalid for the role's; a line's colour

@@ -276,7 +276,7 @@ FormValues FormView::collectForSave()
 void FormView::fillInTitleImage(FormValue &field) const
 {
     if (field.image.isNull() && field.value == titleImage.value)
-        field.image = titleImage.image;
+        field = titleImage;
 }
 
 void FormView::showTitleImage()

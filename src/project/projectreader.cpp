@@ -14,8 +14,9 @@
 namespace
 {
 
-// Two gigabytes of pictures in one project; later ones stay in the file and don't show.
+// Two gigabytes of pictures in one project: one half in full, then smaller ones, then none.
 constexpr qint64 MaximumPixels = 500 * 1000 * 1000;
+constexpr qint64 SmallPixels = 1000 * 1000; // for ten centimetres on paper
 
 double boundCoordinate(double value)
 {
@@ -255,7 +256,8 @@ void ProjectReader::readItem(const QSqlQuery &query, const ItemColumns &columns,
         }
     }
     if (info.type == ImageTool)
-        info.image = QPixmap::fromImage(readImage(get(columns.image).toByteArray()));
+        info.image =
+            QPixmap::fromImage(readImage(get(columns.image).toByteArray(), info.hiddenImage));
 }
 
 void ProjectReader::readPlace(const QSqlQuery &query, const ItemColumns &columns,
@@ -325,18 +327,24 @@ ProjectReader::Result ProjectReader::readFormData(FormValues &values)
     while (query.next()) {
         FormValue field;
         field.value = getValue(query, value).toString();
-        field.image = readImage(getValue(query, image).toByteArray());
+        field.image = readImage(getValue(query, image).toByteArray(), field.hiddenImage);
         values.insert(getValue(query, id).toString(), field);
         onRow();
     }
     return getResult(query);
 }
 
-QImage ProjectReader::readImage(const QByteArray &bytes)
+/// The next file gets the hidden one, or the picture would be lost or stay small.
+QImage ProjectReader::readImage(const QByteArray &bytes, QByteArray &hidden)
 {
-    if (bytes.isEmpty() || pixelsLeft <= 0)
+    if (bytes.isEmpty())
         return QImage();
-    const QImage image = readImageData(bytes);
+    const bool inFull = pixelsLeft > MaximumPixels / 2;
+    QImage image;
+    if (pixelsLeft > 0)
+        image = readImageData(bytes, inFull ? MaximumPixels : SmallPixels);
     pixelsLeft -= qint64(image.width()) * image.height();
+    if (!inFull || image.isNull())
+        hidden = bytes;
     return image;
 }

@@ -78,7 +78,7 @@ private:
     void readItem(const QSqlQuery &query, const ItemColumns &columns, CanvasItemInfo &info);
     void readPlace(const QSqlQuery &query, const ItemColumns &columns, CanvasItemInfo &info);
     void acceptItemProperty(const Property &property, CanvasItemInfo &info);
-    QImage readImage(const QByteArray &bytes);
+    QImage readImage(const QByteArray &bytes, QByteArray &hidden);
 
     QSqlDatabase db;
     std::function<void()> onRow;

@@ -23,12 +23,18 @@ void require(bool done, const char *failure)
         throw SaveError{ProjectWriter::tr(failure)};
 }
 
+/// Of a note or a form field.
+template<typename Record> QByteArray getImage(const Record &record)
+{
+    return record.hiddenImage.isEmpty() ? encodeImage(record.image) : record.hiddenImage;
+}
+
 } // namespace
 
 ProjectWriter::ProjectWriter(const QSqlDatabase &db, const std::function<void()> &onItem)
     : onItem(onItem), db(db), itemRows(db, "items", "guid"),
       propertyRows(db, "properties", "guid, name"), connectionRows(db, "connections", "lineguid"),
-      formRows(db, "formdata", "id, value"),
+      formRows(db, "formdata", "id"),
       insertNoteRow(db, "INSERT INTO items VALUES(:guid, :type, :role, :x, :y, :width, :height, "
                         ":text, :font, :image, :parent)"),
       updateNoteRow(db, "UPDATE items SET role=:role, x=:x, y=:y, width=:width, height=:height, "
@@ -161,8 +167,10 @@ void ProjectWriter::writeNote(const CanvasItemInfo &info, bool isKnown)
 
 void ProjectWriter::insertNote(const CanvasItemInfo &info)
 {
-    const QByteArray image = info.type == ImageTool ? encodeImage(info.image) : QByteArray();
-    require(insertNoteRow.run({info.guid, info.type, info.role.getTypeName(), info.startPoint.x(),
+    // A note whose picture doesn't show is a plain one on the sheet.
+    const int type = info.hiddenImage.isEmpty() ? info.type : int(ImageTool);
+    const QByteArray image = getImage(info);
+    require(insertNoteRow.run({info.guid, type, info.role.getTypeName(), info.startPoint.x(),
                                info.startPoint.y(), info.size.width(), info.size.height(),
                                textOf(info.text), fontOf(info), image, guidOrNull(info.parent)}),
             QT_TR_NOOP("Couldn't write note entry"));
@@ -302,12 +310,9 @@ void ProjectWriter::writeFormValues(const FormValues &formValues)
 
 bool ProjectWriter::writeFormValue(const QString &id, const FormValue &value)
 {
-    const QByteArray image = encodeImage(value.image);
+    const QByteArray image = getImage(value);
     const RowIndex::Rows rows = formRows.getRows(id);
     for (const RowIndex::Row &row : rows) {
-        // The row may hold a picture that could not be read.
-        if (value.image.isNull() && row.name == value.value)
-            continue;
         if (!updateFormValue.run({textOf(value.value), image, row.id}))
             return false;
     }

@@ -12,11 +12,11 @@ class RowIndex
 public:
     struct Row {
         qint64 id;
-        QString name; ///< or what else tells a row; empty if it wasn't asked for
+        QString name; ///< empty in a table without names
     };
     using Rows = QVector<Row>;
 
-    /// `columns` are the key and, where a row has to be told by more, its name or value.
+    /// `columns` are the key and, where a key has several named rows, the name.
     RowIndex(const QSqlDatabase &db, const QString &table, const QString &columns);
 
     /// Reads the table once; false when that fails. All else wants it to have come true.

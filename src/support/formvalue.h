@@ -9,6 +9,7 @@
 struct FormValue {
     QString value; ///< radio buttons hold "true" or "false", selects their option's text
     QImage image;  ///< null unless the field is the title image
+    QByteArray hiddenImage = {}; ///< as the file holds a picture that can't be shown in full
 };
 
 /// A field set: element id to value.

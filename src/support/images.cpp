@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <QImageReader>
 
+#include <cmath>
+
 namespace
 {
 
@@ -21,7 +23,18 @@ bool isRaster(QImageReader &reader)
     return formats.contains(reader.format());
 }
 
-QImage readWithin(QImageReader &reader)
+qint64 countPixels(QSize size)
+{
+    return size.isEmpty() ? 0 : qint64(size.width()) * size.height();
+}
+
+QSize shrink(QSize size, qint64 pixels)
+{
+    const double factor = std::sqrt(double(pixels) / countPixels(size));
+    return QSize(int(size.width() * factor), int(size.height() * factor)).expandedTo({1, 1});
+}
+
+QImage readWithin(QImageReader &reader, qint64 mostPixels)
 {
     QtCompat::limitImages(MaximumMegabytes);
     reader.setDecideFormatFromContent(true);
@@ -29,12 +42,16 @@ QImage readWithin(QImageReader &reader)
     if (!isRaster(reader))
         return QImage();
     const QSize size = reader.size();
-    if (size.isValid() && qint64(size.width()) * size.height() > MaximumPixels)
+    if (countPixels(size) > MaximumPixels)
         return QImage();
+    if (countPixels(size) > mostPixels)
+        reader.setScaledSize(shrink(size, mostPixels));
     const QImage image = reader.read();
     // Some formats tell no size before they are read.
-    if (qint64(image.width()) * image.height() > MaximumPixels)
+    if (countPixels(image.size()) > MaximumPixels)
         return QImage();
+    if (countPixels(image.size()) > mostPixels)
+        return image.scaled(shrink(image.size(), mostPixels));
     return image;
 }
 
@@ -45,13 +62,13 @@ QImage readImageFile(const QString &path)
     if (!QFileInfo(path).isFile())
         return QImage();
     QImageReader reader(path);
-    return readWithin(reader);
+    return readWithin(reader, MaximumPixels);
 }
 
-QImage readImageData(const QByteArray &bytes)
+QImage readImageData(const QByteArray &bytes, qint64 mostPixels)
 {
     QBuffer buffer;
     buffer.setData(bytes);
     QImageReader reader(&buffer);
-    return readWithin(reader);
+    return readWithin(reader, mostPixels);
 }

@@ -6,5 +6,6 @@
 /// is above 64 megapixels by its header.
 QImage readImageFile(const QString &path);
 
-/// The picture in the bytes, format by detection; null as above.
-QImage readImageData(const QByteArray &bytes);
+/// The picture in the bytes, format by detection; null as above. What has more pixels than the
+/// most allowed is made smaller.
+QImage readImageData(const QByteArray &bytes, qint64 mostPixels);
