@@ -27,7 +27,7 @@ const texts = window.formTexts || {};
 const tr = (text, ...values) => values.reduce(
     (filled, value, i) => filled.replace("%" + (i + 1), () => value), texts[text] || text);
 
-// What stands in a choice is what the form keeps.
+// What stands in a choice is what the form keeps; its label is what is shown.
 function translateText(node) {
     const text = node.nodeValue.replace(/\s+/g, " ").trim();
     if (texts[text] && node.parentNode.nodeName !== "OPTION")
@@ -42,6 +42,7 @@ function translate(root) {
         all("[" + name + "]", root).forEach(
             element => element.setAttribute(name, tr(element.getAttribute(name))));
     });
+    all("option", root).forEach(option => { option.label = tr(option.text); });
 }
 
 function translatePage() {

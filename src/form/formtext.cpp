@@ -4,6 +4,7 @@
 #include "form/formmodel.h"
 #include "form/pagefields.h"
 
+#include <QCoreApplication>
 #include <QLabel>
 #include <QMap>
 #include <QPushButton>
@@ -21,6 +22,12 @@ bool isRead(const QString &id, const FormField &field)
 {
     return !field.value.isEmpty() && field.value != "false" && field.kind != FormField::Hidden &&
            id != FormFields::LastStep;
+}
+
+/// A text of the page in the user's language.
+QString translate(const QString &text)
+{
+    return QCoreApplication::translate("FormPage", text.toUtf8());
 }
 
 QString getParagraph(const QString &label, const QString &value)
@@ -81,8 +88,10 @@ void FormText::setValues(const FormModel &model)
     QString html;
     for (auto field = sorted.cbegin(); field != sorted.cend(); ++field) {
         const QString id = field.key().second;
+        const bool isChoice = field->kind == FormField::Choice;
         if (isRead(id, *field))
-            html += getParagraph(field->label.isEmpty() ? id : field->label, field->value);
+            html += getParagraph(field->label.isEmpty() ? id : translate(field->label),
+                                 isChoice ? translate(field->value) : field->value);
     }
     textField->setHtml(html);
 }

@@ -46,7 +46,10 @@ private slots:
         for (const QString &text : texts.filter(QRegularExpression("[A-Za-z]{2}")))
             QVERIFY2(text.contains('['), qPrintable(text));
         QVERIFY(texts.size() > 80);
-        QCOMPARE(form.run("byId('reportStatus').options[0].text").toString(), QString("Draft"));
+        form.view.setFieldValue("reportStatus", "For review");
+        const QString shown = "all('option')[1].label + byId('reportStatus').selectedIndex";
+        QCOMPARE(form.run(shown).toString(), QString("[Föř řévîéw~~~]1"));
+        QCOMPARE(form.view.getFieldValue("reportStatus"), QString("For review"));
     }
 
     void leavesNoTextOfTheReportBehind()
