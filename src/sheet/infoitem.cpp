@@ -15,16 +15,17 @@ InfoItem::InfoItem() : QGraphicsRectItem(0, 0, 190, 160)
     picture->setTransformationMode(Qt::SmoothTransformation); // in a zoomed view
     addText(
         QCoreApplication::translate("InfoItem", "Observed\nSubstandard\nBehaviour or\nCondition"),
-        QPointF(10, 89));
+        QRectF(10, 89, 100, 71));
     addText(
         QCoreApplication::translate("InfoItem", "Facts that\nexplain why\nthe effect is\npresent"),
-        QPointF(110, 89));
+        QRectF(110, 89, 80, 71));
 }
 
-void InfoItem::addText(const QString &text, const QPointF &position)
+void InfoItem::addText(const QString &text, const QRectF &place)
 {
     auto *item = new QGraphicsTextItem(text, this);
     item->setFont(QFont("Arial", 8, QFont::Normal));
     item->setDefaultTextColor(Qt::black);
-    item->setPos(position);
+    item->setPos(place.topLeft());
+    item->setTextWidth(place.width());
 }

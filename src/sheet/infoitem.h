@@ -14,5 +14,5 @@ public:
     int type() const override { return ProjectItem::InfoType; }
 
 private:
-    void addText(const QString &text, const QPointF &position);
+    void addText(const QString &text, const QRectF &place);
 };
