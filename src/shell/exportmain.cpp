@@ -217,7 +217,9 @@ int main(int argc, char **argv)
     std::error_code ignored;
     std::string home = std::filesystem::temp_directory_path(ignored) / "examiner-export-XXXXXX";
     if (ignored || !mkdtemp(&home[0])) {
-        complain("Nothing can be written to the folder for temporary files.");
+        const QCoreApplication application(argc, argv);
+        Application::loadTranslations();
+        complain(Console::tr("Nothing can be written to the folder for temporary files."));
         return Failure;
     }
     const sigset_t ending = getEndingSignals();
