@@ -5,7 +5,6 @@
 #include "form/formview.h"
 #include "project/projectfile.h"
 #include "sheet/headeritem.h"
-#include "support/fonts.h"
 #include "support/pageinfo.h"
 
 #include <QGraphicsRectItem>
@@ -57,7 +56,6 @@ ProjectScene::ProjectScene(SheetHost *host, QUndoGroup *group, ProjectFile *proj
     selectionTimer.setSingleShot(true);
     connect(&selectionTimer, &QTimer::timeout, this, &ProjectScene::reportSelection);
     setPagesGrid(1, 1);
-    defaultFont = getStandardFont();
     if (projectFile)
         connect(projectFile, &ProjectFile::projectNameChanged, this,
                 &ProjectScene::updatePageNumberItems);

@@ -41,7 +41,6 @@ public:
     static QSizeF getStandardItemSize(int tool);
 
     QUndoStack *getUndoStack() const { return undoStack; }
-    const QFont &getDefaultFont() const { return defaultFont; }
     /// Null on the main sheet.
     Sticky *getParentNote() const { return parentNote; }
     bool isPrintEnabled() const { return printEnabled; }
@@ -85,8 +84,8 @@ public:
     /// As it goes on paper until setRenderBackground() is called again: without grid, frames and
     /// box. Only decorated it keeps its header and footers.
     void dressForPaper(bool decorated);
-    /// As new, except for the default font. Deletes every item that the sheet
-    /// ever made, also those that only its undo steps still knew.
+    /// As new. Deletes every item that the sheet ever made, also those that only its undo steps
+    /// still knew.
     void clear();
 
     /// The user's act, with an undo step; nothing for a cancelled image.
@@ -253,7 +252,6 @@ private:
     Line *newLine = nullptr;                    // being drawn with a line tool
     QGraphicsRectItem *highlightItem = nullptr; // shows where something will land
     QSize pageSize;
-    QFont defaultFont;
     QPointer<QUndoStack> undoStack;         // child of the group, which may go first
     bool asked = false;                     // whether a factor's sheet may go
     int stepIndex = 0;                      // of the stack, as it was last told

@@ -374,7 +374,6 @@ void ProjectScene::setSelectedLinesStyle(Qt::PenStyle style)
 
 void ProjectScene::setItemsFont(const QFont &font)
 {
-    defaultFont = font;
     for (Sticky *note : getAllNotes()) {
         if (!note->getRecord().customFont)
             note->setDefaultFont(font);

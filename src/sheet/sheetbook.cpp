@@ -6,6 +6,7 @@
 #include "project/projectfile.h"
 #include "sheet/factorseeds.h"
 #include "sheet/projectscene.h"
+#include "support/fonts.h"
 #include "support/log.h"
 #include "support/pageinfo.h"
 
@@ -275,7 +276,7 @@ void SheetBook::bringBack(Sticky *factor)
     takeFreeNumber(factor);
     // Nothing reached the sheet while it was away.
     rest.sheet->setPageSize(mainSheet->getPageSize());
-    rest.sheet->setItemsFont(mainSheet->getDefaultFont());
+    rest.sheet->setItemsFont(getStandardFont());
     for (Sticky *note : rest.sheet->getAllNotes())
         note->catchUp();
     if (formView) {

@@ -104,6 +104,7 @@ private slots:
         QUndoGroup group;
         ProjectFile file(&program);
         SheetBook book(&program, &group, &file, &form->view);
+        QSettings().setValue("font", "Arial,14,-1,5,50,0,0,0,0,0"); // as a file brings it
         ProjectScene *main = book.getMainSheet();
         program.sheets.append(main);
         connect(&book, &SheetBook::sheetCame,
