@@ -237,6 +237,7 @@ private:
     bool askToDropSheet(const QString &title, const QString &text);
     QString getFormText(const Sticky *note) const;
     void fillFormField(Sticky *note);
+    void takeFormField(Sticky *note);
     Sticky *getCausalFactor(int number) const;
     void moveCausalFactor(Sticky *note, int number);
     void swapCausalFactors(Sticky *note, Sticky *other);

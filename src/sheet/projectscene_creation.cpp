@@ -129,6 +129,7 @@ Sticky *ProjectScene::makeNote(CanvasItemInfo &info)
     connect(note, &Sticky::editingStarted, this, &ProjectScene::onEditingStarted);
     connect(note, &Sticky::textEdited, this, &ProjectScene::onStickyTextEdited);
     connect(note, &Sticky::textTouched, this, &ProjectScene::markDirty);
+    connect(note, &Sticky::returned, this, &ProjectScene::takeFormField);
     return note;
 }
 

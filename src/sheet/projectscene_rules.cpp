@@ -150,6 +150,16 @@ void ProjectScene::fillFormField(Sticky *note)
     }
 }
 
+// What was typed there while the note was deleted could not reach it.
+void ProjectScene::takeFormField(Sticky *note)
+{
+    for (const QString id : {FormFields::Loss, FormFields::LossOfControl}) {
+        const QString text = formView ? formView->getFieldValue(id) : QString();
+        if (note->getSiblings().contains(id) && !text.isEmpty() && !note->getText().isEmpty())
+            note->setText(text);
+    }
+}
+
 void ProjectScene::onStepTaken(int index)
 {
     const bool pushed = index == stepIndex + 1 && undoStack->command(stepIndex) != nextStep;

@@ -53,6 +53,13 @@ private slots:
             setLossField("");
             sheet->getStack()->redo();
             QCOMPARE(form->view.getFieldValue("loss"), QString("Flood"));
+
+            // And what a deletion has kept apart.
+            note->setSelected(true);
+            sheet->scene.deleteSelectedItems();
+            setLossField("Flood and fire");
+            sheet->getStack()->undo();
+            QCOMPARE(note->getText(), QString("Flood and fire"));
             sheet->scene.clear();
         }
     }
