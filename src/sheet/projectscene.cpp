@@ -175,6 +175,7 @@ void ProjectScene::clear()
 {
     if (editingNote)
         emit textEditingChanged(false);
+    clearSelection(); // else whoever shows the selection goes on counting it
     deleteItems();
     printEnabled = true;
     renderBackground = true;
