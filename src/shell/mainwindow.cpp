@@ -142,6 +142,7 @@ void MainWindow::createStatusBar()
     connect(chartCheck, &ChartCheck::placeWanted, this, &MainWindow::showPlace);
     connect(undoGroup, &QUndoGroup::indexChanged, chartCheck, &ChartCheck::lookSoon);
     connect(projectFile, &ProjectFile::loadedFormData, chartCheck, &ChartCheck::lookSoon);
+    connect(desk, &ProjectDesk::clearing, chartCheck, &ChartCheck::lookSoon);
     connect(formView, &FormView::formChanged, chartCheck, &ChartCheck::lookSoon);
     connect(zoomWidget, &ZoomWidget::zoomChanged, this, &MainWindow::onZoomChanged);
 }

@@ -177,11 +177,14 @@ private slots:
         }
         QVERIFY(w.window.getCurrentScene() != w.chart());
         QVERIFY(!w.action("Select &All")->isEnabled());
+        w.addNote("Event", QPointF(400, 200))->setSelected(true);
+        QCoreApplication::processEvents();
         for (int i = 0; i < 2; ++i)
             w.window.clearInterface();
         QCoreApplication::processEvents();
         QCOMPARE(w.window.getCurrentScene(), w.chart());
         QVERIFY(w.tabs->count() == 2 && !w.file->isDirty());
+        QVERIFY(!w.action("Item Properties")->isEnabled());
     }
 
     void seedsStandInPlace()
@@ -351,6 +354,13 @@ private slots:
         }
         check->click();
         QTRY_COMPARE(w.window.getCurrentScene(), w.factorSheet());
+
+        w.empty();
+        QTRY_VERIFY(check->isHidden());
+        w.addNote("Event", QPointF(200, 200));
+        check->look();
+        w.window.newProject();
+        QTRY_VERIFY(check->isHidden());
     }
 
     /// The pointer is over the sheet most of the time.
