@@ -1,7 +1,8 @@
 #include "chart/role.h"
 
+#include "support/images.h"
+
 #include <QPainter>
-#include <QPixmap>
 
 namespace
 {
@@ -21,8 +22,7 @@ int shapeFromWord(const QString &word)
 
 QIcon makeRoleIcon(const RoleInfo &info)
 {
-    QPixmap pixmap(16, 16);
-    pixmap.fill(Qt::transparent);
+    QPixmap pixmap = makeIconGround(16);
     QPainter painter(&pixmap);
     info.drawIcon(&painter);
     return QIcon(pixmap);

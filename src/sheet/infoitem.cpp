@@ -10,7 +10,7 @@ InfoItem::InfoItem() : QGraphicsRectItem(0, 0, 190, 160)
     setBrush(Qt::transparent);
     setFlags(ItemIsMovable | ItemIsSelectable);
 
-    auto *picture = new QGraphicsPixmapItem(QPixmap(":/images/why.png"), this);
+    auto *picture = new QGraphicsPixmapItem(QPixmap(":/images/why@2x.png"), this);
     picture->setPos(45, 10);
     picture->setTransformationMode(Qt::SmoothTransformation); // in a zoomed view
     addText(

@@ -1,5 +1,6 @@
 #include "shell/aboutdialog.h"
 
+#include "support/images.h"
 #include "ui_aboutdialog.h"
 
 #include <QCoreApplication>
@@ -20,6 +21,7 @@ AboutDialog::AboutDialog(QWidget *parent) : QDialog(parent), ui(new Ui_AboutDial
 {
     ui->setupUi(this);
     setWindowTitle(tr("About TRAC/Ex Examiner"));
+    ui->logoLabel->setPixmap(loadPicture(":/images/tracexlogo.png"));
     fillPlaceholders(ui->titleText);
     fillPlaceholders(ui->aboutText);
 }

@@ -2,6 +2,7 @@
 
 #include "shell/projectdesk.h"
 #include "shell/projectdrop.h"
+#include "support/images.h"
 #include "ui_introscreen.h"
 
 #include <QAction>
@@ -96,7 +97,8 @@ void IntroScreen::listRecentFiles()
 
 void IntroScreen::fitLogo(int availableHeight)
 {
-    const QPixmap logo = ui->logoLabel->pixmap(Qt::ReturnByValue);
+    const QPixmap logo = loadPicture(":/images/tracexlogo2.png");
+    ui->logoLabel->setPixmap(logo);
     if (availableHeight >= logo.height() / logo.devicePixelRatio() + 100)
         return;
     ui->logoLabel->setPixmap(QPixmap());

@@ -2,6 +2,7 @@
 
 #include "chart/sticky.h"
 #include "sheet/projectscene.h"
+#include "support/images.h"
 #include "support/screenfit.h"
 #include "ui_itempropertiesdialog.h"
 
@@ -34,13 +35,12 @@ ItemPropertiesDialog::~ItemPropertiesDialog() = default;
 
 QIcon ItemPropertiesDialog::makeColorIcon(QColor color, QColor fallback)
 {
-    QPixmap pixmap(16, 16);
-    pixmap.fill(Qt::transparent);
+    QPixmap pixmap = makeIconGround(16);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(color.isValid() ? color : fallback);
-    painter.drawRoundedRect(pixmap.rect(), 4, 4);
+    painter.drawRoundedRect(0, 0, 16, 16, 4, 4);
     return QIcon(pixmap);
 }
 

@@ -2,6 +2,7 @@
 
 #include "chart/toolid.h"
 #include "shell/toolbutton.h"
+#include "support/images.h"
 #include "support/log.h"
 
 #include <QAction>
@@ -19,7 +20,7 @@ ToolsToolBar::ToolsToolBar(QWidget *parent) : QToolBar(tr("Tools"), parent)
 
     const auto add = [this](const char *picture, int id, const QString &text,
                             const QString &toolTip) {
-        return createAction(QPixmap(picture), id, text, toolTip);
+        return createAction(loadPicture(picture), id, text, toolTip);
     };
     const auto addOwn = [&](const char *picture, int id, const QString &text,
                             const QString &toolTip) {

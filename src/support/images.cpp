@@ -4,6 +4,8 @@
 
 #include <QBuffer>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QIcon>
 #include <QImageReader>
 
 #include <cmath>
@@ -71,4 +73,20 @@ QImage readImageData(const QByteArray &bytes, qint64 mostPixels)
     buffer.setData(bytes);
     QImageReader reader(&buffer);
     return readWithin(reader, mostPixels);
+}
+
+QPixmap loadPicture(const QString &resource)
+{
+    return QIcon(resource).pixmap(QImageReader(resource).size());
+}
+
+QPixmap makeIconGround(int size)
+{
+    qreal density = qGuiApp->devicePixelRatio();
+    if (density > 1)
+        density *= 2; // icons then fill the place they are shown in, which may be larger
+    QPixmap ground(QSize(size, size) * density);
+    ground.setDevicePixelRatio(density);
+    ground.fill(Qt::transparent);
+    return ground;
 }

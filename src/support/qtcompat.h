@@ -8,11 +8,12 @@
 namespace QtCompat
 {
 
-/// Qt 6 scales by itself.
+/// Qt 6 scales by itself, and takes the larger pictures for it.
 inline void enableHighDpiScaling()
 {
 #if QT_VERSION_MAJOR < 6
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 #endif
 }
 

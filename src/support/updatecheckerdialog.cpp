@@ -1,5 +1,6 @@
 #include "support/updatecheckerdialog.h"
 
+#include "support/images.h"
 #include "ui_updatecheckerdialog.h"
 
 #include <QPushButton>
@@ -8,6 +9,7 @@ UpdateCheckerDialog::UpdateCheckerDialog(QWidget *parent)
     : QDialog(parent), ui(std::make_unique<Ui_UpdateChecker>())
 {
     ui->setupUi(this);
+    ui->imageLabel->setPixmap(loadPicture(":/images/48/system-software-update.png"));
     ui->buttonBox->button(QDialogButtonBox::Close)->hide();
     connect(ui->textLabel, &QLabel::linkActivated, this, &UpdateCheckerDialog::downloadClicked);
 }
