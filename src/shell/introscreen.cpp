@@ -18,6 +18,7 @@ namespace
 {
 
 constexpr int UpdateLoadingTime = 5000; // milliseconds
+constexpr int TitleBarHeight = 40;      // at most
 
 /// Not every file system keeps the time of birth.
 QDateTime getCreated(const QFileInfo &file)
@@ -60,11 +61,11 @@ IntroScreen::IntroScreen(QWidget *parent) : QWidget(parent), ui(new Ui_IntroScre
     connectButtons();
     setAttribute(Qt::WA_DeleteOnClose);
     listRecentFiles();
-    fitLogo(screen()->availableGeometry().height());
     const bool anyFiles = listAutoSavedFiles();
     connect(ui->autoSaveTable, &QTableWidget::itemActivated, this,
             &IntroScreen::onAutoSaveActivated);
     ui->autoSaveGroup->setVisible(anyFiles);
+    fitLogo(screen()->availableGeometry().height());
     colorForDarkGround();
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet("IntroScreen { background: qradialgradient(cx:0.5, cy:0.5, radius: 0.4, fx:0.5, "
@@ -99,7 +100,9 @@ void IntroScreen::fitLogo(int availableHeight)
 {
     const QPixmap logo = loadPicture(":/images/tracexlogo2.png");
     ui->logoLabel->setPixmap(logo);
-    if (availableHeight >= logo.height() / logo.devicePixelRatio() + 100)
+    // The files to restore matter more than the logo.
+    if (availableHeight >= logo.height() / logo.devicePixelRatio() + 100 &&
+        availableHeight >= layout()->minimumSize().height() + TitleBarHeight)
         return;
     ui->logoLabel->setPixmap(QPixmap());
     ui->logoLabel->setText("TRAC/Ex Examiner");
