@@ -1,8 +1,10 @@
 #include "shell/application.h"
 
 #include "support/qtcompat.h"
+#include "support/screenfit.h"
 #include "support/version.h"
 
+#include <QDialog>
 #include <QLocale>
 #include <QTranslator>
 
@@ -48,6 +50,9 @@ void Application::loadTranslations()
 bool Application::notify(QObject *receiver, QEvent *event)
 {
     QString message;
+    // Not each of the toolkit's own dialogs minds how small a screen is.
+    if (event->type() == QEvent::Show && !event->spontaneous() && qobject_cast<QDialog *>(receiver))
+        fitToScreen(static_cast<QDialog *>(receiver));
     try {
         return QApplication::notify(receiver, event);
     } catch (const QString &text) {

@@ -3,7 +3,6 @@
 #include "chart/sticky.h"
 #include "sheet/projectscene.h"
 #include "support/images.h"
-#include "support/screenfit.h"
 #include "ui_itempropertiesdialog.h"
 
 #include <QColorDialog>
@@ -16,7 +15,6 @@ ItemPropertiesDialog::ItemPropertiesDialog(ProjectScene *scene, Sticky *note, Li
 {
     ui->setupUi(this);
     fillRoles();
-    fitToScreen(this);
     if (note) {
         readNote();
     } else {
