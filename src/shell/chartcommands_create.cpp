@@ -12,6 +12,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QSettings>
+#include <QToolButton>
 #include <QUndoGroup>
 
 namespace
@@ -179,6 +180,8 @@ void ChartCommands::createToolbars()
     palette->setFormActions({actions[ExportForm]});
     connect(palette, &ToolsToolBar::toolSelectionChanged, this, &ChartCommands::setTool);
     window->addToolBar(palette);
+    for (auto *more : window->findChildren<QToolButton *>("qt_toolbar_ext_button"))
+        more->setAccessibleName(tr("More"));
     toggleToolbarLock();
 }
 

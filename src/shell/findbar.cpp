@@ -57,6 +57,7 @@ FindBar::FindBar(ProjectTabWidget *tabs, FormView *form)
     edit->setPlaceholderText(tr("Find in the notes and the form"));
     edit->setAccessibleName(tr("Find"));
     edit->setClearButtonEnabled(true);
+    edit->findChild<QToolButton *>()->setAccessibleName(tr("Clear"));
     edit->setFixedWidth(EditWidth);
     edit->installEventFilter(this);
     count->setObjectName("findCount");
