@@ -41,6 +41,9 @@ constexpr char SaveFailedText[] =
     QT_TRANSLATE_NOOP("ProjectDesk", "Saving failed.\nThe error message is: %1");
 constexpr char ProjectFilter[] =
     QT_TRANSLATE_NOOP("ProjectDesk", "TRAC/Ex Examiner Project (*.epf)");
+constexpr char LastSaveText[] =
+    QT_TRANSLATE_NOOP("ProjectDesk", "Who saves last replaces what the other has saved; what is "
+                                     "replaced stays among the kept copies.");
 
 } // namespace
 
@@ -61,6 +64,7 @@ void ProjectDesk::setProject(ProjectFile *file, SheetBook *sheets, FormView *for
     connect(form, &FormView::formChanged, this, &ProjectDesk::onFormChanged);
     otherPlaceLabel = new QLabel;
     otherPlaceLabel->setObjectName("otherPlaceLabel");
+    otherPlaceLabel->setToolTip(tr(LastSaveText)); // the message may be cut off, and goes
     window->statusBar()->insertPermanentWidget(0, otherPlaceLabel);
     otherPlaceLabel->hide();
     connect(file, &ProjectFile::projectNameChanged, this, &ProjectDesk::showOtherPlace);
@@ -352,10 +356,7 @@ void ProjectDesk::tellOfOtherPlace(const QString &what)
     const QString place = projectFile->getOtherPlace();
     if (place.isEmpty())
         return;
-    window->statusBar()->showMessage(what.arg(place) + ' ' +
-                                         tr("Who saves last replaces what the other has saved; "
-                                            "what is replaced stays among the kept copies."),
-                                     MessageTime);
+    window->statusBar()->showMessage(what.arg(place) + ' ' + tr(LastSaveText), MessageTime);
 }
 
 void ProjectDesk::keepUnsavedWork()
