@@ -224,7 +224,7 @@ function goToStep(n) {
 // ---- What a search finds. The current field is brought into view, and its step opens without a
 // word to the program.
 
-function markFound(ids, current) {
+function markFound(ids, current, lead) {
     all(".found").forEach(field => field.classList.remove("found"));
     all(".found-now").forEach(field => field.classList.remove("found-now"));
     ids.map(byId).filter(field => field).forEach(field => field.classList.add("found"));
@@ -232,6 +232,8 @@ function markFound(ids, current) {
     if (!field)
         return;
     field.classList.add("found-now");
+    if (!lead)
+        return;
     const step = sections().findIndex(section => section.contains(field));
     if (step >= 0 && !isShown(sections()[step]))
         openSteps(step + 1);

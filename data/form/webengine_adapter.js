@@ -138,7 +138,7 @@ const Actions = {
     addRow: (guid, n) => changeRows(() => window.addDynamicContent("causalFactor", guid, n)),
     removeRow: n => changeRows(() => window.removeDynamicContent("causalFactor", n)),
     steps: number => { window.showStepsUpTo(number); },
-    found: (ids, current) => { window.markFound(ids, current); },
+    found: (ids, current, lead) => { window.markFound(ids, current, lead); },
     wire,
     share: text => { shared = text; },
     chosen: () => { chosen && chosen(); },

@@ -47,9 +47,10 @@ public:
     virtual void removeRow(int number) = 0;
     /// An address that carries the picture's bytes; empty for none.
     virtual void showTitleImage(const QString &dataUrl) = 0;
-    /// Marks these fields alone on the screen, and brings the current one into view, if there is
-    /// one: steps up to it open, which leaves no trace in the form.
-    virtual void markFields(const QStringList &ids, const QString &current) = 0;
+    /// Marks these fields alone on the screen, the current one, if there is one, more than the
+    /// others. With `lead` it comes into view: steps up to it open, which leaves no trace in the
+    /// form.
+    virtual void markFields(const QStringList &ids, const QString &current, bool lead) = 0;
     /// Scripts find it as the bridge's shared string.
     virtual void share(const QString &text) = 0;
     /// Wires every field and the two buttons that have no handler of their own.

@@ -140,10 +140,10 @@ QStringList FormView::getTextFields() const
     return engine->getTextFields();
 }
 
-void FormView::markFields(const QStringList &ids, const QString &current)
+void FormView::markFields(const QStringList &ids, const QString &current, bool lead)
 {
     if (isReady())
-        engine->markFields(ids, current);
+        engine->markFields(ids, current, lead);
 }
 
 QString FormView::getFieldValue(const QString &id) const

@@ -41,8 +41,9 @@ public:
     /// Empty for an unknown field.
     QString getFieldValue(const QString &id) const;
 
-    /// Marks these fields alone on the screen and brings the current one, if any, into view.
-    void markFields(const QStringList &ids, const QString &current);
+    /// Marks these fields alone on the screen. With `lead` the current one, if any, comes into
+    /// view.
+    void markFields(const QStringList &ids, const QString &current, bool lead);
     void setSharedString(const QString &text) override;
     /// False if there is no such field. An empty value never overwrites a text.
     bool setFieldValue(const QString &id, const QString &value);

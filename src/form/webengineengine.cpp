@@ -307,9 +307,9 @@ void WebEngineEngine::showTitleImage(const QString &dataUrl)
     send({"picture", dataUrl});
 }
 
-void WebEngineEngine::markFields(const QStringList &ids, const QString &current)
+void WebEngineEngine::markFields(const QStringList &ids, const QString &current, bool lead)
 {
-    send({"found", QJsonArray::fromStringList(ids), current});
+    send({"found", QJsonArray::fromStringList(ids), current, lead});
 }
 
 void WebEngineEngine::share(const QString &text)

@@ -37,7 +37,7 @@ public:
     void addRow(int number, const QString &guid) override;
     void removeRow(int number) override;
     void showTitleImage(const QString &dataUrl) override;
-    void markFields(const QStringList &ids, const QString &current) override;
+    void markFields(const QStringList &ids, const QString &current, bool lead) override;
     void share(const QString &text) override;
     void addOnChangeHandlers() override;
     void reload() override;

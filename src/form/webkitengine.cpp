@@ -276,7 +276,7 @@ void WebKitEngine::showTitleImage(const QString &dataUrl)
         preview.setAttribute("src", dataUrl);
 }
 
-void WebKitEngine::markFields(const QStringList &ids, const QString &current)
+void WebKitEngine::markFields(const QStringList &ids, const QString &current, bool lead)
 {
     if (!mainFrame)
         return;
@@ -286,9 +286,10 @@ void WebKitEngine::markFields(const QStringList &ids, const QString &current)
             plainIds.append(id);
     }
     const QString list = QJsonDocument(plainIds).toJson(QJsonDocument::Compact);
-    mainFrame->evaluateJavaScript(
-        QString("markFound(%1, '%2')")
-            .arg(list, FormModel::isFieldId(current) ? current : QString()));
+    mainFrame->evaluateJavaScript(QString("markFound(%1, '%2', %3)")
+                                      .arg(list,
+                                           FormModel::isFieldId(current) ? current : QString(),
+                                           lead ? "true" : "false"));
 }
 
 void WebKitEngine::addOnChangeHandlers()

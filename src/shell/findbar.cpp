@@ -116,7 +116,7 @@ void FindBar::dismiss()
     texts.clear();
     found.clear();
     current = -1;
-    showMarks();
+    showMarks(false);
     if (target && isAncestorOf(window()->focusWidget()))
         target->setFocus(Qt::OtherFocusReason);
     hide();
@@ -176,7 +176,6 @@ void FindBar::search()
             found.append(i);
     }
     current = getStart();
-    showMarks();
     showCount();
 }
 
@@ -203,6 +202,7 @@ int FindBar::getStart() const
 void FindBar::onTyped()
 {
     search();
+    showMarks(true);
     leadToCurrent();
 }
 
@@ -216,6 +216,7 @@ void FindBar::lookAgain()
 {
     readTexts();
     search();
+    showMarks(false); // whoever types in the form stays where they are
 }
 
 void FindBar::go(int step)
@@ -231,12 +232,12 @@ void FindBar::go(int step)
     if (found.isEmpty())
         return;
     current = (current + step + found.size()) % found.size();
-    showMarks();
+    showMarks(true);
     showCount();
     leadToCurrent();
 }
 
-void FindBar::showMarks()
+void FindBar::showMarks(bool lead)
 {
     QHash<QWidget *, QVector<QPointer<Sticky>>> notes;
     QStringList fields;
@@ -252,7 +253,7 @@ void FindBar::showMarks()
         if (auto *view = qobject_cast<GraphWidget *>(tabs->widget(i)))
             view->setMarks(notes.value(view), now.note);
     }
-    form->markFields(fields, now.field);
+    form->markFields(fields, now.field, lead);
 }
 
 void FindBar::showCount()

@@ -56,7 +56,7 @@ private:
     void onTyped();
     void lookAgain();
     void go(int step);
-    void showMarks();
+    void showMarks(bool lead);
     void showCount();
     void leadToCurrent();
     bool isCurrent(const Text &text) const;

@@ -320,6 +320,14 @@ private slots:
         QCOMPARE(form->focused(), QString("department"));
         QTRY_VERIFY(form->is("byId('department').getBoundingClientRect().top"
                              " >= byId('bar').offsetHeight"));
+
+        // What was found only calls for a look when the user has asked for it.
+        for (bool lead : {false, true}) {
+            form->run("window.scrollTo(0, 2000)");
+            form->view.markFields({"incidentTitle"}, "incidentTitle", lead);
+            QVERIFY(form->is("!!document.querySelector('#incidentTitle.found-now')"));
+            QCOMPARE(form->run("window.pageYOffset > 1000").toBool(), !lead);
+        }
     }
 
     void hostileTextsAreTexts()
