@@ -15,6 +15,7 @@ namespace
 
 constexpr qint64 MaximumPixels = 64 * 1000 * 1000;
 constexpr int MaximumMegabytes = 512; // of as many pixels, eight bytes each
+constexpr qreal LeastDense = 1.2;     // pixels a unit; screens seldom tell exactly 1
 
 /// By its content. Drawings name other files and are refused: reading one would show or wait for
 /// whatever it names.
@@ -82,9 +83,9 @@ QPixmap loadPicture(const QString &resource)
 
 QPixmap makeIconGround(int size)
 {
-    qreal density = qGuiApp->devicePixelRatio();
-    if (density > 1)
-        density *= 2; // icons then fill the place they are shown in, which may be larger
+    const qreal ratio = qGuiApp->devicePixelRatio();
+    // On dense screens an icon fills the place it is shown in, which may be larger.
+    const qreal density = ratio < LeastDense ? 1 : 2 * ratio;
     QPixmap ground(QSize(size, size) * density);
     ground.setDevicePixelRatio(density);
     ground.fill(Qt::transparent);
