@@ -4,6 +4,7 @@
 #include "form/formengine.h"
 #include "form/formprinter.h"
 #include "support/images.h"
+#include "support/toolbarmore.h"
 #if QT_VERSION_MAJOR < 6
 #include "form/webkitengine.h"
 #endif
@@ -197,6 +198,8 @@ void FormView::onPrintRequested()
     FormPrinter printer;
     printer.setPageMargins(PaperMargins, QPageLayout::Millimeter);
     QPrintPreviewDialog dialog(&printer, this);
+    dialog.resize(window()->size()); // a page can be read, and no button is left out
+    showToolbarMore(&dialog);
     connect(&dialog, &QPrintPreviewDialog::paintRequested, this,
             [this, &printer] { paint(printer); });
     dialog.exec();

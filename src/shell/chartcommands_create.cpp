@@ -5,6 +5,7 @@
 #include "shell/shortcuttip.h"
 #include "shell/toolstoolbar.h"
 #include "shell/zoomwidget.h"
+#include "support/toolbarmore.h"
 
 #include <QActionGroup>
 #include <QComboBox>
@@ -12,7 +13,6 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QSettings>
-#include <QToolButton>
 #include <QUndoGroup>
 
 namespace
@@ -180,8 +180,7 @@ void ChartCommands::createToolbars()
     palette->setFormActions({actions[ExportForm]});
     connect(palette, &ToolsToolBar::toolSelectionChanged, this, &ChartCommands::setTool);
     window->addToolBar(palette);
-    for (auto *more : window->findChildren<QToolButton *>("qt_toolbar_ext_button"))
-        more->setAccessibleName(tr("More"));
+    showToolbarMore(window);
     toggleToolbarLock();
 }
 
