@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <QStandardPaths>
 
 namespace
@@ -18,6 +19,29 @@ void setModificationTime(const QString &path, const QDateTime &time)
     file.setPermissions(file.permissions() | QFile::WriteUser);
     if (file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
         file.setFileTime(time, QFileDevice::FileModificationTime);
+}
+
+void copyFiles(const QString &from, const QString &to, const QStringList &names)
+{
+    for (const QString &name : names)
+        copyIfNeeded(from + name, to + name);
+}
+
+/// Where the help lies in the first of the user's languages that it is written in.
+QString getHelpFolder()
+{
+    const QString own = QCoreApplication::applicationDirPath();
+    for (const QString &language : QLocale::system().uiLanguages()) {
+        const QString region = QString(language).replace('-', '_');
+        for (const QString &name : {region, region.section('_', 0, 0)}) {
+            const QString folder = own + "/translations/" + name;
+            if (QFileInfo::exists(folder + "/helpcollection2.qhc"))
+                return folder;
+        }
+        if (language.startsWith("en"))
+            break;
+    }
+    return own;
 }
 
 } // namespace
@@ -55,9 +79,7 @@ bool copySupportFiles()
     makePrivateFolder(folder);
     makePrivateFolder(folder + "/templates");
     const QString own = QCoreApplication::applicationDirPath();
-    const QStringList names = {"/formdata.qhc", "/formdata.qch", "/helpcollection2.qhc",
-                               "/examinerhelp2.qch", "/templates/quickstart2.epf"};
-    for (const QString &name : names)
-        copyIfNeeded(own + name, folder + name);
+    copyFiles(own, folder, {"/formdata.qhc", "/formdata.qch", "/templates/quickstart2.epf"});
+    copyFiles(getHelpFolder(), folder, {"/helpcollection2.qhc", "/examinerhelp2.qch"});
     return QFileInfo(folder).isDir() && QFileInfo(folder).isWritable();
 }
