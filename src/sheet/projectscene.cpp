@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <vector>
 
 namespace
 {
@@ -128,13 +129,19 @@ QList<Sticky *> ProjectScene::getAllNotes() const
 
 QList<Sticky *> ProjectScene::getNotesInReadingOrder() const
 {
-    const auto getPlace = [this](const Sticky *note) {
-        return std::make_tuple(int(note->y() / pageSize.height()),
-                               int(note->x() / pageSize.width()), note->x(), note->y());
-    };
-    QList<Sticky *> notes = getAllNotes();
-    std::stable_sort(notes.begin(), notes.end(),
-                     [&](const Sticky *a, const Sticky *b) { return getPlace(a) < getPlace(b); });
+    using Place = std::tuple<int, int, qreal, qreal, int>;
+    std::vector<std::pair<Place, Sticky *>> places;
+    for (ProjectItem *item : itemIndex) {
+        if (auto *note = qobject_cast<Sticky *>(item))
+            places.push_back(
+                {{int(note->y() / pageSize.height()), int(note->x() / pageSize.width()), note->x(),
+                  note->y(), entries.value(note)},
+                 note});
+    }
+    std::sort(places.begin(), places.end());
+    QList<Sticky *> notes;
+    for (const auto &[place, note] : places)
+        notes.append(note);
     return notes;
 }
 

@@ -14,8 +14,6 @@
 #include <QToolButton>
 
 #include <algorithm>
-#include <tuple>
-#include <vector>
 
 namespace
 {
@@ -26,25 +24,6 @@ constexpr int EditWidth = 320;
 QString fold(const QString &text)
 {
     return text.simplified().toCaseFolded();
-}
-
-/// Page by page, from the left to the right: a chart is a line of time.
-QList<Sticky *> getNotesInOrder(const ProjectScene *sheet)
-{
-    const QSize page = sheet->getPageSize();
-    using Place = std::tuple<int, int, qreal, qreal>;
-    std::vector<std::pair<Place, Sticky *>> places;
-    for (ProjectItem *item : sheet->getItemsUnsorted()) {
-        if (auto *note = qobject_cast<Sticky *>(item))
-            places.push_back({{int(note->y() / page.height()), int(note->x() / page.width()),
-                               note->x(), note->y()},
-                              note});
-    }
-    std::sort(places.begin(), places.end());
-    QList<Sticky *> notes;
-    for (const auto &[place, note] : places)
-        notes.append(note);
-    return notes;
 }
 
 } // namespace
@@ -156,7 +135,7 @@ void FindBar::readTexts()
 
 void FindBar::readSheet(QWidget *tab, const ProjectScene *sheet)
 {
-    for (Sticky *note : getNotesInOrder(sheet))
+    for (Sticky *note : sheet->getNotesInReadingOrder())
         texts.append({fold(note->getText()), tab, note, QString()});
 }
 

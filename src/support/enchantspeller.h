@@ -13,7 +13,6 @@ public:
     explicit EnchantSpeller(const QStringList &languages);
     ~EnchantSpeller();
 
-    bool hasDictionary() const { return dictionary != nullptr; }
     /// True as well where the checker itself fails, as with text it can't read.
     bool isCorrect(const QString &word) const;
     /// In the dictionary's order, without the word itself.
