@@ -171,7 +171,10 @@ void ProjectDesk::readProject(bool addToRecentFiles)
         mainView->update();
         mainView->viewport()->update();
     });
-    if (projectFile->openFile(openFilename)) {
+    const bool opened = projectFile->openFile(openFilename);
+    // The settings hold the paper of a refused file, too.
+    book->getMainSheet()->setPageSize(PageInfo().getPrintableArea().size());
+    if (opened) {
         onProjectOpened(addToRecentFiles);
     } else {
         QMessageBox::critical(getWindowInFront(), tr("Open failed"),
@@ -189,7 +192,6 @@ void ProjectDesk::onProjectOpened(bool addToRecentFiles)
     }
     emit opened();
     setTitleFor(projectFile->getOpenFilename());
-    book->getMainSheet()->setPageSize(PageInfo().getPrintableArea().size());
     tellOfOtherPlace(tr("This project is also open %1."));
 }
 

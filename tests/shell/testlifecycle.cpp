@@ -126,6 +126,16 @@ private slots:
         QVERIFY(w.tabs->count() == 2 && w.chart()->getProjectItems().isEmpty());
         QCOMPARE(recent(), QStringList(path("good.epf")));
         QCOMPARE(readBytes(path("bad.epf")), content);
+
+        // The paper of a refused project stays in the settings, by which pages are printed.
+        runSql(path("newer.epf"), {"CREATE TABLE items (guid)",
+                                   "CREATE TABLE properties (guid TEXT, name TEXT, value TEXT)",
+                                   "INSERT INTO properties VALUES('project','paperSize','9'), "
+                                   "('project','dbVersion','2')"});
+        BoxAnswer newer(QMessageBox::Ok);
+        w.window.openProject(path("newer.epf"));
+        QCOMPARE(w.chart()->getPageSize(), QSize(767, 534));
+        w.chart()->setPageSize(QSize(1606, 1030));
     }
 
     /// The path of any other file would become words of the form.
