@@ -1,5 +1,6 @@
 #include "editing/commands.h"
 
+#include "chart/formfields.h"
 #include "support/fonts.h"
 
 #include <QCoreApplication>
@@ -234,7 +235,9 @@ void RoleChangeCommand::undo()
     for (int i = 0; i < notes.size(); ++i) {
         Sticky *note = notes.at(i);
         takeBackText(note, oldRecords.at(i).text, newTexts.at(i));
-        takeRole(note, oldRoles.at(i));
+        note->setRoleType(oldRoles.at(i));
+        takeBackTie(note, oldRecords.at(i));
+        takeFormText(note);
         takeBackShape(note, oldRecords.at(i));
     }
 }
@@ -243,7 +246,8 @@ void RoleChangeCommand::redo()
 {
     newTexts.clear();
     for (int i = 0; i < notes.size(); ++i) {
-        takeRole(notes.at(i), newRole);
+        notes.at(i)->setRoleType(newRole);
+        takeFormText(notes.at(i));
         newTexts << notes.at(i)->getText();
     }
 }
@@ -259,9 +263,17 @@ void RoleChangeCommand::takeBackText(Sticky *note, const QString &oldText,
         note->setText(oldText);
 }
 
-void RoleChangeCommand::takeRole(Sticky *note, const QString &role) const
+/// A copy of the Loss has no tie to the form, whose words would take the place of its own.
+void RoleChangeCommand::takeBackTie(Sticky *note, const CanvasItemInfo &old) const
 {
-    note->setRoleType(role);
+    for (const char *field : {FormFields::Loss, FormFields::LossOfControl}) {
+        if (note->getSiblings().contains(field) && !old.siblings.contains(field))
+            note->removeRoleSiblings();
+    }
+}
+
+void RoleChangeCommand::takeFormText(Sticky *note) const
+{
     const QString text = formText ? formText(note) : QString();
     if (!text.isEmpty() && text != note->getText())
         note->setText(text);

@@ -139,7 +139,8 @@ public:
 
 private:
     void takeBackText(Sticky *note, const QString &oldText, const QString &newText) const;
-    void takeRole(Sticky *note, const QString &role) const;
+    void takeBackTie(Sticky *note, const CanvasItemInfo &old) const;
+    void takeFormText(Sticky *note) const;
     void takeBackShape(Sticky *note, const CanvasItemInfo &old) const;
 
     QList<Sticky *> notes;

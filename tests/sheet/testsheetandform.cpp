@@ -60,6 +60,13 @@ private slots:
             setLossField("Flood and fire");
             sheet->getStack()->undo();
             QCOMPARE(note->getText(), QString("Flood and fire"));
+
+            // A copy has words of its own.
+            Sticky *copy = sheet->addNote(QRectF(20, 400, 120, 80), "Loss", "Smoke");
+            copy->setSelected(true);
+            QVERIFY(sheet->scene.setSelectedNotesRole("Event"));
+            sheet->getStack()->undo();
+            QCOMPARE(copy->getText() + copy->getSiblings().join(QString()), QString("Smoke"));
             sheet->scene.clear();
         }
     }
