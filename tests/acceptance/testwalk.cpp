@@ -154,7 +154,10 @@ private:
          [&] { QTest::keyClick(w.tabs->currentWidget(), Qt::Key(Qt::Key_Left + below(4))); }},
         {"type",
          [&] {
-             const QPointF at = anyCentre();
+             auto *box = any<BoxItem>();
+             if (!box)
+                 return; // a double click on the header leads to the form
+             const QPointF at = box->getGeometry().center();
              click(at);
              mouse(QEvent::MouseButtonDblClick, at);
              mouse(QEvent::MouseButtonRelease, at);
