@@ -19,6 +19,7 @@ namespace
 
 constexpr int UpdateLoadingTime = 5000; // milliseconds
 constexpr int TitleBarHeight = 40;      // at most
+constexpr int WidestName = 280;         // pixels, leaves room for the date
 
 /// Not every file system keeps the time of birth.
 QDateTime getCreated(const QFileInfo &file)
@@ -120,6 +121,10 @@ bool IntroScreen::listAutoSavedFiles()
         return false;
     ui->autoSaveTable->setHorizontalHeaderItem(0, makeHeaderItem(tr("Name")));
     ui->autoSaveTable->setHorizontalHeaderItem(1, makeHeaderItem(tr("Saved on")));
+    const int usual = ui->autoSaveTable->columnWidth(0);
+    ui->autoSaveTable->resizeColumnToContents(0);
+    ui->autoSaveTable->setColumnWidth(0,
+                                      qBound(usual, ui->autoSaveTable->columnWidth(0), WidestName));
     return true;
 }
 
