@@ -37,6 +37,7 @@ namespace
 
 constexpr int MessageTime = 15000; // milliseconds, like the next
 constexpr int BusyPause = 50;
+constexpr int LabelIndent = 8; // pixels from a message that is cut off
 constexpr char SaveFailedText[] =
     QT_TRANSLATE_NOOP("ProjectDesk", "Saving failed.\nThe error message is: %1");
 constexpr char ProjectFilter[] =
@@ -65,6 +66,7 @@ void ProjectDesk::setProject(ProjectFile *file, SheetBook *sheets, FormView *for
     otherPlaceLabel = new QLabel;
     otherPlaceLabel->setObjectName("otherPlaceLabel");
     otherPlaceLabel->setToolTip(tr(LastSaveText)); // the message may be cut off, and goes
+    otherPlaceLabel->setIndent(LabelIndent);
     window->statusBar()->insertPermanentWidget(0, otherPlaceLabel);
     otherPlaceLabel->hide();
     connect(file, &ProjectFile::projectNameChanged, this, &ProjectDesk::showOtherPlace);
