@@ -11,6 +11,7 @@
 #include "shell/toolstoolbar.h"
 #include "shell/zoomwidget.h"
 #include "support/fonts.h"
+#include "support/toolbarmore.h"
 
 #include <QActionGroup>
 #include <QColorDialog>
@@ -47,6 +48,7 @@ ChartCommands::ChartCommands(QMainWindow *window, SheetBook *book, ProjectScene 
     createActionGroups();
     createToolbars();
     createMenus();
+    showToolbarMore(window);
 }
 
 ChartCommands::~ChartCommands() = default;

@@ -5,7 +5,6 @@
 #include "shell/shortcuttip.h"
 #include "shell/toolstoolbar.h"
 #include "shell/zoomwidget.h"
-#include "support/toolbarmore.h"
 
 #include <QActionGroup>
 #include <QComboBox>
@@ -180,7 +179,6 @@ void ChartCommands::createToolbars()
     palette->setFormActions({actions[ExportForm]});
     connect(palette, &ToolsToolBar::toolSelectionChanged, this, &ChartCommands::setTool);
     window->addToolBar(palette);
-    showToolbarMore(window);
     toggleToolbarLock();
 }
 

@@ -115,6 +115,14 @@ private slots:
         QVERIFY(open->actions().isEmpty() && open->popupMode() == QToolButton::DelayedPopup);
     }
 
+    void dialogsFitTheScreen()
+    {
+        QDialog dialog;
+        dialog.resize(9999, 9999);
+        dialog.show();
+        QVERIFY(dialog.screen()->availableGeometry().contains(QRect(QPoint(), dialog.size())));
+    }
+
     void imagePreview()
     {
         const QSize limits = QGuiApplication::primaryScreen()->geometry().size() - QSize(50, 100);

@@ -7,6 +7,7 @@
 #include "testing/rows.h"
 #include "testing/window.h"
 
+#include <QAccessible>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -31,7 +32,8 @@ class TestWindowProgram : public QObject
 private slots:
     void init() { w.empty(); }
 
-    /// Every action has a text, its keys to itself and, but for one, a place where it is found.
+    /// Every action has a text, its keys to itself and, but for one, a place where it is found;
+    /// every button says what it does.
     void menus()
     {
         // Made when they are asked for.
@@ -47,6 +49,12 @@ private slots:
             QVERIFY2(action->isSeparator() || !text.isEmpty(), action->metaObject()->className());
             QVERIFY2(text == "Print Form" || !action->associatedWidgets().isEmpty(),
                      qPrintable(text));
+        }
+        for (auto *button : w.window.findChildren<QAbstractButton *>()) {
+            const auto *heard = QAccessible::queryAccessibleInterface(button);
+            QVERIFY2(button->objectName() == "chartCheck" || // hidden, it has found nothing
+                         !heard->text(QAccessible::Name).isEmpty(),
+                     button->parent()->metaObject()->className());
         }
     }
 
