@@ -56,6 +56,7 @@ QPainterPath CircledNumberItem::shape() const
 void CircledNumberItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
     painter->setBrush(brush);
+    painter->setFont(QFont("Arial", 9)); // a desktop's own would differ on paper and elsewhere
     painter->drawEllipse(rect);
     painter->drawText(rect, Qt::AlignCenter, getString());
 }
