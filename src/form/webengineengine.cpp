@@ -59,7 +59,7 @@ FormEngine *FormEngine::create(QHelpEngine *helpEngine, const QUrl &address, For
 WebEngineEngine::WebEngineEngine(QHelpEngine *helpEngine, const QUrl &address, FormModel *model,
                                  FormBridge *bridge, QWidget *parent)
     : FormEngine(parent), address(address), model(model), bridge(bridge),
-      profile(new QWebEngineProfile(this)), stack(new QStackedWidget(parent)),
+      profile(makeOfflineProfile(this)), stack(new QStackedWidget(parent)),
       view(new QWebEngineView(stack)), text(new FormText(stack))
 {
     profile->setUrlRequestInterceptor(new FormGuard(profile));

@@ -37,6 +37,11 @@ void paintWithoutOpenGL()
 }
 Q_CONSTRUCTOR_FUNCTION(paintWithoutOpenGL)
 
+/// All names are unknown, and bare addresses are reached by way of an unknown name only.
+const char NoNetwork[] = " --proxy-server=socks5://none --proxy-bypass-list=<-loopback>"
+                         " --host-resolver-rules=\"MAP * ~NOTFOUND\""
+                         " --force-webrtc-ip-handling-policy=disable_non_proxied_udp";
+
 QWebEngineScript makeAdapter()
 {
     QFile file(":/form/webengine_adapter.js");
@@ -51,6 +56,20 @@ QWebEngineScript makeAdapter()
 }
 
 } // namespace
+
+QWebEngineProfile *makeOfflineProfile(QObject *parent)
+{
+    const char variable[] = "QTWEBENGINE_CHROMIUM_FLAGS"; // the engine reads it once
+    const QByteArray own = qgetenv(variable);
+    qputenv(variable, own + NoNetwork);
+    auto *profile = new QWebEngineProfile(parent);
+    // What the program opens, as a browser, may have the same engine.
+    if (own.isEmpty())
+        qunsetenv(variable);
+    else
+        qputenv(variable, own);
+    return profile;
+}
 
 HelpSchemeHandler::HelpSchemeHandler(QHelpEngine *helpEngine, QObject *parent)
     : QWebEngineUrlSchemeHandler(parent), helpEngine(helpEngine)

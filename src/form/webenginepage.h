@@ -7,6 +7,11 @@
 #include <QWebEngineUrlSchemeHandler>
 
 class QHelpEngine;
+class QWebEngineProfile;
+
+/// A profile off the record, of an engine without a network: the guard below hears neither of
+/// WebRTC nor of what shared workers open, and every frame brings these along anew.
+QWebEngineProfile *makeOfflineProfile(QObject *parent);
 
 /// Serves the files of a help collection, and nothing to whoever asks otherwise than by reading.
 class HelpSchemeHandler : public QWebEngineUrlSchemeHandler

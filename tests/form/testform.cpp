@@ -8,6 +8,7 @@
 
 #include <QTcpServer>
 #include <QTextBrowser>
+#include <QUdpSocket>
 
 #include <csignal>
 #include <memory>
@@ -390,6 +391,8 @@ private slots:
     {
         QTcpServer server;
         QVERIFY(server.listen(QHostAddress::LocalHost));
+        QUdpSocket calls;
+        QVERIFY(calls.bind(QHostAddress::LocalHost, server.serverPort()));
         QTemporaryDir folder;
         QVERIFY(QFile::copy(":/images/why.png", folder.filePath("secret.png")));
         const QUrl address = form->web->url();
@@ -412,6 +415,15 @@ private slots:
              () => document.body.style.backgroundImage = 'url(' + target + ')',
              () => ['img', 'script', 'iframe', 'embed', 'video'].forEach(tag => make(tag, { src: target })),
              () => make('link', { rel: 'stylesheet', href: target }),
+             () => make('link', { rel: 'preconnect', href: target }),
+             () => new SharedWorker(`data:,new WebSocket("${target.replace('http', 'ws')}")`),
+             () => { const host = target.slice(7, -1);
+                     const frame = document.body.appendChild(document.createElement('iframe'));
+                     const call = window.call = new frame.contentWindow.RTCPeerConnection(
+                         { iceServers: [{ urls: 'stun:' + host }, { urls: 'turn:' + host +
+                           '?transport=tcp', username: 'u', credential: 'c' }] });
+                     call.createDataChannel('x');
+                     call.createOffer().then(offer => call.setLocalDescription(offer)); },
              () => { const x = new XMLHttpRequest(); x.open('GET', target, false); x.send();
                      window.stolen = x.responseText; }
             ].forEach(way => { try { way(); } catch (error) {} }); })");
@@ -424,7 +436,7 @@ private slots:
                 QVERIFY(form->is("!window.stolen && window.picture.naturalWidth === 0"));
             }
         }
-        QVERIFY(!server.waitForNewConnection(100));
+        QVERIFY(!server.waitForNewConnection(500) && !calls.hasPendingDatagrams());
         QTRY_COMPARE(form->web->url().adjusted(QUrl::RemoveFragment), address);
         QTRY_VERIFY(form->is("byId('loss').value === 'a ship'"));
     }
