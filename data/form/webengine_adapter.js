@@ -99,7 +99,8 @@ function tellAll(refused) {
 }
 
 function reveal(field) {
-    field.disabled = false;
+    if (field.tagName === "TEXTAREA")
+        field.disabled = false;
     for (let e = field.parentElement; e; e = e.parentElement) {
         if (e.style.display === "none")
             e.style.display = "block";
@@ -226,7 +227,8 @@ window.addEventListener("load", () => {
     const fields = Array.from(getFields().values(), describe);
     fields.forEach(field => known.set(field.id, field.value));
     isForm = fields.length > 0;
-    tell("ready", fields);
+    const others = Array.from(document.querySelectorAll("[id]"), element => element.id);
+    tell("ready", fields, others.filter(id => !known.has(id)));
 });
 
 })();

@@ -189,7 +189,7 @@ bool WebEngineEngine::isReady() const
 
 bool WebEngineEngine::hasField(const QString &id) const
 {
-    return model->hasField(id);
+    return model->hasField(id) || otherElements.contains(id);
 }
 
 QString WebEngineEngine::read(const QString &id) const
@@ -236,6 +236,10 @@ void WebEngineEngine::send(int number, const QJsonArray &actions)
 
 bool WebEngineEngine::write(const QString &id, const QString &value)
 {
+    if (otherElements.contains(id)) {
+        qCDebug(formLog) << "Warning, encountered unhandled element" << id << value;
+        return true;
+    }
     if (!model->hasField(id))
         return false;
     const QString before = model->getValue(id);
@@ -338,7 +342,7 @@ void WebEngineEngine::hear(const QString &message)
     const QString name = words.at(0).toString();
     const int seenWrite = words.at(1).toInt();
     if (name == "ready")
-        hearReady(words.at(2).toArray());
+        hearReady(words.at(2).toArray(), words.at(3));
     else if (!pageIsUp)
         return;
     else if (name == "edited")
@@ -359,10 +363,11 @@ void WebEngineEngine::hear(const QString &message)
         chooseImage();
 }
 
-void WebEngineEngine::hearReady(const QJsonArray &fields)
+void WebEngineEngine::hearReady(const QJsonArray &fields, const QJsonValue &others)
 {
     if (fields.isEmpty())
         return; // not the form's page
+    otherElements = others.toVariant().toStringList();
     loading.stop();
     pageIsUp = true;
     gaveUp = false;

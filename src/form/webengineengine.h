@@ -61,7 +61,7 @@ private:
     void send(const QJsonArray &action);
     void send(int number, const QJsonArray &actions);
     void hear(const QString &message);
-    void hearReady(const QJsonArray &fields);
+    void hearReady(const QJsonArray &fields, const QJsonValue &others);
     void hearEdit(const QString &id, const QJsonArray &values, int seenWrite);
     void hearFields(const QJsonArray &come, const QJsonArray &gone, const QJsonArray &values,
                     int seenWrite);
@@ -80,13 +80,14 @@ private:
     WebEnginePage *page = nullptr; // goes before its profile
     QTimer loading;                // until the page counts as one that never loads
     QList<QElapsedTimer> deaths;
-    QString picture;        // the address of the title image shown
-    QString shared;         // with the page's scripts
-    QString editedId;       // the field whose news are being told
-    int writeNumber = 0;    // of the last message to the page
-    int writesOnTheWay = 0; // messages that the page has yet to take
-    int keysSent = 0;       // that ask for an answer
-    bool pageIsUp = false;  // it has told its fields and its process lives
+    QStringList otherElements; // ids of the page's elements that are no fields
+    QString picture;           // the address of the title image shown
+    QString shared;            // with the page's scripts
+    QString editedId;          // the field whose news are being told
+    int writeNumber = 0;       // of the last message to the page
+    int writesOnTheWay = 0;    // messages that the page has yet to take
+    int keysSent = 0;          // that ask for an answer
+    bool pageIsUp = false;     // it has told its fields and its process lives
     bool gaveUp = false;
     bool valuesDue = false; // the text is about to be written anew
 };
