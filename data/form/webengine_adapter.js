@@ -141,6 +141,7 @@ const Actions = {
     steps: number => { window.showStepsUpTo(number); },
     found: (ids, current, lead) => { window.markFound(ids, current, lead); },
     wire,
+    focus: id => { byId(id) && byId(id).focus(); },
     share: text => { shared = text; },
     chosen: () => { chosen && chosen(); },
     picture: address => {

@@ -62,6 +62,7 @@ FormText::FormText(QWidget *parent)
 {
     reasonLabel->setWordWrap(true);
     textField->setOpenLinks(false);
+    setFocusProxy(textField);
     auto *button = new QPushButton(tr("Show the form again"), this);
     connect(button, &QPushButton::clicked, this, &FormText::retryRequested);
     auto *layout = new QVBoxLayout(this);

@@ -69,6 +69,7 @@ WebEngineEngine::WebEngineEngine(QHelpEngine *helpEngine, const QUrl &address, F
     stack->addWidget(view);
     stack->addWidget(text);
     stack->setFocusProxy(view);
+    connect(qApp, &QApplication::focusChanged, this, &WebEngineEngine::onFocusChanged);
     loading.setSingleShot(true);
     connect(&loading, &QTimer::timeout, this, &WebEngineEngine::onLoadFailed);
     connect(text, &FormText::retryRequested, this, [this] {
@@ -136,6 +137,7 @@ void WebEngineEngine::onPageDied()
 void WebEngineEngine::replacePage()
 {
     qCWarning(formLog) << "The form's page is gone";
+    const bool hadFocus = hasFocus();
     pageIsUp = false;
     emit pageGone();
     deaths.append(QElapsedTimer());
@@ -146,6 +148,22 @@ void WebEngineEngine::replacePage()
         startPage();
     else
         giveUp(tr("The form's page stopped three times within a minute."));
+    if (hadFocus)
+        stack->currentWidget()->setFocus();
+}
+
+/// What shows a page hides before anybody hears that the page has died, and the focus goes on to
+/// what comes next in the window: the next keys would press it.
+void WebEngineEngine::onFocusChanged(QWidget *old, QWidget *now)
+{
+    if (old && view->isAncestorOf(old))
+        focusTaker = old->isVisible() ? nullptr : now;
+}
+
+bool WebEngineEngine::hasFocus() const
+{
+    const bool taken = focusTaker && focusTaker == QApplication::focusWidget();
+    return view->isVisible() && (view->hasFocus() || taken);
 }
 
 /// An empty page is the one that the engine leaves for without asking.
@@ -286,7 +304,7 @@ void WebEngineEngine::restore()
     send(++writeNumber,
          {QJsonArray{"rows", QJsonArray::fromStringList(rows)}, QJsonArray{"writes", pairs},
           QJsonArray{"steps", model->getValue(FormFields::LastStep)},
-          QJsonArray{"picture", picture}, QJsonArray{"wire"}});
+          QJsonArray{"picture", picture}, QJsonArray{"wire"}, QJsonArray{"focus", lastEdited}});
 }
 
 void WebEngineEngine::addRow(int number, const QString &guid)
@@ -332,8 +350,12 @@ void WebEngineEngine::addOnChangeHandlers()
 void WebEngineEngine::reload()
 {
     picture.clear();
-    if (!loading.isActive()) // the one on its way is empty as well
-        startPage();
+    if (loading.isActive())
+        return; // the one on its way is empty as well
+    const bool hadFocus = hasFocus();
+    startPage();
+    if (hadFocus)
+        view->setFocus();
 }
 
 void WebEngineEngine::hear(const QString &message)
@@ -387,6 +409,7 @@ void WebEngineEngine::hearReady(const QJsonArray &fields, const QJsonValue &othe
 void WebEngineEngine::hearEdit(const QString &id, const QJsonArray &values, int seenWrite)
 {
     hearValues(values, seenWrite);
+    lastEdited = id;
     const QScopedValueRollback<QString> edit(editedId, id);
     bridge->onFieldChanged(id);
 }

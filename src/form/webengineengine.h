@@ -3,6 +3,7 @@
 #include "form/formengine.h"
 
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QTimer>
 #include <QUrl>
 
@@ -55,6 +56,8 @@ private:
     void onPageDied();
     void onUrlChanged(const QUrl &url);
     void replacePage();
+    void onFocusChanged(QWidget *old, QWidget *now);
+    bool hasFocus() const;
     void onLoadFailed();
     void giveUp(const QString &reason);
     void showValues();
@@ -78,11 +81,13 @@ private:
     QWebEngineView *view;
     FormText *text;
     WebEnginePage *page = nullptr; // goes before its profile
+    QPointer<QWidget> focusTaker;  // got the focus from a view that went
     QTimer loading;                // until the page counts as one that never loads
     QList<QElapsedTimer> deaths;
     QStringList otherElements; // ids of the page's elements that are no fields
     QString picture;           // the address of the title image shown
     QString shared;            // with the page's scripts
+    QString lastEdited;        // by the user; a fresh page puts the focus there
     QString editedId;          // the field whose news are being told
     int writeNumber = 0;       // of the last message to the page
     int writesOnTheWay = 0;    // messages that the page has yet to take
