@@ -6,15 +6,30 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QGraphicsSceneContextMenuEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QMenu>
 #include <QMimeData>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
+
+namespace
+{
+
+const QKeySequence OtherRedo("Ctrl+Y"); // the toolkit gives it to other desktops alone
+
+/// The editor takes nothing from a clipboard that holds nothing but HTML.
+bool holdsOnlyPage()
+{
+    const QMimeData *data = QApplication::clipboard()->mimeData();
+    return data && !data->hasText() && data->hasHtml();
+}
+
+} // namespace
 
 NoteText::NoteText(QGraphicsItem *parent)
     : QGraphicsTextItem(parent), addWordAction(new QAction(tr("Add word"), this))
@@ -86,19 +101,39 @@ void NoteText::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, 
 void NoteText::keyPressEvent(QKeyEvent *event)
 {
     emit textChanged();
-    if (event->matches(QKeySequence::Paste) && highlighter && pastePageText())
-        return;
-    QGraphicsTextItem::keyPressEvent(event);
+    if (event->matches(QKeySequence::Paste) && highlighter && holdsOnlyPage())
+        pastePageText();
+    else if (highlighter && QKeySequence(event->key() | int(event->modifiers())) == OtherRedo)
+        redo();
+    else
+        QGraphicsTextItem::keyPressEvent(event);
 }
 
-/// The editor takes nothing from a clipboard that holds nothing but HTML. False for any other.
-bool NoteText::pastePageText()
+void NoteText::redo()
 {
-    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
-    if (!data || data->hasText() || !data->hasHtml())
-        return false;
-    textCursor().insertText(QTextDocumentFragment::fromHtml(data->html()).toPlainText());
-    return true;
+    QTextCursor cursor = textCursor();
+    document()->redo(&cursor);
+    setTextCursor(cursor);
+}
+
+void NoteText::pastePageText()
+{
+    const QString html = QApplication::clipboard()->mimeData()->html();
+    textCursor().insertText(QTextDocumentFragment::fromHtml(html).toPlainText());
+}
+
+/// The editor's own entry takes nothing of that, and is off.
+void NoteText::offerPageText()
+{
+    const QWidget *menu = QApplication::activePopupWidget();
+    auto *paste = menu ? menu->findChild<QAction *>("edit-paste") : nullptr;
+    if (!paste || !holdsOnlyPage())
+        return;
+    paste->setEnabled(true);
+    connect(paste, &QAction::triggered, this, [this] {
+        emit textChanged();
+        pastePageText();
+    });
 }
 
 void NoteText::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
@@ -107,6 +142,7 @@ void NoteText::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
     const QString word = getWordAt(position).selectedText();
     if (word.isEmpty() || highlighter->getSpell()->checkWord(word)) {
         QGraphicsTextItem::contextMenuEvent(event);
+        offerPageText();
         return;
     }
 

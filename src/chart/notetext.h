@@ -37,7 +37,9 @@ protected:
 
 private:
     void refuseRichText();
-    bool pastePageText();
+    void redo();
+    void pastePageText();
+    void offerPageText();
     int getPositionAt(const QPointF &p) const;
     QTextCursor getWordAt(int position) const;
     void fillSuggestionsMenu(QMenu *menu, const QString &word, int position) const;

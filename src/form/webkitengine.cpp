@@ -8,6 +8,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QShortcut>
 #include <QUuid>
 #include <QWebFrame>
 #include <QWebView>
@@ -53,6 +54,11 @@ WebKitEngine::WebKitEngine(QHelpEngine *helpEngine, const QUrl &address, FormBri
 {
     webView->setContextMenuPolicy(Qt::PreventContextMenu);
     webView->setPage(new FormPage(helpEngine, address, webView));
+    // Its own key for that is Ctrl+Shift+Z alone.
+    auto *redo = new QShortcut(QKeySequence("Ctrl+Y"), webView);
+    redo->setContext(Qt::WidgetShortcut);
+    connect(redo, &QShortcut::activated, webView,
+            [this] { webView->triggerPageAction(QWebPage::Redo); });
     connect(webView, &QWebView::loadFinished, this, &WebKitEngine::onLoadFinished);
     if (!address.isEmpty())
         webView->setUrl(address);

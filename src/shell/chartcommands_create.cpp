@@ -13,6 +13,7 @@
 #include <QMenuBar>
 #include <QSettings>
 #include <QUndoGroup>
+#include <QWheelEvent>
 
 namespace
 {
@@ -23,6 +24,19 @@ struct ActionRow {
     const char *icon; // empty for none
     QKeySequence shortcut;
     QString statusTip; // empty for none
+};
+
+/// A wheel that only passes over it must not change the selected notes.
+class RoleBox : public QComboBox
+{
+protected:
+    void wheelEvent(QWheelEvent *event) override
+    {
+        if (hasFocus())
+            QComboBox::wheelEvent(event);
+        else
+            event->ignore();
+    }
 };
 
 } // namespace
@@ -108,6 +122,8 @@ void ChartCommands::createActions(QUndoGroup *undoGroup)
         nameShortcutInTip(action);
         actions[row.command] = action;
     }
+    // Hands know both; menu and tool tip name the first.
+    actions[Redo]->setShortcuts({actions[Redo]->shortcut(), QKeySequence("Ctrl+Y")});
 }
 
 void ChartCommands::prepareActions()
@@ -188,7 +204,7 @@ void ChartCommands::createItemToolbar()
     itemToolbar->setObjectName("ItemToolbar");
     auto *label = new QLabel(tr("Role:  "));
     itemToolbar->addWidget(label);
-    roleBox = new QComboBox;
+    roleBox = new RoleBox;
     label->setBuddy(roleBox); // else it has no name but its value
     roleBox->setIconSize(QSize(22, 22));
     roleBox->setFocusPolicy(Qt::TabFocus); // after a choice the arrow keys are the chart's again
