@@ -82,6 +82,7 @@ void MainWindow::print()
     printer.setDocName(desk->getDocumentTitle().left(LongestJobName));
     QPrintDialog dialog(&printer, this);
     dialog.setOptions(QAbstractPrintDialog::PrintToFile);
+    dialog.setWindowTitle(tr("Print the Charts")); // also in front of the form, which has its own
     tidyPrintDialog(&dialog, proposeExport(".pdf"));
     if (dialog.exec() == QDialog::Accepted)
         printTo(printer);
