@@ -2,10 +2,10 @@
 
 #include "chart/sheethost.h"
 #include "chart/sticky.h"
-#include "output/filereplacement.h"
 #include "output/pdfoutline.h"
 #include "output/pngwriter.h"
 #include "sheet/projectscene.h"
+#include "support/filereplacement.h"
 #include "support/pageinfo.h"
 #include "support/version.h"
 

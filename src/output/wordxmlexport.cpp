@@ -1,11 +1,12 @@
 #include "output/wordxmlexport.h"
 
 #include "chart/formfields.h"
-#include "output/filereplacement.h"
 #include "output/reportlayout.h"
+#include "support/filereplacement.h"
 #include "support/images.h"
 #include "support/log.h"
 #include "support/pageinfo.h"
+#include "support/progressbox.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -13,7 +14,6 @@
 #include <QDesktopServices>
 #include <QFile>
 #include <QLocale>
-#include <QProgressDialog>
 #include <QStandardPaths>
 #include <QUrl>
 #include <QVector>
@@ -24,6 +24,8 @@ using ReportLayout::getKey;
 namespace
 {
 constexpr int ProgressSteps = 7;
+constexpr int Fineness = 100; // parts of a step that are told
+constexpr double PictureStep = 1;
 /// A file may hold any number; a chart with more causal factors than this is no chart.
 constexpr int MaxRows = 999;
 constexpr int MaxPiece = 1000;
@@ -126,13 +128,39 @@ QDomElement makeLine(QDomDocument &document, const QString &line)
     return element;
 }
 
-QString encodePng(const QImage &image)
+struct Stopped {
+};
+
+/// Takes bytes until the progress stops them: a photograph is compressed for many seconds.
+class StoppableBuffer : public QBuffer
 {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
+public:
+    StoppableBuffer(qint64 mostBytes, const WordXMLExport::Progress &progress)
+        : mostBytes(mostBytes), progress(progress)
+    {
+    }
+
+protected:
+    qint64 writeData(const char *bytes, qint64 length) override
+    {
+        const double part = qMin(1.0, double(size()) / mostBytes);
+        if (progress && !progress(PictureStep + part, QString()))
+            return -1;
+        return QBuffer::writeData(bytes, length);
+    }
+
+private:
+    qint64 mostBytes;
+    const WordXMLExport::Progress &progress;
+};
+
+/// Empty if it was stopped.
+QString encodePng(const QImage &image, const WordXMLExport::Progress &progress)
+{
+    StoppableBuffer buffer(qMax<qint64>(1, image.sizeInBytes()), progress);
     buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return QString::fromLatin1(bytes.toBase64());
+    const bool whole = image.save(&buffer, "PNG");
+    return whole ? QString::fromLatin1(buffer.data().toBase64()) : QString();
 }
 
 /// The number of the style item with the key, less its unit of two letters;
@@ -170,12 +198,11 @@ bool readTemplate(const QString &path, QDomDocument &document)
     return true;
 }
 
-bool writeDocument(const QString &path, const QDomDocument &document)
+bool writeDocument(const QString &path, const QByteArray &text)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;
-    const QByteArray text = document.toByteArray(1); // UTF-8
     return file.write(text) == text.size() && file.flush();
 }
 
@@ -193,38 +220,47 @@ QString WordXMLExport::getTemplatePath()
     return QCoreApplication::applicationDirPath() + "/reporttemplate.xml";
 }
 
-bool WordXMLExport::saveData(const QString &path, const FormValues &values, QWidget *parent)
+QString WordXMLExport::saveData(const QString &path, const FormValues &values, QWidget *parent)
 {
-    QProgressDialog dialog(tr("Exporting to Microsoft Word"), QString(), 0, ProgressSteps, parent);
-    dialog.setCancelButton(nullptr);
-    dialog.setMinimumDuration(0);
-    dialog.setWindowModality(Qt::WindowModal);
-    const QString failure = writeReport(path, values, [&](int step, const QString &text) {
+    ProgressBox box(tr("Exporting to Microsoft Word"), parent);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); // a dialog may be leaving
+    const auto tell = [&box](double step, const QString &text) {
         if (!text.isEmpty())
-            dialog.setLabelText(text);
-        dialog.setValue(step);
-        if (step == 0)
-            QCoreApplication::processEvents();
-    });
+            box.setLabelText(text);
+        return box.goOn(int(step * Fineness), ProgressSteps * Fineness);
+    };
+    const QString failure = writeReport(path, values, tell);
     if (!failure.isEmpty())
-        return false;
-    dialog.setLabelText(tr("Opening Microsoft Word..."));
-    dialog.setValue(6);
+        return failure;
+    tell(6, tr("Opening Microsoft Word..."));
     QDesktopServices::openUrl(getUrl(path));
-    dialog.setValue(dialog.maximum());
-    return true;
+    return QString();
 }
 
 QString WordXMLExport::writeReport(const QString &path, FormValues values, const Progress &progress,
                                    const QString &templatePath)
 {
-    const Progress tell = progress ? progress : [](int, const QString &) {};
+    try {
+        return write(path, values, progress, templatePath);
+    } catch (const Stopped &) {
+        return tr("The export was stopped, nothing was written.");
+    }
+}
+
+QString WordXMLExport::write(const QString &path, FormValues &values, const Progress &progress,
+                             const QString &templatePath)
+{
+    const auto tell = [&progress](double step, const QString &text) {
+        if (progress && !progress(step, text))
+            throw Stopped();
+    };
     QDomDocument document;
     tell(0, tr("Opening template file..."));
     if (!readTemplate(templatePath, document))
         return tr("The template %1 can't be read.").arg(templatePath);
     ReportLayout::translate(document);
-    replaceImages(document, values, tell);
+    tell(PictureStep, tr("Writing images..."));
+    replaceImages(document, values, progress);
     tell(3, tr("Writing fields..."));
     values["REPORTDATESTAMP"].value =
         QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
@@ -237,19 +273,18 @@ QString WordXMLExport::writeReport(const QString &path, FormValues values, const
     replaceFields(document, values);
     ReportLayout::closeUp(document);
     tell(5, tr("Writing document..."));
-    return replaceFile(path, [&document](const QString &unfinished) {
-        return writeDocument(unfinished, document);
-    });
+    const QByteArray text = document.toByteArray(1); // UTF-8
+    tell(6, QString());
+    return replaceFile(
+        path, [&text](const QString &unfinished) { return writeDocument(unfinished, text); });
 }
 
 void WordXMLExport::replaceImages(QDomDocument &document, const FormValues &values,
                                   const Progress &progress)
 {
-    progress(1, tr("Writing images..."));
     const QImage title = values.value(FormFields::TitleImage).image;
     if (!title.isNull())
-        replaceImage("03000003.png", title, document, false);
-    progress(2, QString());
+        replaceImage("03000003.png", title, document, false, progress);
     const QImage logo = loadLogo();
     if (!logo.isNull())
         replaceImage("03000004.png", logo, document, true);
@@ -342,14 +377,14 @@ void WordXMLExport::replaceFieldValue(QDomDocument &document, QDomElement &tag,
 }
 
 void WordXMLExport::replaceImage(const QString &name, const QImage &image, QDomDocument &document,
-                                 bool fitHeight)
+                                 bool fitHeight, const Progress &progress)
 {
     const QString slot = QString("wordml://%1").arg(name);
     const Tags pictures = findElements(document, "w:binData");
     for (const QDomElement &picture : pictures) {
         if (picture.attribute("w:name") != slot)
             continue;
-        picture.firstChild().setNodeValue(encodePng(image));
+        picture.firstChild().setNodeValue(encodePng(image, progress));
         QDomElement shape = picture.nextSiblingElement("v:shape");
         if (!shape.isNull())
             resizeShape(shape, image.size(), fitHeight);

@@ -13,18 +13,19 @@ class WordXMLExport : public QObject
     Q_OBJECT
 
 public:
-    /// Hears how far the writing is, from 0 to 5; the text is empty where it stays.
-    using Progress = std::function<void(int step, const QString &text)>;
+    /// Hears how far the writing is, from 0 to 6; the text is empty where it stays. False stops
+    /// the writing, and from then on it stays false.
+    using Progress = std::function<bool(double step, const QString &text)>;
 
     /// Beside the program.
     static QString getTemplatePath();
 
-    /// The whole export: writes the document under a progress dialog and opens
-    /// it on the desktop. False, and nothing shown, if it couldn't be written.
-    bool saveData(const QString &path, const FormValues &values, QWidget *parent);
+    /// The whole export: writes the document, under a box with Cancel if it takes long, and opens
+    /// it on the desktop. Returns what writeReport() does; what failed is not opened.
+    QString saveData(const QString &path, const FormValues &values, QWidget *parent);
 
-    /// Writes the document and shows nothing. Returns why it failed, in the
-    /// user's words; a former document then stays. Empty after success.
+    /// Writes the document and shows nothing. Returns why it failed or that it was stopped, in
+    /// the user's words; a former document then stays. Empty after success.
     QString writeReport(const QString &path, FormValues values,
                         const Progress &progress = Progress(),
                         const QString &templatePath = getTemplatePath());
@@ -41,9 +42,11 @@ public:
     /// Fits the picture into the template's box, or, with fitHeight, to the
     /// box's height whatever its width.
     void replaceImage(const QString &name, const QImage &image, QDomDocument &document,
-                      bool fitHeight);
+                      bool fitHeight, const Progress &progress = Progress());
 
 private:
+    QString write(const QString &path, FormValues &values, const Progress &progress,
+                  const QString &templatePath);
     void replaceImages(QDomDocument &document, const FormValues &values, const Progress &progress);
     void resizeShape(QDomElement &shape, QSize imageSize, bool fitHeight);
 };

@@ -1,8 +1,8 @@
-#include "output/filereplacement.h"
 #include "output/projectexporter.h"
 #include "output/sheetprinter.h"
 #include "project/databasefile.h"
 #include "shell/application.h"
+#include "support/filereplacement.h"
 #include "support/privatehome.h"
 
 #include <QCommandLineParser>

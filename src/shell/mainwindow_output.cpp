@@ -7,13 +7,13 @@
 #include "shell/mainwindow.h"
 #include "shell/pagesetupdialog.h"
 #include "shell/programsettings.h"
-#include "shell/progressbox.h"
 #include "shell/settings.h"
+#include "support/filereplacement.h"
 #include "support/fonts.h"
 #include "support/pageinfo.h"
+#include "support/progressbox.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPrintDialog>
@@ -37,16 +37,6 @@ void tidyPrintDialog(QPrintDialog *dialog, const QString &proposal)
         if (auto *name = dialog->findChild<QLineEdit *>("filename"))
             name->setText(proposal);
     });
-}
-
-/// What was done, in the user's words.
-QString describePrint(const QPrinter &printer, bool done)
-{
-    if (!done)
-        return MainWindow::tr("Printing failed.");
-    return printer.outputFileName().isEmpty()
-               ? MainWindow::tr("Sent to the printer %1").arg(printer.printerName())
-               : MainWindow::tr("Printed into %1").arg(printer.outputFileName());
 }
 
 } // namespace
@@ -100,15 +90,29 @@ void MainWindow::tellOfExport(const QString &failure, const QString &filename)
 
 void MainWindow::printTo(QPrinter &printer)
 {
-    bool done = false;
-    const auto work = [&](const SheetPrinter::GoOn &goOn) { done = paintPrinter(printer, goOn); };
-    if (doWithProgress(tr("Printing..."), work)) {
-        say(describePrint(printer, done));
-        return;
-    }
-    if (!printer.outputFileName().isEmpty())
-        QFile::remove(printer.outputFileName()); // a part of what was asked for
-    say(tr("The printing was stopped."));
+    const QString file = printer.outputFileName(); // empty for true paper
+    QString outcome;
+    const auto work = [&](const SheetPrinter::GoOn &goOn) {
+        outcome = file.isEmpty() ? printOnPaper(printer, goOn) : printInto(file, printer, goOn);
+    };
+    const bool whole = doWithProgress(tr("Printing..."), work);
+    say(whole ? outcome : tr("The printing was stopped."));
+}
+
+QString MainWindow::printOnPaper(QPrinter &printer, const SheetPrinter::GoOn &goOn)
+{
+    return paintPrinter(printer, goOn) ? tr("Sent to the printer %1").arg(printer.printerName())
+                                       : tr("Printing failed.");
+}
+
+QString MainWindow::printInto(const QString &file, QPrinter &printer,
+                              const SheetPrinter::GoOn &goOn)
+{
+    const QString failure = replaceFile(file, [&](const QString &unfinished) {
+        printer.setOutputFileName(unfinished);
+        return paintPrinter(printer, goOn);
+    });
+    return failure.isEmpty() ? tr("Printed into %1").arg(file) : failure;
 }
 
 bool MainWindow::doWithProgress(const QString &label,
@@ -145,8 +149,8 @@ void MainWindow::onExportFormTriggered()
                                      tr("Microsoft Word XML (*.doc)"), ".doc", Qt::CaseInsensitive);
     if (name.isEmpty())
         return;
-    const bool done = WordXMLExport().saveData(name, desk->collectFormValues(), this);
-    tellOfExport(done ? QString() : tr("The report could not be written to %1").arg(name), name);
+    const FormValues values = desk->collectFormValues();
+    desk->doUndisturbed([&] { tellOfExport(WordXMLExport().saveData(name, values, this), name); });
 }
 
 void MainWindow::saveCurrentPagePNG()

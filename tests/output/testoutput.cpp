@@ -303,11 +303,18 @@ private slots:
     void failedReportLeavesTheFile()
     {
         QDesktopServices::setUrlHandler("", this, "onUrl");
-        QVERIFY(exporter.saveData(path, makeValues("loss=a bridge"), nullptr));
+        FormValues values = makeValues("loss=a bridge");
+        QCOMPARE(exporter.saveData(path, values, nullptr), QString());
         const QByteArray before = readBytes(path);
         QVERIFY(!exporter.writeReport(path, {}, {}, path + "missing.xml").isEmpty());
         QCOMPARE(readBytes(path), before);
-        QVERIFY(!exporter.saveData(path + "/no/folder.doc", {}, nullptr));
+        QVERIFY(!exporter.saveData(path + "/no/folder.doc", {}, nullptr).isEmpty());
+        values["titleImageFile"].image = QImage(64, 64, QImage::Format_RGB32);
+        for (int step = 0; step <= 6; ++step) {
+            const auto goOn = [step](double done, const QString &) { return done < step; };
+            QVERIFY(!exporter.writeReport(path, values, goOn).isEmpty());
+            QCOMPARE(readBytes(path), before);
+        }
         QCOMPARE(urls, QList<QUrl>({QUrl(path)}));
     }
 

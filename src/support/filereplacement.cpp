@@ -1,4 +1,4 @@
-#include "output/filereplacement.h"
+#include "support/filereplacement.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "shell/progressbox.h"
+#include "support/progressbox.h"
 
 namespace
 {
