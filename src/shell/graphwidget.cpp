@@ -1,8 +1,10 @@
 #include "shell/graphwidget.h"
 
+#include "chart/sticky.h"
 #include "sheet/projectscene.h"
 #include "support/rounding.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainterPath>
@@ -147,6 +149,23 @@ bool GraphWidget::event(QEvent *event)
         return true;
     }
     return QGraphicsView::event(event);
+}
+
+// The key for a menu means the selected note, wherever the pointer is; in a text it means the
+// caret.
+void GraphWidget::contextMenuEvent(QContextMenuEvent *event)
+{
+    const QList<Sticky *> notes = projectScene->getSelectedNotes();
+    if (event->reason() != QContextMenuEvent::Keyboard || notes.isEmpty() || scene()->focusItem()) {
+        QGraphicsView::contextMenuEvent(event);
+        return;
+    }
+    ensureVisible(notes.first());
+    const QPoint place = mapFromScene(notes.first()->sceneBoundingRect().center());
+    QContextMenuEvent there(QContextMenuEvent::Keyboard, place, viewport()->mapToGlobal(place),
+                            event->modifiers());
+    QGraphicsView::contextMenuEvent(&there);
+    event->setAccepted(there.isAccepted());
 }
 
 void GraphWidget::leaveEvent(QEvent *event)
