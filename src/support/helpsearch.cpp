@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTextDocument>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -22,6 +23,7 @@ HelpSearch::HelpSearch(QHelpEngine *helpEngine, QWidget *parent)
     field->setPlaceholderText(tr("Words to look for"));
     field->setAccessibleName(tr("Words to look for"));
     field->setClearButtonEnabled(true);
+    field->findChild<QToolButton *>()->setAccessibleName(tr("Clear"));
     answer->setWordWrap(true);
     answer->hide();
     found->setAccessibleName(tr("Pages found"));
