@@ -13,11 +13,13 @@
 #include <QDateTime>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHelpEngine>
 #include <QHelpLink>
 #include <QPaintEngine>
 #include <QPrintPreviewDialog>
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <QSettings>
 #include <QStandardPaths>
@@ -207,6 +209,9 @@ void FormView::onPrintRequested()
 
 void FormView::paint(FormPrinter &printer) const
 {
+    // No box with Cancel: while the page lies on paper, no event may reach it.
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const auto restore = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
     const bool isPreview = printer.paintEngine()->type() == QPaintEngine::Picture;
     printer.setHead(getPaperName(), countPages(printer));
     engine->print(&printer, isPreview ? FormEngine::Preview : FormEngine::Final);
