@@ -102,14 +102,20 @@ QSizeF ProjectScene::getStandardItemSize(int tool)
 
 QPair<Sticky *, Sticky *> ProjectScene::getLossAndLoCNotes() const
 {
-    QPair<Sticky *, Sticky *> found(nullptr, nullptr);
-    for (Sticky *note : getAllNotes()) {
-        if (note->getRoleType() == RoleType::Loss)
-            found.first = note;
-        else if (note->getRoleType() == RoleType::LossOfControl)
-            found.second = note;
+    QList<ProjectItem *> losses, lossesOfControl;
+    for (ProjectItem *item : itemIndex) {
+        const auto *note = qobject_cast<Sticky *>(item);
+        if (note && note->getRoleType() == RoleType::Loss)
+            losses.append(item);
+        else if (note && note->getRoleType() == RoleType::LossOfControl)
+            lossesOfControl.append(item);
     }
-    return found;
+    // Each new factor asks, so the slow walk by stacking order is for the rare case of several.
+    const auto getLowest = [this](const QList<ProjectItem *> &notes) {
+        const auto lowest = notes.size() < 2 ? notes : sortBottomFirst(notes);
+        return static_cast<Sticky *>(lowest.value(0));
+    };
+    return {getLowest(losses), getLowest(lossesOfControl)};
 }
 
 QList<Sticky *> ProjectScene::getAllCausalFactors() const

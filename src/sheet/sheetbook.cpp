@@ -292,8 +292,10 @@ void SheetBook::bringBack(Sticky *factor)
 void SheetBook::takeFreeNumber(Sticky *factor)
 {
     const int number = factor->getCausalFactorNumber();
-    for (const Sticky *other : mainSheet->getAllCausalFactors()) {
-        if (other == factor || other->getCausalFactorNumber() != number)
+    for (ProjectItem *item : mainSheet->getItemsUnsorted()) {
+        const auto *other = qobject_cast<Sticky *>(item);
+        if (!other || other == factor || other->getRoleType() != RoleType::CausalFactor ||
+            other->getCausalFactorNumber() != number)
             continue;
         if (factor->getSiblings().contains(getTextField(number)))
             factor->removeSibling(getTextField(number));

@@ -42,7 +42,8 @@ Sticky *getOnlySelectedNote(const ProjectScene *scene)
 
 void announceSelection(const ProjectScene *scene)
 {
-    Sticky *note = getOnlySelectedNote(scene);
+    // The selection grows item by item, and a look at all of it for each takes long.
+    Sticky *note = QAccessible::isActive() ? getOnlySelectedNote(scene) : nullptr;
     if (!note)
         return;
     QAccessibleEvent event(note, QAccessible::Focus);
