@@ -119,6 +119,9 @@ public:
     /// Whether the key must go to the note under edit rather than to a shortcut.
     bool handleEditingCommand(QKeyEvent *event) const;
     void hideHighlightItem();
+    /// Whether the key would change the chart or its selection under a drag or a line that is
+    /// being drawn, which then would take others along or miss a step.
+    bool disturbsDrag(const QKeyEvent *event) const;
     /// The line being drawn goes; nothing when there is none.
     void giveUpLine();
     /// What the mouse drags goes back to where it was; nothing when it drags nothing.

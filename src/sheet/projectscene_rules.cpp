@@ -309,6 +309,13 @@ bool ProjectScene::handleEditingCommand(QKeyEvent *event) const
                        [event](auto command) { return event->matches(command); });
 }
 
+bool ProjectScene::disturbsDrag(const QKeyEvent *event) const
+{
+    static const QSet<int> keys = {Qt::Key_A, Qt::Key_D, Qt::Key_V, Qt::Key_Y, Qt::Key_Z};
+    return (mouseGrabberItem() || newLine) && event->modifiers() & Qt::ControlModifier &&
+           keys.contains(event->key());
+}
+
 void ProjectScene::onSelectionChanged()
 {
     restingBound.reset();

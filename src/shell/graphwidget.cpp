@@ -143,10 +143,12 @@ bool GraphWidget::event(QEvent *event)
         if ((back || key->key() == Qt::Key_Tab) && !other && projectScene->walkNotes(!back))
             return true;
     }
-    if (event->type() == QEvent::ShortcutOverride &&
-        projectScene->handleEditingCommand(static_cast<QKeyEvent *>(event))) {
-        event->accept();
-        return true;
+    if (event->type() == QEvent::ShortcutOverride) {
+        auto *key = static_cast<QKeyEvent *>(event);
+        if (projectScene->handleEditingCommand(key) || projectScene->disturbsDrag(key)) {
+            event->accept();
+            return true;
+        }
     }
     return QGraphicsView::event(event);
 }

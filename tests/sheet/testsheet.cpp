@@ -339,6 +339,10 @@ private slots:
         QCOMPARE(editing, QList<QVariantList>({{true}, {true}, {false}}));
         QCOMPARE(note->getText(), QString("Pump ran dry"));
         QCOMPARE(note->pos(), QPointF(100, 200));
+        sheet->press(QPointF(340, 240));
+        QVERIFY(scene->disturbsDrag(&undo) && !scene->disturbsDrag(&save));
+        sheet->release(QPointF(340, 240));
+        QVERIFY(!scene->disturbsDrag(&undo));
     }
 
     /// In one step.
