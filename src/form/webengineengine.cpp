@@ -23,7 +23,8 @@
 namespace
 {
 
-constexpr int LoadTime = 20000;      // milliseconds, like the next four
+constexpr int PaintTime = 100; // milliseconds, like the next five
+constexpr int LoadTime = 20000;
 constexpr int FailedLoadTime = 2000; // a load that a second one cut short fails too
 constexpr int SettleTime = 2000;
 constexpr int PrintTime = 120000;
@@ -58,24 +59,34 @@ FormEngine *FormEngine::create(QHelpEngine *helpEngine, const QUrl &address, For
 
 WebEngineEngine::WebEngineEngine(QHelpEngine *helpEngine, const QUrl &address, FormModel *model,
                                  FormBridge *bridge, QWidget *parent)
-    : FormEngine(parent), address(address), model(model), bridge(bridge),
-      profile(makeOfflineProfile(this)), stack(new QStackedWidget(parent)),
-      view(new QWebEngineView(stack)), text(new FormText(stack))
+    : FormEngine(parent), helpEngine(helpEngine), address(address), model(model), bridge(bridge),
+      stack(new QStackedWidget(parent)), text(new FormText(stack))
 {
-    profile->setUrlRequestInterceptor(new FormGuard(profile));
-    profile->installUrlSchemeHandler(HelpSchemeHandler::Scheme,
-                                     new HelpSchemeHandler(helpEngine, profile));
-    view->setContextMenuPolicy(Qt::PreventContextMenu);
-    stack->addWidget(view);
+    stack->addWidget(new QWidget); // blank until there is a page
     stack->addWidget(text);
-    stack->setFocusProxy(view);
-    connect(qApp, &QApplication::focusChanged, this, &WebEngineEngine::onFocusChanged);
     loading.setSingleShot(true);
     connect(&loading, &QTimer::timeout, this, &WebEngineEngine::onLoadFailed);
     connect(text, &FormText::retryRequested, this, [this] {
         deaths.clear();
         startPage();
     });
+    // The event loop turns for the first time when the window has been shown.
+    QTimer::singleShot(0, this,
+                       [this] { QTimer::singleShot(PaintTime, this, &WebEngineEngine::start); });
+}
+
+/// The engine needs a third of a second to begin with, for which no window should wait.
+void WebEngineEngine::start()
+{
+    profile = makeOfflineProfile(this);
+    profile->setUrlRequestInterceptor(new FormGuard(profile));
+    profile->installUrlSchemeHandler(HelpSchemeHandler::Scheme,
+                                     new HelpSchemeHandler(helpEngine, profile));
+    view = new QWebEngineView(stack);
+    view->setContextMenuPolicy(Qt::PreventContextMenu);
+    stack->addWidget(view);
+    stack->setFocusProxy(view);
+    connect(qApp, &QApplication::focusChanged, this, &WebEngineEngine::onFocusChanged);
     startPage();
 }
 
@@ -350,7 +361,7 @@ void WebEngineEngine::addOnChangeHandlers()
 void WebEngineEngine::reload()
 {
     picture.clear();
-    if (loading.isActive())
+    if (!view || loading.isActive())
         return; // the one on its way is empty as well
     const bool hadFocus = hasFocus();
     startPage();

@@ -52,6 +52,7 @@ signals:
     void pageGone();
 
 private:
+    void start();
     void startPage();
     void onPageDied();
     void onUrlChanged(const QUrl &url);
@@ -73,13 +74,14 @@ private:
     void restore();
     void sendKey(int key);
 
+    QHelpEngine *helpEngine; // not owned
     QUrl address;
-    FormModel *model;   // not owned
-    FormBridge *bridge; // not owned
-    QWebEngineProfile *profile;
-    QStackedWidget *stack; // of the parent widget, goes with the engine; holds the next two
-    QWebEngineView *view;
+    FormModel *model;      // not owned
+    FormBridge *bridge;    // not owned
+    QStackedWidget *stack; // of the parent widget, goes with the engine; holds text and view
     FormText *text;
+    QWebEngineProfile *profile = nullptr; // from the start on, as the view is
+    QWebEngineView *view = nullptr;
     WebEnginePage *page = nullptr; // goes before its profile
     QPointer<QWidget> focusTaker;  // got the focus from a view that went
     QTimer loading;                // until the page counts as one that never loads
