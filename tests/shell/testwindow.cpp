@@ -17,6 +17,7 @@
 #include <QTabBar>
 #include <QToolBar>
 #include <QUndoGroup>
+#include <QWheelEvent>
 
 /// The window, its commands and the sheets of its factors. All tests share one window, emptied
 /// before each.
@@ -151,6 +152,11 @@ private slots:
         w.window.onRoleItemTriggered(&condition);
         QCOMPARE(note->getRoleType(), QString("Condition"));
         QCOMPARE(roleBox()->currentData().toString(), QString("Condition"));
+        QWheelEvent passing(QPointF(9, 9), roleBox()->mapToGlobal(QPoint(9, 9)), QPoint(),
+                            QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                            false);
+        QApplication::sendEvent(roleBox(), &passing);
+        QCOMPARE(note->getRoleType(), QString("Condition"));
     }
 
     void tabsSwitchStacksPaletteAndZoom()
