@@ -205,9 +205,15 @@ const formView = Object.freeze({
 Object.defineProperty(window, "formView", { value: formView });
 Object.defineProperty(window, "takeFromProgram", { value: take });
 
-// The program sends such a key behind all that was typed, and waits for the answer.
+// The program sends such a key behind all that was typed, and waits for the answer. The page, which
+// brings the focus into view on a key, hears neither its press nor its release.
+const isAsking = event => /^F(1[3-9]|2[0-4])$/.test(event.key);
+window.addEventListener("keyup", event => {
+    if (isAsking(event))
+        event.stopImmediatePropagation();
+}, true);
 window.addEventListener("keydown", event => {
-    if (!/^F(1[3-9]|2[0-4])$/.test(event.key))
+    if (!isAsking(event))
         return;
     event.preventDefault();
     event.stopImmediatePropagation();
