@@ -357,13 +357,14 @@ void MainWindow::saveProject(bool chooseNewName, bool autoSave)
     desk->saveProject(chooseNewName, autoSave);
 }
 
-void MainWindow::onCurrentTabChanged(int tabIndex)
+void MainWindow::onCurrentTabChanged(int)
 {
     qCDebug(shellLog) << "current tab changed";
     formView->settle();
     currentScene->finishEditing();
     currentScene->clearSelection();
-    QWidget *tab = tabWidget->widget(tabIndex);
+    // To settle turns the event loop: a later change of the tab may be done by now.
+    QWidget *tab = tabWidget->currentWidget();
     commands->setSheetShown(tab != formView);
     if (auto *view = qobject_cast<GraphWidget *>(tab)) {
         currentScene = view->getProjectScene();
