@@ -17,20 +17,24 @@
 #include "support/helpbrowser.h"
 #include "support/log.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QEventLoop>
 #include <QFileOpenEvent>
 #include <QMenu>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QTabBar>
+#include <QTimer>
 #include <QUndoGroup>
 
 namespace
 {
 
-constexpr int LongestTip = 500; // characters
-constexpr int PlaceMargin = 80; // pixels between a place that is shown and the view's edge, if
-                                // there is room
+constexpr int LongestTip = 500;  // characters
+constexpr int LongestWait = 500; // milliseconds, for a desktop without a window manager
+constexpr int PlaceMargin = 80;  // pixels between a place that is shown and the view's edge, if
+                                 // there is room
 // What the settings call them; a factor's tab goes by the factor's GUID.
 constexpr char FormTab[] = "form";
 constexpr char ChartTab[] = "chart";
@@ -96,6 +100,22 @@ void MainWindow::loadFullInterface()
     zoomWidget->setZoom(WindowMemory::getZoom());
     mainView->setZoomScale(zoomWidget->getZoom());
     interfaceLoaded = true;
+    awaitFocus();
+}
+
+/// A box that comes before the desktop gives the window the keys takes the news from it: when the
+/// box has gone, no shortcut works.
+void MainWindow::awaitFocus()
+{
+    QEventLoop waiting;
+    const auto look = [&] {
+        if (isActiveWindow())
+            waiting.quit();
+    };
+    connect(qApp, &QGuiApplication::focusWindowChanged, &waiting, look, Qt::QueuedConnection);
+    QTimer::singleShot(LongestWait, &waiting, &QEventLoop::quit);
+    if (!isActiveWindow())
+        waiting.exec(QEventLoop::ExcludeUserInputEvents);
 }
 
 void MainWindow::createProjectObjects()

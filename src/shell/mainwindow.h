@@ -137,6 +137,7 @@ private:
     void describeTab(int index);
     void giveKeysTo(QWidget *tab);
     void createFindBar();
+    void awaitFocus();
     /// Brings an item into view and selects it; null for the sheet as such.
     void showPlace(ProjectScene *sheet, ProjectItem *item);
     void connectCommands();
