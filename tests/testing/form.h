@@ -40,9 +40,11 @@ struct Form {
         view.show();
     }
 
-    bool waitUntilLoaded() const
+    bool waitUntilLoaded()
     {
-        return QTest::qWaitFor([this] { return view.isReady(); }, 30000);
+        const bool loaded = QTest::qWaitFor([this] { return view.isReady(); }, 30000);
+        web = view.findChild<WebView *>();
+        return loaded;
     }
 
     QVariant run(const QString &script)
@@ -91,7 +93,7 @@ struct Form {
     bool filesCopied = (copySupportFiles(), true);
     QUndoGroup group;
     FormView view{&group};
-    WebView *web = view.findChild<WebView *>();
+    WebView *web = nullptr; // of a loaded page
 };
 
 inline FormValue formValue(const QString &text, const QImage &image = QImage())
