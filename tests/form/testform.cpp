@@ -95,6 +95,7 @@ private slots:
         early.view.addCausalFactor(OtherGuid, 2, "moved");
         early.view.removeCausalFactor(1);
         early.view.changeCausalFactorNumber(OtherGuid, 2, 6, QString());
+        QVERIFY(early.waitUntilLoaded());
         QTRY_VERIFY(early.is("byId('loss').value === 'a ship'"));
         QCOMPARE(early.view.getCausalFactorRow(6).mid(0, 2), QStringList({OtherGuid, "moved"}));
         QCOMPARE(early.getRows(), QString("causalFactor-6"));
