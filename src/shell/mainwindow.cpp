@@ -27,6 +27,7 @@
 #include <QTabBar>
 #include <QTimer>
 #include <QUndoGroup>
+#include <QWindow>
 
 namespace
 {
