@@ -89,8 +89,10 @@ bool ProjectFile::readFile(const QString &filename)
     if (ProjectReader(db).readItemCount(itemCount) != ProjectReader::Done)
         return refuse(db, tr(NoItems));
     SaveProgressDialog progress(tr("Opening file..."), itemCount, host->getDialogParent());
-    progress.show();
-    QCoreApplication::processEvents();
+    if (host->getDialogParent()) { // without a window nobody looks
+        progress.show();
+        QCoreApplication::processEvents();
+    }
     ProjectContent content;
     if (!readContent(db, content, progress))
         return false;
