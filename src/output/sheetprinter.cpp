@@ -158,19 +158,15 @@ int SheetPrinter::paintScene(ProjectScene *scene, QPainter &painter, QPrinter &p
     scene->dressForPaper(isDecorated());
     const auto restore = qScopeGuard([scene] { scene->setRenderBackground(true, true, true); });
     const QRectF target = getTarget(printer);
-    for (int row = 0; row < verticalPages; ++row) {
-        for (int column = 0; column < horizontalPages; ++column) {
-            const QRectF source(QPointF(column * target.width(), row * target.height()),
-                                target.size());
-            if (!scene->pageContainsItems(source))
-                continue;
-            if (goOn && !goOn(row * horizontalPages + column))
-                return begun;
-            scene->render(&painter, target, source, Qt::KeepAspectRatio);
-            if (row < verticalPages - 1 || column < horizontalPages - 1) {
-                printer.newPage();
-                ++begun;
-            }
+    for (const auto &[row, column] :
+         scene->getFilledPages(target.size(), verticalPages, horizontalPages)) {
+        if (goOn && !goOn(row * horizontalPages + column))
+            return begun;
+        const QPointF corner(column * target.width(), row * target.height());
+        scene->render(&painter, target, QRectF(corner, target.size()), Qt::KeepAspectRatio);
+        if (row < verticalPages - 1 || column < horizontalPages - 1) {
+            printer.newPage();
+            ++begun;
         }
     }
     return begun;

@@ -65,5 +65,5 @@ void addInfoBox(ProjectScene *sheet)
 {
     auto *box = new InfoItem;
     box->setPos(InfoPosition);
-    sheet->addItem(box);
+    sheet->setInfoBox(box);
 }

@@ -218,6 +218,7 @@ void ProjectScene::deleteItems()
     }
     QGraphicsScene::clear();
     headerItem = nullptr;
+    infoBox = nullptr;
     highlightItem = nullptr;
 }
 

@@ -12,11 +12,14 @@
 #include <QUndoStack>
 
 #include <optional>
+#include <set>
+#include <utility>
 
 class BoxItem;
 class FooterItem;
 class FormView;
 class HeaderItem;
+class InfoItem;
 class ProjectFile;
 class QMimeData;
 class QUndoGroup;
@@ -29,6 +32,7 @@ class ProjectScene : public QGraphicsScene, public ChartSheet
 
 public:
     static constexpr int MaximumPages = 1000; ///< in each direction
+    using PagePlace = std::pair<int, int>;    ///< row and column, from 0
 
     /// `pageSize` is one page in scene units. The stack of the sheet joins `group`.
     /// Without a project file nothing turns dirty, without a form nothing follows it.
@@ -51,8 +55,12 @@ public:
     /// The page rectangle; `p` is not clamped to the sheet.
     QRectF getPageBoundsAtPoint(const QPointF &p) const;
     bool pageContainsItems(const QRectF &page) const;
+    /// Of a grid of pages of this size from (0,0), those that contain items.
+    std::set<PagePlace> getFilledPages(const QSizeF &page, int rows, int columns) const;
     /// From (0,0) to the farthest right and bottom of what a project saves.
     QRectF projectItemsBoundingRect() const;
+    /// Takes the box that tells what the sheet is for.
+    void setInfoBox(InfoItem *box);
     /// Page by page; pages beyond any that is printed have none.
     QList<FooterItem *> getFooters() const;
 
@@ -271,6 +279,7 @@ private:
     std::optional<QRectF> restingBound; // of what a drag leaves alone; known while one goes on
     QList<ProjectItem *> movingItems;   // the others; valid with the bound
     HeaderItem *headerItem = nullptr;   // main sheet only
+    InfoItem *infoBox = nullptr;        // secondary sheets only
     QPointF lastContextMenuPos;
 
     QMultiHash<QString, ProjectItem *> itemIndex; // by GUID, of items on the sheet

@@ -2,6 +2,7 @@
 #include "project/projectfile.h"
 #include "sheet/footeritem.h"
 #include "sheet/headeritem.h"
+#include "sheet/infoitem.h"
 #include "sheet/projectscene.h"
 #include "support/pageinfo.h"
 #include "support/projectsettings.h"
@@ -33,6 +34,12 @@ int countPages(qreal length, int page)
 {
     const float pages = std::ceil(float(length) / float(page));
     return int(qBound(1.0f, pages, float(ProjectScene::MaximumPages)));
+}
+
+/// The row or column of pages at this place, within those that there are.
+int getPageOf(qreal place, qreal page, int pages)
+{
+    return int(qBound(0.0, std::floor(place / page), pages - 1.0));
 }
 
 /// Whether a drag of the selection moves the item: also a line that hangs on it.
@@ -73,6 +80,26 @@ bool ProjectScene::pageContainsItems(const QRectF &page) const
     });
 }
 
+std::set<ProjectScene::PagePlace> ProjectScene::getFilledPages(const QSizeF &page, int rows,
+                                                               int columns) const
+{
+    std::set<PagePlace> filled;
+    for (const ProjectItem *item : itemIndex) {
+        const QRectF extent = getExtent(item);
+        const int lastRow = getPageOf(extent.bottom(), page.height(), rows);
+        const int lastColumn = getPageOf(extent.right(), page.width(), columns);
+        for (int row = getPageOf(extent.top(), page.height(), rows); row <= lastRow; ++row) {
+            for (int column = getPageOf(extent.left(), page.width(), columns); column <= lastColumn;
+                 ++column) {
+                const QPointF corner(column * page.width(), row * page.height());
+                if (extent.intersects(QRectF(corner, page)))
+                    filled.insert({row, column});
+            }
+        }
+    }
+    return filled;
+}
+
 QRectF ProjectScene::projectItemsBoundingRect() const
 {
     QRectF bound(0, 0, 0, 0);
@@ -107,6 +134,12 @@ QList<FooterItem *> ProjectScene::getFooters() const
     for (const QList<FooterItem *> &row : footerItems)
         footers += row;
     return footers;
+}
+
+void ProjectScene::setInfoBox(InfoItem *box)
+{
+    infoBox = box;
+    addItem(box);
 }
 
 void ProjectScene::setRenderBackground(bool render, bool showFooters, bool showHeader)
@@ -160,14 +193,12 @@ void ProjectScene::dress(bool background, bool footers, bool header)
     const bool hasHeader = ProjectSettings().shows(ProjectSettings::Header);
     if (!background)
         clearEdgeMarks();
-    for (QGraphicsItem *item : items()) {
-        if (item->type() == ProjectItem::InfoType)
-            item->setVisible(background);
-        else if (item->type() == ProjectItem::FooterType)
-            item->setVisible(footers);
-        else if (item == headerItem)
-            item->setVisible(header && hasHeader);
-    }
+    if (infoBox)
+        infoBox->setVisible(background);
+    for (FooterItem *footer : getFooters())
+        footer->setVisible(footers);
+    if (headerItem)
+        headerItem->setVisible(header && hasHeader);
 }
 
 void ProjectScene::fitPages(const QRectF &bound)

@@ -459,7 +459,7 @@ private slots:
     {
         makeSheet(QSize(390, 290));
         auto *box = new InfoItem;
-        scene->addItem(box);
+        scene->setInfoBox(box);
         QGraphicsItem *header = getItems(HeaderItem::Type).value(0);
         sheet->addNote(QRectF(420, 320, 120, 80));
         QList<FooterItem *> footers = scene->getFooters();
