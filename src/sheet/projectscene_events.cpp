@@ -205,7 +205,8 @@ void ProjectScene::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
     Sticky *note = getNoteAt(event->scenePos());
     // A line under way ends here even if the tool has changed meanwhile.
     if (newLine) {
-        finishLine(note);
+        if (event->button() == Qt::LeftButton)
+            finishLine(note);
         event->accept();
         return;
     }

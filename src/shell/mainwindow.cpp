@@ -189,6 +189,7 @@ void MainWindow::showPlace(ProjectScene *sheet, ProjectItem *item)
     GraphWidget *view = getView(sheet);
     if (!view)
         return;
+    currentScene->finishEditing();
     tabWidget->setCurrentWidget(view);
     // Queued like the change of the tab, which takes a selection away and has yet to give the view
     // its size.

@@ -140,6 +140,7 @@ private slots:
         for (bool deleted : {true, false}) { // or the tool changes under way
             sheet->press(QPointF(100, 400));
             const QPointer<Line> line = scene->getSelectedLines().first();
+            sheet->release(QPointF(100, 400), Qt::RightButton); // the left one holds it still
             if (deleted)
                 scene->deleteSelectedItems();
             sheet->move(QPointF(203, 403));

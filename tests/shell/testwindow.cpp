@@ -336,6 +336,11 @@ private slots:
         QTRY_COMPARE(w.chart()->selectedItems(), QList<QGraphicsItem *>({below}));
         QVERIFY(w.view()->viewport()->rect().contains(
             w.view()->mapFromScene(below->sceneBoundingRect()).boundingRect()));
+        QTest::mouseDClick(w.view()->viewport(), Qt::LeftButton, Qt::NoModifier,
+                           w.view()->mapFromScene(below->sceneBoundingRect().center()));
+        QVERIFY(below->isEditing());
+        w.action("Find Previous")->trigger();
+        QVERIFY(!below->isEditing());
         below->setText("blue");
         below->setSelected(false);
         w.view()->centerOn(0, 0);
@@ -343,7 +348,7 @@ private slots:
         QTest::keyClick(edit, Qt::Key_Escape);
         QVERIFY(!edit->isVisible());
         QCOMPARE(w.window.focusWidget(), w.view());
-        QCOMPARE(w.chart()->getUndoStack()->count(), steps);
+        QCOMPARE(w.chart()->getUndoStack()->count(), steps + 1); // of the edit
     }
 
     void chartCheckLeadsToEachPlace()
