@@ -5,6 +5,7 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QFileInfo>
 #include <QFontInfo>
 #include <QHelpEngine>
 #include <QMimeDatabase>
@@ -42,6 +43,10 @@ const char NoNetwork[] = " --proxy-server=socks5://none --proxy-bypass-list=<-lo
                          " --host-resolver-rules=\"MAP * ~NOTFOUND\""
                          " --force-webrtc-ip-handling-policy=disable_non_proxied_udp";
 
+/// Where it can't be written to, as in a bare container, the engine ends the whole program.
+const char SharedMemory[] = "/dev/shm";
+const char NoSharedMemory[] = " --disable-dev-shm-usage"; // but files in the folder for them
+
 QWebEngineScript makeAdapter()
 {
     QFile file(":/form/webengine_adapter.js");
@@ -61,7 +66,8 @@ QWebEngineProfile *makeOfflineProfile(QObject *parent)
 {
     const char variable[] = "QTWEBENGINE_CHROMIUM_FLAGS"; // the engine reads it once
     const QByteArray own = qgetenv(variable);
-    qputenv(variable, own + NoNetwork);
+    qputenv(variable,
+            own + NoNetwork + (QFileInfo(SharedMemory).isWritable() ? "" : NoSharedMemory));
     auto *profile = new QWebEngineProfile(parent);
     // What the program opens, as a browser, may have the same engine.
     if (own.isEmpty())
