@@ -4,7 +4,9 @@
 #include "form/formbridge.h"
 #include "form/formmodel.h"
 #include "form/formtext.h"
+#include "form/paperpages.h"
 #include "form/webenginepage.h"
+#include "support/filereplacement.h"
 #include "support/log.h"
 
 #include <QApplication>
@@ -14,11 +16,17 @@
 #include <QJsonObject>
 #include <QKeyEvent>
 #include <QMap>
+#include <QMessageBox>
+#include <QPageLayout>
+#include <QPainter>
 #include <QPrinter>
 #include <QScopedValueRollback>
 #include <QStackedWidget>
+#include <QTemporaryDir>
 #include <QWebEngineProfile>
 #include <QWebEngineView>
+
+#include <memory>
 
 namespace
 {
@@ -481,6 +489,10 @@ void WebEngineEngine::print(QPrinter *printer, Quality quality)
 {
     if (!pageIsUp)
         return;
+    if (quality == Final && printer->outputFormat() == QPrinter::PdfFormat) {
+        printToFile(printer);
+        return;
+    }
     QEventLoop waiting;
     connect(view, &QWebEngineView::printFinished, &waiting, &QEventLoop::quit);
     connect(this, &WebEngineEngine::pageGone, &waiting, &QEventLoop::quit);
@@ -489,4 +501,46 @@ void WebEngineEngine::print(QPrinter *printer, Quality quality)
     printer->setResolution(resolutions[quality]);
     view->print(printer);
     waiting.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
+/// Empty if the page didn't answer.
+QByteArray WebEngineEngine::makePdf(const QPageLayout &paper)
+{
+    QEventLoop waiting;
+    connect(this, &WebEngineEngine::pageGone, &waiting, &QEventLoop::quit);
+    QTimer::singleShot(PrintTime, &waiting, &QEventLoop::quit);
+    const auto document = std::make_shared<QByteArray>(); // the answer may come when nobody waits
+    page->printToPdf(
+        [document, waiter = QPointer<QEventLoop>(&waiting)](const QByteArray &pdf) {
+            *document = pdf;
+            if (waiter)
+                waiter->quit();
+        },
+        paper);
+    waiting.exec(QEventLoop::ExcludeUserInputEvents);
+    return *document;
+}
+
+/// The engine paints dots, but it writes letters and lines; the printer adds the heads.
+void WebEngineEngine::printToFile(QPrinter *printer)
+{
+    const QString target = printer->outputFileName();
+    const QByteArray document = makePdf(printer->pageLayout());
+    const QTemporaryDir folder;
+    printer->setOutputFileName(folder.filePath("heads.pdf"));
+    QPainter painter(printer);
+    for (int pages = countPdfPages(document); pages > 1; --pages)
+        printer->newPage();
+    painter.end();
+    QFile heads(printer->outputFileName());
+    printer->setOutputFileName(target);
+    const QByteArray whole =
+        heads.open(QIODevice::ReadOnly) ? layOver(document, heads.readAll()) : QByteArray();
+    const QString error = replaceFile(target, [&whole](const QString &path) {
+        QFile file(path);
+        return !whole.isEmpty() && file.open(QIODevice::WriteOnly) &&
+               file.write(whole) == whole.size() && file.flush();
+    });
+    if (!error.isEmpty())
+        QMessageBox::warning(stack->window(), tr("Print"), error);
 }

@@ -10,6 +10,7 @@
 class FormText;
 class QJsonArray;
 class QJsonValue;
+class QPageLayout;
 class QStackedWidget;
 class QWebEngineProfile;
 class QWebEngineView;
@@ -73,6 +74,8 @@ private:
     void chooseImage();
     void restore();
     void sendKey(int key);
+    QByteArray makePdf(const QPageLayout &paper);
+    void printToFile(QPrinter *printer);
 
     QHelpEngine *helpEngine; // not owned
     QUrl address;
