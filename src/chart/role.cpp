@@ -24,6 +24,8 @@ QIcon makeRoleIcon(const RoleInfo &info)
 {
     QPixmap pixmap = makeIconGround(16);
     QPainter painter(&pixmap);
+    painter.setPen(QPen(Qt::white, 3)); // or the outline would vanish on a dark ground
+    info.drawShape(&painter);
     info.drawIcon(&painter);
     return QIcon(pixmap);
 }
@@ -32,11 +34,15 @@ QIcon makeRoleIcon(const RoleInfo &info)
 
 void RoleInfo::drawIcon(QPainter *painter) const
 {
-    const QRectF box(1, 1, 13, 13);
     painter->setPen(pen);
     painter->setBrush(brush);
     painter->setRenderHint(QPainter::Antialiasing, shape != Rectangle);
+    drawShape(painter);
+}
 
+void RoleInfo::drawShape(QPainter *painter) const
+{
+    const QRectF box(1, 1, 13, 13);
     switch (shape) {
     case Oval:
         painter->drawRoundedRect(box, 75, 75, Qt::RelativeSize);

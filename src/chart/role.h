@@ -27,6 +27,8 @@ struct RoleInfo {
     /// What the icon shows, from (0,0) to (16,16), in strokes that stay sharp on paper. Leaves pen,
     /// brush and smoothing changed.
     void drawIcon(QPainter *painter) const;
+    /// The same in the painter's own pen, brush and smoothing.
+    void drawShape(QPainter *painter) const;
 
     QPen pen = QPen(Qt::black);
     QBrush brush = QBrush(Qt::white);
