@@ -53,6 +53,7 @@ WebKitEngine::WebKitEngine(QHelpEngine *helpEngine, const QUrl &address, FormBri
     : FormEngine(parent), bridge(bridge), webView(new QWebView(parent))
 {
     webView->setContextMenuPolicy(Qt::PreventContextMenu);
+    webView->setFocusPolicy(Qt::StrongFocus); // the wheel leaves the focus where it is
     webView->setPage(new FormPage(helpEngine, address, webView));
     // Its own key for that is Ctrl+Shift+Z alone.
     auto *redo = new QShortcut(QKeySequence("Ctrl+Y"), webView);
