@@ -247,6 +247,7 @@ void MainWindow::connectSheet(ProjectScene *sheet, GraphWidget *view)
 void MainWindow::clearInterface()
 {
     book->clear();
+    mainView->centerOn(0, 0); // where the next chart begins
     formView->clearForm();
     desk->forgetChanges();
 }
