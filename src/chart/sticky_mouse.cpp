@@ -92,14 +92,15 @@ void Sticky::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)
         return;
     if (resizeGrip->contains(event->scenePos()) == LowerHandle) {
         growToText();
-        if (scene() && scene()->mouseGrabberItem() == this)
-            ungrabMouse(); // what follows up to the release is no drag
+        letMouseGo();
     } else if (event->modifiers() & Qt::ControlModifier && isParentItem()) {
         emit followed(this);
     } else if (isPictureAt(event->pos())) {
+        letMouseGo();
         ImagePreviewDialog dialog(nullptr, info.image);
         dialog.exec();
     } else if (isCircleAt(event->pos())) {
+        letMouseGo();
         if (sheet->getOwnerGUID().isEmpty())
             emit requestCausalFactorNumberChange(this);
     } else if (editing) {
@@ -107,6 +108,14 @@ void Sticky::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)
     } else {
         beginEditing();
     }
+}
+
+/// What follows up to the release is no drag, and a dialog may take that.
+void Sticky::letMouseGo()
+{
+    QGraphicsItem *holder = scene() ? scene()->mouseGrabberItem() : nullptr;
+    if (holder == this || isAncestorOf(holder)) // a child under the mouse holds it in its name
+        holder->ungrabMouse();
 }
 
 bool Sticky::isPictureAt(const QPointF &p) const

@@ -313,7 +313,9 @@ private slots:
         note->setRoleType("Causal_Factor");
         QCOMPARE(note->getCausalFactorNumber(), 4);
         DialogAnswer answer(numberChoice(9));
-        sheet->doubleClick(QPointF(176, 103)); // on its circle
+        connect(note, &Sticky::requestCausalFactorNumberChange, note,
+                [this] { QVERIFY(!note->scene()->mouseGrabberItem()); }); // keys work again
+        sheet->doubleClick(QPointF(176, 103));                            // on its circle
         QTRY_COMPARE(note->getCausalFactorNumber(), 9);
         for (const QString id : {"causalFactor_text_9", "causalFactor_text_2", "{b}"})
             note->addSibling(id);
