@@ -198,6 +198,7 @@ void FormView::onPrintRequested()
     if (!isReady())
         return;
     FormPrinter printer;
+    printer.setDocName(getFieldValue("incidentTitle").simplified().replace('/', '-')); // and file's
     printer.setPageMargins(PaperMargins, QPageLayout::Millimeter);
     QPrintPreviewDialog dialog(&printer, this);
     dialog.resize(window()->size()); // a page can be read, and no button is left out
