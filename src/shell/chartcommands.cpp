@@ -21,6 +21,7 @@
 #include <QMenu>
 #include <QSettings>
 #include <QToolBar>
+#include <QUndoGroup>
 
 #include <algorithm>
 
@@ -49,6 +50,8 @@ ChartCommands::ChartCommands(QMainWindow *window, SheetBook *book, ProjectScene 
     createToolbars();
     createMenus();
     showToolbarMore(window);
+    connect(undoGroup, &QUndoGroup::indexChanged, this, // a step may have changed what is selected
+            [this] { showSelection(sheet()->selectedItems()); });
 }
 
 ChartCommands::~ChartCommands() = default;
