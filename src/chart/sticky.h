@@ -77,6 +77,8 @@ public:
     /// Hands the text to every sibling note and form field.
     void setSiblingText();
     void finishEditing();
+    /// Tells of what has been typed so far as finishEditing() does, and the editing goes on.
+    void commitEditing();
 
     /// The delete command tells the note that it came back to or left its sheet.
     void notifySceneAddition();

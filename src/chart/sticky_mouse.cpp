@@ -16,6 +16,8 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
+#include <utility>
+
 namespace
 {
 
@@ -169,6 +171,13 @@ void Sticky::finishEditing()
     disconnect(noteText->document()->documentLayout(), nullptr, this, nullptr);
     noteText->setEditable(false);
     setSiblingText();
+}
+
+void Sticky::commitEditing()
+{
+    emit textEdited(this, std::exchange(textBeforeEdit, getText()), getText());
+    setSiblingText();
+    noteText->document()->setModified(false);
 }
 
 void Sticky::hoverMoveEvent(QGraphicsSceneHoverEvent *event)

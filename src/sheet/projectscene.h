@@ -122,6 +122,8 @@ public:
     /// For what no undo step tells of: undoing others doesn't make the project look clean.
     void markDirty();
     void finishEditing();
+    /// What is being typed becomes an undo step of its own, and the editing goes on.
+    void commitEditing();
     /// What is being typed reaches twins and form, and the editing goes on.
     void shareEditedText();
     /// Whether the key must go to the note under edit rather than to a shortcut.

@@ -291,6 +291,14 @@ void ProjectScene::finishEditing()
     emit textEditingChanged(false);
 }
 
+void ProjectScene::commitEditing()
+{
+    if (!editingNote)
+        return;
+    editingNote->commitEditing();
+    emit textEditingChanged(true); // the new step has switched undo on
+}
+
 void ProjectScene::shareEditedText()
 {
     if (editingNote)

@@ -113,6 +113,14 @@ void SheetBook::finishEditing()
         sheet->finishEditing();
 }
 
+void SheetBook::commitEditing()
+{
+    if (formView)
+        formView->settle();
+    for (ProjectScene *sheet : getAllSheets())
+        sheet->commitEditing();
+}
+
 void SheetBook::shareEditedText()
 {
     for (ProjectScene *sheet : getAllSheets())

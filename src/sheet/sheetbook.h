@@ -46,7 +46,9 @@ public:
     /// What is typed in the form reaches the notes, a text under edit its twins, the form and the
     /// undo stack. For commands of the user: other events may be handled meanwhile.
     void finishEditing();
-    /// The same without the end of the editing, so without an undo step.
+    /// The same without the end of the editing: whoever saves types on.
+    void commitEditing();
+    /// The same without an undo step, too.
     void shareEditedText();
     /// Empties the main sheet and puts the others away: they live on unseen.
     void clear();

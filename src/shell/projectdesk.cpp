@@ -234,7 +234,7 @@ void ProjectDesk::saveProject(bool chooseNewName, bool autoSave)
     if (autoSave)
         book->shareEditedText();
     else
-        book->finishEditing();
+        book->commitEditing();
     emit savingAllowed(false);
     const bool chosen = !autoSave && (chooseNewName || projectFile->requiresFilenamePrompt());
     const QString name = chosen     ? askNewName()

@@ -287,7 +287,11 @@ private slots:
             {"auto-save", true, [&] { w.window.onAutoSaveRequested(); }},
             {"snapshot", true, [&] { emit w.file->requestSnapshot(); }},
             {"new", false, [&] { w.window.newProject(); }},
-            {"save", false, [&] { w.window.saveProject(); }},
+            {"save", true,
+             [&] {
+                 w.window.saveProject();
+                 QVERIFY(!w.action("Undo change text")->isEnabled() && !w.file->isDirty());
+             }},
             {"tab", false, [&] { w.window.onCurrentTabChanged(0); }},
             {"export", false, [&] { w.window.onExportClicked(); }},
             {"print", false, [&] { w.window.print(); }},
@@ -302,6 +306,9 @@ private slots:
             deed();
             QCOMPARE(note->isEditing(), goesOn);
             QCOMPARE(twin->getText(), QString(text));
+            if (goesOn)
+                QTest::keyClicks(w.view()->viewport(), "!");
+            QVERIFY(!goesOn || w.file->isDirty());
             delete note;
         }
         QVERIFY(readBytes(path("x.epf")).contains("save"));
