@@ -173,8 +173,8 @@ signals:
     void causalFactorAdded(Sticky *note);
     void causalFactorRemoved(Sticky *note);
     /// Sent while the note's role and number still stand, though a step has perhaps taken
-    /// it off the sheet already. Nobody was asked about an undo and a redo.
-    void factorGoes(Sticky *note, bool asked);
+    /// it off the sheet already.
+    void factorGoes(Sticky *note);
     /// An undo or a redo has ended.
     void stepTaken();
     void headerEditRequested();
@@ -267,7 +267,6 @@ private:
     QGraphicsRectItem *highlightItem = nullptr; // shows where something will land
     QSize pageSize;
     QPointer<QUndoStack> undoStack;         // child of the group, which may go first
-    bool asked = false;                     // whether a factor's sheet may go
     int stepIndex = 0;                      // of the stack, as it was last told
     const QUndoCommand *nextStep = nullptr; // what a redo would have taken then; not owned
     bool renderBackground = true;

@@ -121,8 +121,7 @@ Sticky *ProjectScene::makeNote(CanvasItemInfo &info)
             Qt::QueuedConnection);
     connect(note, &Sticky::causalFactorRemoved, this, &ProjectScene::onNoteWasCausalFactor,
             Qt::QueuedConnection);
-    connect(note, &Sticky::causalFactorRemoved, this,
-            [this](Sticky *factor) { emit factorGoes(factor, asked); });
+    connect(note, &Sticky::causalFactorRemoved, this, &ProjectScene::factorGoes);
     connect(note, &Sticky::followed, this, &ProjectScene::onNoteFollowed);
     connect(note, &Sticky::requestCausalFactorNumberChange, this,
             &ProjectScene::onRequestCausalFactorNumberChange);

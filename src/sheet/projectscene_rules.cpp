@@ -9,7 +9,6 @@
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
-#include <QScopedValueRollback>
 #include <QUndoStack>
 
 namespace
@@ -62,7 +61,6 @@ bool ProjectScene::setSelectedNotesRole(const QString &role)
     const QList<Sticky *> notes = getNotesOfOtherRole(role, getSelectedNotes());
     if (notes.isEmpty())
         return true;
-    const QScopedValueRollback<bool> guard(asked, true);
     undoStack->push(new RoleChangeCommand(
         notes, role, [this](const Sticky *note) { return getFormText(note); }));
     for (Sticky *note : notes)
@@ -115,7 +113,6 @@ void ProjectScene::deleteSelectedItems()
         if (!isProjectItem(item))
             removedExtras.insert(item);
     }
-    const QScopedValueRollback<bool> guard(asked, true);
     undoStack->push(new DeleteCommand(this, items));
 }
 

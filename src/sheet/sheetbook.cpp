@@ -20,6 +20,8 @@
 namespace
 {
 
+constexpr int MostSeeds = 5; // a new sheet's items: three notes, two connectors
+
 QString getTextField(int number)
 {
     return FormFields::getRowField(FormFields::CausalFactorText, number);
@@ -213,11 +215,10 @@ void SheetBook::onCausalFactorRemoved(Sticky *note)
     delete sheet;
 }
 
-void SheetBook::onFactorGoes(Sticky *factor, bool asked)
+void SheetBook::onFactorGoes(Sticky *factor)
 {
     leaving.insert(factor, {factor->getCausalFactorNumber(), false});
-    if (!asked)
-        keepWork(factor);
+    keepWork(factor);
 }
 
 void SheetBook::onStepTaken()
@@ -317,6 +318,7 @@ void SheetBook::keepWork(Sticky *factor)
     ProjectScene *sheet = sheets.value(factor);
     const int number = factor->getCausalFactorNumber();
     const bool hasWork = sheet && (sheet->getUndoStack()->canUndo() ||
+                                   sheet->getItemsUnsorted().size() > MostSeeds ||
                                    (formView && hasOwnWords(formView->getCausalFactorRow(number))));
     if (!hasWork)
         return;

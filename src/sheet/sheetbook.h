@@ -62,8 +62,9 @@ public slots:
     void onItemLoaded(CanvasItemInfo &info);
     void onCausalFactorAdded(Sticky *note);
     void onCausalFactorRemoved(Sticky *note);
-    /// Keeps a snapshot first if nobody was asked and the factor's sheet or row holds work.
-    void onFactorGoes(Sticky *factor, bool asked);
+    /// Keeps a snapshot first if the factor's sheet or row holds work: who agreed that the sheet
+    /// goes may have forgotten the row, and take the step's undo for its return.
+    void onFactorGoes(Sticky *factor);
     /// Lays the sheets aside whose factor an undo took away; a redo brings them back.
     void onStepTaken();
 

@@ -182,10 +182,12 @@ private slots:
             // A row belongs to the factor alone, not to its twin.
             note->setSelected(true);
             BoxAnswer deletion(QMessageBox::Ok);
+            const int former = kept.entryList(QDir::Files).size();
             main->deleteSelectedItems();
             QCoreApplication::processEvents();
             main->getUndoStack()->undo();
             QTRY_VERIFY(book.getSheetOf(note));
+            QCOMPARE(kept.entryList(QDir::Files).size(), former + 1);
             back = book.getSheetOf(note);
             QCOMPARE(back->getAllCausalFactors().first()->getSiblings(),
                      QStringList(note->getGUID()));
