@@ -1,6 +1,6 @@
 -- The project that Quick Start opens: a row of events from the start to the loss, on one
 -- Tabloid page, clear of the header and the legend. It brings no paper, font or margins, so that
--- the user's own stay in force.
+-- the user's own stay in force: no note lies across a page's edge on A4, Letter, Legal or A3 either.
 PRAGMA encoding = 'UTF-8';
 BEGIN;
 CREATE TABLE items (guid TEXT,type INTEGER,role TEXT,x INTEGER,y INTEGER,width INTEGER,height INTEGER,text TEXT,font TEXT,image BLOB,parent TEXT);
@@ -12,32 +12,32 @@ INSERT INTO properties VALUES ('project', 'dbVersion', '1');
 
 -- Notes: guid, type, role, x, y, width, height, text, font, image, parent
 INSERT INTO items VALUES
-    ('{e539a78b-c8ef-4346-8b12-ae6ead581e57}', 3, 'Starting_Event', 60, 440, 160, 80,
+    ('{e539a78b-c8ef-4346-8b12-ae6ead581e57}', 3, 'Starting_Event', 20, 440, 120, 80,
      'What set events in motion?', '', NULL, NULL),
-    ('{331241a9-82f1-4ec0-9ee5-7012853d452f}', 3, 'Event', 280, 440, 160, 80,
+    ('{331241a9-82f1-4ec0-9ee5-7012853d452f}', 3, 'Event', 240, 440, 120, 80,
      'What happened next?', '', NULL, NULL),
-    ('{877994af-ff2f-4504-98e0-0e8c64beb012}', 3, 'Event', 500, 440, 160, 80,
+    ('{877994af-ff2f-4504-98e0-0e8c64beb012}', 3, 'Event', 460, 440, 120, 80,
      'And then?', '', NULL, NULL),
-    ('{9851e4d5-25f4-4a82-95af-4c654a13d22e}', 3, 'Loss_Of_Control', 720, 440, 160, 80,
+    ('{9851e4d5-25f4-4a82-95af-4c654a13d22e}', 3, 'Loss_Of_Control', 680, 440, 120, 80,
      'Where was control lost?', '', NULL, NULL),
-    ('{69701591-42ac-430c-9b90-1e7842d60baa}', 3, 'Event', 940, 440, 160, 80,
+    ('{69701591-42ac-430c-9b90-1e7842d60baa}', 3, 'Event', 900, 440, 120, 80,
      'What followed?', '', NULL, NULL),
-    ('{d5a262c8-4495-4e11-b7cf-5a6c53ce530e}', 3, 'Terminating_Event', 1160, 440, 160, 80,
+    ('{d5a262c8-4495-4e11-b7cf-5a6c53ce530e}', 3, 'Terminating_Event', 1120, 440, 120, 80,
      'What ended it?', '', NULL, NULL),
-    ('{e5aefe75-5353-4361-85f6-ffa81b8e8d8d}', 3, 'Loss', 1380, 420, 160, 120,
+    ('{e5aefe75-5353-4361-85f6-ffa81b8e8d8d}', 3, 'Loss', 1340, 420, 160, 120,
      'What was lost or harmed?', '', NULL, NULL),
-    ('{9e1b43fd-91b9-46a2-85da-31934fa1f5f5}', 3, 'Condition', 500, 260, 160, 80,
+    ('{9e1b43fd-91b9-46a2-85da-31934fa1f5f5}', 3, 'Condition', 460, 260, 120, 80,
      'What made this possible?', '', NULL, NULL);
 
 -- Connectors: the extents may be negative; the unused columns hold what a save writes
 INSERT INTO items VALUES
-    ('{eb9f5bf1-121f-44de-a10f-adcb339e15b1}', 8, '#000000', 220, 480, 60, 0, '0', '0', 0, NULL),
-    ('{74a2a8ab-8add-449b-9d27-ffa333da7327}', 8, '#000000', 440, 480, 60, 0, '0', '0', 0, NULL),
-    ('{12de1bfb-bbc4-4a50-9db8-60ca6378c977}', 8, '#000000', 660, 480, 60, 0, '0', '0', 0, NULL),
-    ('{044d2cc9-6a18-4505-9936-bcaecd954f46}', 8, '#000000', 880, 480, 60, 0, '0', '0', 0, NULL),
-    ('{6c558429-ba5d-4f63-943f-b835196f8d86}', 8, '#000000', 1100, 480, 60, 0, '0', '0', 0, NULL),
-    ('{70b796dd-6564-4802-9a50-dff4c17323a5}', 8, '#000000', 1320, 480, 60, 0, '0', '0', 0, NULL),
-    ('{921bcb24-4c8e-4782-bd3d-028ca885a5b2}', 8, '#000000', 580, 340, 0, 100, '0', '0', 0, NULL);
+    ('{eb9f5bf1-121f-44de-a10f-adcb339e15b1}', 8, '#000000', 140, 480, 100, 0, '0', '0', 0, NULL),
+    ('{74a2a8ab-8add-449b-9d27-ffa333da7327}', 8, '#000000', 360, 480, 100, 0, '0', '0', 0, NULL),
+    ('{12de1bfb-bbc4-4a50-9db8-60ca6378c977}', 8, '#000000', 580, 480, 100, 0, '0', '0', 0, NULL),
+    ('{044d2cc9-6a18-4505-9936-bcaecd954f46}', 8, '#000000', 800, 480, 100, 0, '0', '0', 0, NULL),
+    ('{6c558429-ba5d-4f63-943f-b835196f8d86}', 8, '#000000', 1020, 480, 100, 0, '0', '0', 0, NULL),
+    ('{70b796dd-6564-4802-9a50-dff4c17323a5}', 8, '#000000', 1240, 480, 100, 0, '0', '0', 0, NULL),
+    ('{921bcb24-4c8e-4782-bd3d-028ca885a5b2}', 8, '#000000', 520, 340, 0, 100, '0', '0', 0, NULL);
 
 INSERT INTO connections VALUES
     ('{eb9f5bf1-121f-44de-a10f-adcb339e15b1}', '{e539a78b-c8ef-4346-8b12-ae6ead581e57}',
