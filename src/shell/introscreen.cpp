@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QDateTime>
 #include <QDirIterator>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QScreen>
 #include <QSettings>
@@ -85,6 +86,16 @@ void IntroScreen::connectButtons()
             &IntroScreen::onRecentFileTriggered);
     connect(new ProjectDrop(this), &ProjectDrop::dropped, this,
             [this](const QString &path) { emit openProjectClicked(path, true); });
+}
+
+void IntroScreen::keyPressEvent(QKeyEvent *event)
+{
+    auto *button = qobject_cast<QToolButton *>(focusWidget());
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (button && isEnter)
+        button->click();
+    else
+        QWidget::keyPressEvent(event);
 }
 
 void IntroScreen::listRecentFiles()

@@ -31,6 +31,10 @@ signals:
 public slots:
     void showUpdateButton();
 
+protected:
+    /// Enter presses the button that has the focus, as Space does.
+    void keyPressEvent(QKeyEvent *event) override;
+
 private slots:
     void onUpdateClicked();
     void onRecentFileTriggered(QAction *action);

@@ -104,7 +104,8 @@ private slots:
         QSignalSpy opened(&screen, &IntroScreen::openProjectClicked);
         auto *open = screen.findChild<QToolButton *>("openProjectButton");
         auto *table = screen.findChild<QTableWidget *>("autoSaveTable");
-        open->click();
+        open->setFocus();
+        QTest::keyClick(open, Qt::Key_Return);
         open->actions().at(0)->trigger();
         emit table->itemActivated(table->item(0, 1)); // the date opens nothing
         emit table->itemActivated(table->item(0, 0));
