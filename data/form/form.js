@@ -133,6 +133,7 @@ function onInput(event) {
         updateTwin(field);
     report(field.id);
     refresh();
+    field.classList.toggle("repaint"); // of a selection typed over, its upper edge would stay
 }
 
 // What has been told while it was typed is not told again when the field is left: the project
