@@ -60,6 +60,8 @@ QByteArray layOver(const QByteArray &document, const QByteArray &heads)
         auto headPages = QPDFPageDocumentHelper(other).getAllPages();
         for (size_t i = 0; i < std::min(pages.size(), headPages.size()); ++i)
             layOver(pdf, pages[i], headPages[i]);
+        const QPDFObjectHandle title = other.getTrailer().getKey("/Info");
+        pdf.getTrailer().replaceKey("/Info", pdf.copyForeignObject(title));
         QPDFWriter writer(pdf);
         writer.setOutputMemory();
         writer.write();

@@ -18,6 +18,7 @@
 #include <QMap>
 #include <QMessageBox>
 #include <QPageLayout>
+#include <QPageRanges>
 #include <QPainter>
 #include <QPrinter>
 #include <QScopedValueRollback>
@@ -504,7 +505,7 @@ void WebEngineEngine::print(QPrinter *printer, Quality quality)
 }
 
 /// Empty if the page didn't answer.
-QByteArray WebEngineEngine::makePdf(const QPageLayout &paper)
+QByteArray WebEngineEngine::makePdf(const QPrinter &printer)
 {
     QEventLoop waiting;
     connect(this, &WebEngineEngine::pageGone, &waiting, &QEventLoop::quit);
@@ -516,7 +517,7 @@ QByteArray WebEngineEngine::makePdf(const QPageLayout &paper)
             if (waiter)
                 waiter->quit();
         },
-        paper);
+        printer.pageLayout(), printer.pageRanges());
     waiting.exec(QEventLoop::ExcludeUserInputEvents);
     return *document;
 }
@@ -525,7 +526,7 @@ QByteArray WebEngineEngine::makePdf(const QPageLayout &paper)
 void WebEngineEngine::printToFile(QPrinter *printer)
 {
     const QString target = printer->outputFileName();
-    const QByteArray document = makePdf(printer->pageLayout());
+    const QByteArray document = makePdf(*printer);
     const QTemporaryDir folder;
     printer->setOutputFileName(folder.filePath("heads.pdf"));
     QPainter painter(printer);

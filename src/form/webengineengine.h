@@ -10,7 +10,6 @@
 class FormText;
 class QJsonArray;
 class QJsonValue;
-class QPageLayout;
 class QStackedWidget;
 class QWebEngineProfile;
 class QWebEngineView;
@@ -74,7 +73,7 @@ private:
     void chooseImage();
     void restore();
     void sendKey(int key);
-    QByteArray makePdf(const QPageLayout &paper);
+    QByteArray makePdf(const QPrinter &printer);
     void printToFile(QPrinter *printer);
 
     QHelpEngine *helpEngine; // not owned
