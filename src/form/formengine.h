@@ -7,8 +7,8 @@
 
 class FormBridge;
 class FormModel;
+class FormPrinter;
 class QHelpEngine;
-class QPrinter;
 class QUrl;
 class QWidget;
 
@@ -59,8 +59,8 @@ public:
     virtual void reload() = 0;
     /// All that has been typed so far is told when this returns; false if the page didn't answer.
     virtual bool settle() = 0;
-    /// Paints the page as it lies on paper. Returns when it is done.
-    virtual void print(QPrinter *printer, Quality quality) = 0;
+    /// Paints the page as it lies on paper. Returns when it is done, has failed or was stopped.
+    virtual void print(FormPrinter *printer, Quality quality) = 0;
 
 signals:
     void loaded(bool ok);

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QPaintEngine>
 #include <QPainter>
+#include <QThread>
 
 namespace
 {
@@ -19,13 +20,26 @@ void FormPrinter::setHead(const QString &newName, int newPages)
     name = newName;
     pages = newPages;
     page = 1;
+    stopped = false;
+}
+
+bool FormPrinter::askOn()
+{
+    if (goOn && !goOn(page, pages))
+        stopped = true;
+    return !stopped;
 }
 
 bool FormPrinter::newPage()
 {
     if (page == 1)
         paintHead();
-    if (!QPrinter::newPage())
+    if (QThread::currentThread() == QCoreApplication::instance()->thread())
+        askOn();
+    // A preview that is aborted frees its pages twice; what is left comes to lie on the last one.
+    if (stopped && paintEngine()->type() != QPaintEngine::Picture)
+        abort();
+    if (stopped || !QPrinter::newPage())
         return false;
     ++page;
     paintHead();

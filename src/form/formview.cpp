@@ -2,9 +2,7 @@
 
 #include "chart/formfields.h"
 #include "form/formengine.h"
-#include "form/formprinter.h"
 #include "support/images.h"
-#include "support/toolbarmore.h"
 #if QT_VERSION_MAJOR < 6
 #include "form/webkitengine.h"
 #endif
@@ -13,17 +11,12 @@
 #include <QDateTime>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHelpEngine>
 #include <QHelpLink>
-#include <QPaintEngine>
-#include <QPrintPreviewDialog>
-#include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QTemporaryFile>
 #include <QUndoGroup>
 #include <QUndoStack>
 
@@ -31,7 +24,6 @@ namespace
 {
 
 const QSize PreviewSize(480, 320);
-const QMarginsF PaperMargins(18, 15, 15, 15); // millimetres
 
 QUrl getPageAddress(QHelpEngine *helpEngine)
 {
@@ -191,51 +183,6 @@ void FormView::onFieldChanged(const QString &id)
     emit formValueChanged(id, engine->read(id));
     if (id == FormFields::TitleImage)
         showTitleImage();
-}
-
-void FormView::onPrintRequested()
-{
-    if (!isReady())
-        return;
-    FormPrinter printer;
-    printer.setDocName(getFieldValue("incidentTitle").simplified().replace('/', '-')); // and file's
-    printer.setPageMargins(PaperMargins, QPageLayout::Millimeter);
-    QPrintPreviewDialog dialog(&printer, this);
-    dialog.resize(window()->size()); // a page can be read, and no button is left out
-    showToolbarMore(&dialog);
-    connect(&dialog, &QPrintPreviewDialog::paintRequested, this,
-            [this, &printer] { paint(printer); });
-    dialog.exec();
-}
-
-void FormView::paint(FormPrinter &printer) const
-{
-    // No box with Cancel: while the page lies on paper, no event may reach it.
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    const auto restore = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
-    const bool isPreview = printer.paintEngine()->type() == QPaintEngine::Picture;
-    printer.setHead(getPaperName(), countPages(printer));
-    engine->print(&printer, isPreview ? FormEngine::Preview : FormEngine::Final);
-}
-
-int FormView::countPages(const QPrinter &printer) const
-{
-    QTemporaryFile file;
-    if (!file.open())
-        return 0;
-    FormPrinter counter;
-    counter.setOutputFormat(QPrinter::PdfFormat);
-    counter.setOutputFileName(file.fileName());
-    counter.setPageLayout(printer.pageLayout());
-    engine->print(&counter, FormEngine::Draft);
-    return counter.getPageCount();
-}
-
-QString FormView::getPaperName() const
-{
-    QStringList names = {getFieldValue("incidentTitle"), getFieldValue("fileNumber")};
-    names.removeAll(QString());
-    return names.join(QString::fromUtf8(" · "));
 }
 
 void FormView::onExportFormClicked()

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "form/formbridge.h"
+#include "form/formengine.h"
 #include "form/formmodel.h"
+#include "form/formprinter.h"
 
 #include <QMutex>
 #if QT_VERSION_MAJOR < 6
@@ -9,10 +11,8 @@
 #endif
 #include <QWidget>
 
-class FormEngine;
-class FormPrinter;
 class QHelpEngine;
-class QPrinter;
+class QPageLayout;
 class QUndoGroup;
 class QUndoStack;
 
@@ -75,6 +75,12 @@ public:
     QString changeCausalFactorNumber(const QString &guid, int oldNumber, int newNumber,
                                      const QString &otherGuid);
 
+    /// Asked for the file that a print is proposed to go into.
+    void setFileProposal(const std::function<QString()> &propose)
+    {
+        proposeFile = propose;
+    }
+
     /// All values as a file or a report takes them: the title image is the one last loaded or
     /// collected where its file can't be read, as on a computer that lacks the picture.
     FormValues collectForSave();
@@ -85,6 +91,8 @@ signals:
     /// A stored value that is not empty was brought into the page.
     void formValueLoaded(const QString &id, const QString &value);
     void exportFormRequested();
+    /// What has come of a print, in the user's words.
+    void printed(const QString &outcome);
     void chooseImageRequested();
 
 public slots:
@@ -101,8 +109,11 @@ private slots:
     void onPageLoaded(bool ok);
 
 private:
-    void paint(FormPrinter &printer) const;
-    int countPages(const QPrinter &printer) const;
+    /// What was done, in the user's words.
+    QString printOut(FormPrinter &printer, QWidget *parent);
+    /// False if it failed or was stopped.
+    bool paint(FormPrinter &printer, FormEngine::Quality quality, QWidget *parent);
+    int countPages(const QPageLayout &layout, const FormPrinter::GoOn &goOn);
     QString getPaperName() const;
     void loadData();
     void showTitleImage();
@@ -112,7 +123,8 @@ private:
     QHelpEngine *helpEngine = nullptr; // child
     FormBridge *bridge = nullptr;      // child, what the page's scripts see
     FormEngine *engine = nullptr;      // child, shows the page
-    FormModel model;                   // what was handed over by the project file
+    std::function<QString()> proposeFile;
+    FormModel model; // what was handed over by the project file
     QMutex loadMutex;
     QUndoStack *undoStack = nullptr; // the group's
     QString sharedString;

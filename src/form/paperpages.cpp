@@ -38,18 +38,6 @@ void layOver(QPDF &pdf, QPDFPageObjectHelper &page, QPDFPageObjectHelper &head)
 
 } // namespace
 
-int countPdfPages(const QByteArray &document)
-{
-    try {
-        QPDF pdf;
-        read(pdf, document);
-        return int(pdf.getAllPages().size());
-    } catch (const std::exception &error) {
-        qCDebug(formLog) << "No document to print:" << error.what();
-        return 0;
-    }
-}
-
 QByteArray layOver(const QByteArray &document, const QByteArray &heads)
 {
     try {

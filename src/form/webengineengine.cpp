@@ -3,11 +3,12 @@
 #include "chart/formfields.h"
 #include "form/formbridge.h"
 #include "form/formmodel.h"
+#include "form/formprinter.h"
 #include "form/formtext.h"
 #include "form/paperpages.h"
 #include "form/webenginepage.h"
-#include "support/filereplacement.h"
 #include "support/log.h"
+#include "support/pdfpages.h"
 
 #include <QApplication>
 #include <QEventLoop>
@@ -16,11 +17,9 @@
 #include <QJsonObject>
 #include <QKeyEvent>
 #include <QMap>
-#include <QMessageBox>
 #include <QPageLayout>
 #include <QPageRanges>
 #include <QPainter>
-#include <QPrinter>
 #include <QScopedValueRollback>
 #include <QStackedWidget>
 #include <QTemporaryDir>
@@ -32,7 +31,8 @@
 namespace
 {
 
-constexpr int PaintTime = 100; // milliseconds, like the next five
+constexpr int PaintTime = 100; // milliseconds, like the next six
+constexpr int AskTime = 100;
 constexpr int LoadTime = 20000;
 constexpr int FailedLoadTime = 2000; // a load that a second one cut short fails too
 constexpr int SettleTime = 2000;
@@ -486,7 +486,7 @@ void WebEngineEngine::sendKey(int key)
     }
 }
 
-void WebEngineEngine::print(QPrinter *printer, Quality quality)
+void WebEngineEngine::print(FormPrinter *printer, Quality quality)
 {
     if (!pageIsUp)
         return;
@@ -498,18 +498,27 @@ void WebEngineEngine::print(QPrinter *printer, Quality quality)
     connect(view, &QWebEngineView::printFinished, &waiting, &QEventLoop::quit);
     connect(this, &WebEngineEngine::pageGone, &waiting, &QEventLoop::quit);
     QTimer::singleShot(PrintTime, &waiting, &QEventLoop::quit);
+    QTimer asking; // a printer that is stopped ends with its page; until then it is in use
+    connect(&asking, &QTimer::timeout, [printer] { printer->askOn(); });
+    asking.start(AskTime);
     static const QMap<Quality, int> resolutions = {{Draft, 36}, {Preview, 120}, {Final, 300}};
     printer->setResolution(resolutions[quality]);
     view->print(printer);
     waiting.exec(QEventLoop::ExcludeUserInputEvents);
 }
 
-/// Empty if the page didn't answer.
-QByteArray WebEngineEngine::makePdf(const QPrinter &printer)
+/// Empty if the page didn't answer or the printer was stopped.
+QByteArray WebEngineEngine::makePdf(FormPrinter *printer)
 {
     QEventLoop waiting;
     connect(this, &WebEngineEngine::pageGone, &waiting, &QEventLoop::quit);
     QTimer::singleShot(PrintTime, &waiting, &QEventLoop::quit);
+    QTimer asking;
+    connect(&asking, &QTimer::timeout, [printer, &waiting] {
+        if (!printer->askOn())
+            waiting.quit();
+    });
+    asking.start(AskTime);
     const auto document = std::make_shared<QByteArray>(); // the answer may come when nobody waits
     page->printToPdf(
         [document, waiter = QPointer<QEventLoop>(&waiting)](const QByteArray &pdf) {
@@ -517,16 +526,17 @@ QByteArray WebEngineEngine::makePdf(const QPrinter &printer)
             if (waiter)
                 waiter->quit();
         },
-        printer.pageLayout(), printer.pageRanges());
+        printer->pageLayout(), printer->pageRanges());
     waiting.exec(QEventLoop::ExcludeUserInputEvents);
-    return *document;
+    return printer->isStopped() ? QByteArray() : *document;
 }
 
-/// The engine paints dots, but it writes letters and lines; the printer adds the heads.
-void WebEngineEngine::printToFile(QPrinter *printer)
+/// The engine paints dots, but it writes letters and lines; the printer adds the heads. No file
+/// tells of a failure.
+void WebEngineEngine::printToFile(FormPrinter *printer)
 {
     const QString target = printer->outputFileName();
-    const QByteArray document = makePdf(*printer);
+    const QByteArray document = makePdf(printer);
     const QTemporaryDir folder;
     printer->setOutputFileName(folder.filePath("heads.pdf"));
     QPainter painter(printer);
@@ -535,13 +545,9 @@ void WebEngineEngine::printToFile(QPrinter *printer)
     painter.end();
     QFile heads(printer->outputFileName());
     printer->setOutputFileName(target);
-    const QByteArray whole =
-        heads.open(QIODevice::ReadOnly) ? layOver(document, heads.readAll()) : QByteArray();
-    const QString error = replaceFile(target, [&whole](const QString &path) {
-        QFile file(path);
-        return !whole.isEmpty() && file.open(QIODevice::WriteOnly) &&
-               file.write(whole) == whole.size() && file.flush();
-    });
-    if (!error.isEmpty())
-        QMessageBox::warning(stack->window(), tr("Print"), error);
+    if (!heads.open(QIODevice::ReadOnly))
+        return;
+    QFile file(target);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(layOver(document, heads.readAll()));
 }

@@ -43,7 +43,7 @@ public:
     void addOnChangeHandlers() override;
     void reload() override;
     bool settle() override;
-    void print(QPrinter *printer, Quality quality) override;
+    void print(FormPrinter *printer, Quality quality) override;
 
 signals:
     /// The page has answered the key that followed all that was typed; 0 for a message it took.
@@ -73,8 +73,8 @@ private:
     void chooseImage();
     void restore();
     void sendKey(int key);
-    QByteArray makePdf(const QPrinter &printer);
-    void printToFile(QPrinter *printer);
+    QByteArray makePdf(FormPrinter *printer);
+    void printToFile(FormPrinter *printer);
 
     QHelpEngine *helpEngine; // not owned
     QUrl address;

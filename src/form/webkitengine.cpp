@@ -3,6 +3,8 @@
 #include "chart/formfields.h"
 #include "form/formbridge.h"
 #include "form/formmodel.h"
+#include "form/formprinter.h"
+#include "form/pagehold.h"
 #include "form/webkitpage.h"
 #include "support/log.h"
 
@@ -91,8 +93,9 @@ void WebKitEngine::reload()
     webView->page()->QWebPage::triggerAction(QWebPage::Reload); // ours refuses to
 }
 
-void WebKitEngine::print(QPrinter *printer, Quality)
+void WebKitEngine::print(FormPrinter *printer, Quality)
 {
+    const PageHold hold(webView);
     if (mainFrame)
         mainFrame->print(printer);
 }

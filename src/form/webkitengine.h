@@ -37,7 +37,7 @@ public:
     void addOnChangeHandlers() override;
     void reload() override;
     bool settle() override { return true; }
-    void print(QPrinter *printer, Quality quality) override;
+    void print(FormPrinter *printer, Quality quality) override;
 
 private:
     static bool isRadioButton(const QWebElement &element);

@@ -133,6 +133,9 @@ void MainWindow::createProjectObjects()
     undoGroup = new QUndoGroup(this);
     formView = new FormView(undoGroup);
     connect(formView, &FormView::exportFormRequested, this, &MainWindow::onExportFormTriggered);
+    connect(formView, &FormView::printed, this, &MainWindow::say);
+    formView->setFileProposal(
+        [this] { return proposeExport(" - " + tr("Investigation Form") + ".pdf"); });
     connect(projectFile, &ProjectFile::loadedFormData, formView, &FormView::onFormDataLoaded);
 }
 

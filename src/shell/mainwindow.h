@@ -143,10 +143,6 @@ private:
     void connectCommands();
     void connectSheet(ProjectScene *sheet, GraphWidget *view);
     void printTo(QPrinter &printer);
-    /// What was done, in the user's words, like the next.
-    QString printOnPaper(QPrinter &printer, const SheetPrinter::GoOn &goOn);
-    /// A former file stays unless the print is whole.
-    QString printInto(const QString &file, QPrinter &printer, const SheetPrinter::GoOn &goOn);
     void remember();
     void rememberTabs();
     void arrangeTabs();

@@ -8,14 +8,13 @@
 #include "shell/pagesetupdialog.h"
 #include "shell/programsettings.h"
 #include "shell/settings.h"
-#include "support/filereplacement.h"
 #include "support/fonts.h"
 #include "support/pageinfo.h"
+#include "support/printing.h"
 #include "support/progressbox.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QLineEdit>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QStatusBar>
@@ -27,15 +26,13 @@ namespace
 constexpr int MessageTime = 15000; // milliseconds
 constexpr int LongestJobName = 80; // print servers refuse more than 255 bytes
 
-/// The toolkit shows a choice of pages that the options do not offer, and proposes a file in the
-/// user's home; both come anew with the dialog.
-void tidyPrintDialog(QPrintDialog *dialog, const QString &proposal)
+/// The toolkit shows a choice of pages that the options do not offer; it comes anew with the
+/// dialog.
+void hidePageRange(QPrintDialog *dialog)
 {
-    QTimer::singleShot(0, dialog, [dialog, proposal] {
+    QTimer::singleShot(0, dialog, [dialog] {
         if (auto *range = dialog->findChild<QWidget *>("gbPrintRange"))
             range->hide();
-        if (auto *name = dialog->findChild<QLineEdit *>("filename"))
-            name->setText(proposal);
     });
 }
 
@@ -73,7 +70,8 @@ void MainWindow::print()
     QPrintDialog dialog(&printer, this);
     dialog.setOptions(QAbstractPrintDialog::PrintToFile);
     dialog.setWindowTitle(tr("Print the Charts")); // also in front of the form, which has its own
-    tidyPrintDialog(&dialog, proposeExport(".pdf"));
+    hidePageRange(&dialog);
+    proposePrintFile(&dialog, proposeExport(".pdf"));
     if (dialog.exec() == QDialog::Accepted)
         printTo(printer);
 }
@@ -90,29 +88,12 @@ void MainWindow::tellOfExport(const QString &failure, const QString &filename)
 
 void MainWindow::printTo(QPrinter &printer)
 {
-    const QString file = printer.outputFileName(); // empty for true paper
     QString outcome;
     const auto work = [&](const SheetPrinter::GoOn &goOn) {
-        outcome = file.isEmpty() ? printOnPaper(printer, goOn) : printInto(file, printer, goOn);
+        outcome = printWhole(printer, [&] { return paintPrinter(printer, goOn); });
     };
     const bool whole = doWithProgress(tr("Printing..."), work);
     say(whole ? outcome : tr("The printing was stopped."));
-}
-
-QString MainWindow::printOnPaper(QPrinter &printer, const SheetPrinter::GoOn &goOn)
-{
-    return paintPrinter(printer, goOn) ? tr("Sent to the printer %1").arg(printer.printerName())
-                                       : tr("Printing failed.");
-}
-
-QString MainWindow::printInto(const QString &file, QPrinter &printer,
-                              const SheetPrinter::GoOn &goOn)
-{
-    const QString failure = replaceFile(file, [&](const QString &unfinished) {
-        printer.setOutputFileName(unfinished);
-        return paintPrinter(printer, goOn);
-    });
-    return failure.isEmpty() ? tr("Printed into %1").arg(file) : failure;
 }
 
 bool MainWindow::doWithProgress(const QString &label,

@@ -1,5 +1,7 @@
 #include "support/progressbox.h"
 
+#include <QCoreApplication>
+
 namespace
 {
 
@@ -20,6 +22,8 @@ ProgressBox::ProgressBox(const QString &labelText, QWidget *parent)
 bool ProgressBox::goOn(int done, int total)
 {
     setMaximum(total);
+    if (isVisible() && value() == done)
+        QCoreApplication::processEvents(); // the toolkit sees to them for a new value alone
     setValue(done);
     return !wasCanceled();
 }

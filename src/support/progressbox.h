@@ -10,6 +10,6 @@ class ProgressBox : public QProgressDialog
 public:
     ProgressBox(const QString &labelText, QWidget *parent);
 
-    /// Handles waiting events once it shows. False after Cancel.
+    /// Handles waiting events once it shows. A total of 0 is one not known. False after Cancel.
     bool goOn(int done, int total);
 };

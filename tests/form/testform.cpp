@@ -6,6 +6,7 @@
 #include "testing/form.h"
 #include "testing/rows.h"
 
+#include <QPrintPreviewWidget>
 #include <QTcpServer>
 #include <QTextBrowser>
 #include <QUdpSocket>
@@ -311,6 +312,17 @@ private slots:
         form->print(&printer); // once to count, once on paper
         QCOMPARE(form->run("window.onPaper").toString(), QString("none,block,none"));
         QVERIFY(printer.getPageCount() > 1);
+        FormPrinter stopped;
+        QPrintPreviewWidget preview(&stopped);
+        connect(&preview, &QPrintPreviewWidget::paintRequested, this, [&] {
+            stopped.setHead("Fire", 2);
+            stopped.setGoOn([](int, int) { return false; });
+            QVERIFY(!stopped.askOn());
+            form->print(&stopped);
+        });
+        preview.updatePreview();
+        preview.updatePreview(); // frees the pages of the one before
+        QCOMPARE(preview.pageCount(), 1);
         QTRY_COMPARE(form->run("window.pageYOffset").toInt(), 900);
         form->run("showStepsUpTo(3)"); // as when a project is opened
         QCOMPARE(form->run("window.pageYOffset").toInt(), 0);
