@@ -113,7 +113,7 @@ function watchWrites(prototype) {
             this.reported = undefined;
             updateTwin(this);
             if (this.id === "titleImageFile")
-                byId("titleImageRemove").disabled = text === "";
+                offerRemoval("");
             refresh();
         },
     });
@@ -415,13 +415,21 @@ function chooseTitleImage() {
         report(field.id);
 }
 
+let removedImage = ""; // comes back by the button that removed it
+
+function offerRemoval(removed) {
+    const button = byId("titleImageRemove");
+    removedImage = removed;
+    button.textContent = removed === "" ? tr("Remove") : tr("Put back");
+    button.disabled = removed === "" && byId("titleImageFile").value === "";
+}
+
 function removeTitleImage() {
     const field = byId("titleImageFile");
-    if (field.value === "")
-        return;
-    field.value = "";
+    const removed = field.value;
+    field.value = removedImage;
+    offerRemoval(removed);
     report(field.id);
-    byId("titleImageButton").focus(); // this one is dead now
 }
 
 // ---- Paper
