@@ -176,10 +176,16 @@ void ProjectScene::onStepTaken(int index)
 
 void ProjectScene::onRequestCausalFactorNumberChange(Sticky *note)
 {
-    bool accepted = false;
-    const int number = QInputDialog::getInt(
-        host->getDialogParent(), tr("Set Causal Factor Number"), tr("Causal Factor Number:"),
-        note->getCausalFactorNumber(), 1, HighestNumber, 1, &accepted);
+    QInputDialog dialog(host->getDialogParent());
+    dialog.setWindowTitle(tr("Set Causal Factor Number"));
+    dialog.setLabelText(tr("Causal Factor Number:"));
+    dialog.setInputMode(QInputDialog::IntInput);
+    dialog.setIntRange(1, HighestNumber);
+    dialog.setIntValue(note->getCausalFactorNumber());
+    // The title is longer than the label, and stands between the window's buttons.
+    dialog.resize(2 * dialog.fontMetrics().horizontalAdvance(dialog.windowTitle()), 0);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    const int number = dialog.intValue();
     // The dialog runs the event loop, so the note may be gone.
     if (!accepted || !isAlive(note) || number == note->getCausalFactorNumber())
         return;
