@@ -19,7 +19,8 @@ void FormPrinter::setHead(const QString &newName, int newPages)
 {
     name = newName;
     pages = newPages;
-    page = 1;
+    firstPage = qMax(1, fromPage()); // 0 where all are asked for
+    page = firstPage;
     stopped = false;
 }
 
@@ -32,7 +33,7 @@ bool FormPrinter::askOn()
 
 bool FormPrinter::newPage()
 {
-    if (page == 1)
+    if (page == firstPage)
         paintHead();
     if (QThread::currentThread() == QCoreApplication::instance()->thread())
         askOn();

@@ -33,6 +33,7 @@ private:
     QString name;
     GoOn goOn;
     int pages = 0;
+    int firstPage = 1;
     std::atomic<int> page{1};
     std::atomic<bool> stopped{false};
 };
