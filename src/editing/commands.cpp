@@ -187,13 +187,17 @@ TextChangeCommand::TextChangeCommand(Sticky *note, const QString &oldText, const
 {
 }
 
+// The form changes a note without a step. What it wrote comes back with the way on or back.
 void TextChangeCommand::undo()
 {
+    newText = note->getText();
     note->setText(oldText);
 }
 
 void TextChangeCommand::redo()
 {
+    if (note->getText() != newText)
+        oldText = note->getText();
     note->setText(newText);
 }
 

@@ -63,6 +63,18 @@ private slots:
         // clang-format on
     }
 
+    void wordsWrittenBesideTheStepsComeBack()
+    {
+        stack.push(new TextChangeCommand(notes[0], "old", "new"));
+        notes[0]->setText("new, and the form's");
+        stack.undo();
+        notes[0]->setText("old, and the form's");
+        stack.redo();
+        QCOMPARE(notes[0]->getText(), "new, and the form's");
+        stack.undo();
+        QCOMPARE(notes[0]->getText(), "old, and the form's");
+    }
+
     void itemsComeAndGo()
     {
         static int told = 0; // the toolkit warns of an item that stands there already
