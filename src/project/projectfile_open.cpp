@@ -72,7 +72,9 @@ bool ProjectFile::openFile(const QString &filename)
 bool ProjectFile::readFile(const QString &filename)
 {
     const bool fromAutoSave = isAutoSaveName(filename);
-    openFilename = fromAutoSave ? QFileInfo(filename).fileName() : filename;
+    const QFileInfo file(filename);
+    // A name without its folder is that of a project without a file.
+    openFilename = fromAutoSave ? file.fileName() : file.absoluteFilePath();
     openStamp.clear();
     lock.release();
     isCopy = false;
