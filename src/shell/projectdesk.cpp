@@ -289,8 +289,11 @@ void ProjectDesk::storeAutoSave(const QString &name)
     const QScopedValueRollback<bool> guard(storing, true);
     window->statusBar()->showMessage(tr("Autosaving..."));
     const auto clear = qScopeGuard([this] { window->statusBar()->clearMessage(); });
-    if (!writeProject(name, book->getProjectItems(), &ProjectFile::saveFile))
-        tellOfFailedSave(projectFile->getLastError());
+    if (writeProject(name, book->getProjectItems(), &ProjectFile::saveFile))
+        return;
+    const QString message = projectFile->getLastError();
+    keepSnapshot(); // the project's folder is gone, perhaps; the work must not live in memory alone
+    tellOfFailedSave(message);
 }
 
 void ProjectDesk::storeProject(const QString &name, Write write)

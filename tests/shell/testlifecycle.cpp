@@ -314,6 +314,17 @@ private slots:
         QVERIFY(readBytes(path("x.epf")).contains("save"));
     }
 
+    void workWhoseFileIsGoneIsKept()
+    {
+        saveTo("x.epf");
+        QVERIFY(QFile::remove(path("x.epf")));
+        w.makeDirty();
+        DialogAnswer failure(cancellation());
+        w.window.onAutoSaveRequested();
+        QVERIFY(failure.wasAsked());
+        QCOMPARE(keptCopies().size(), 1);
+    }
+
     void closingKeepsWhatNobodyAskedAbout()
     {
         w.makeFactor(w.addNote("Event", QPointF(200, 200)));
