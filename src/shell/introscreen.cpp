@@ -104,8 +104,8 @@ void IntroScreen::listRecentFiles()
     const QStringList paths = QSettings().value("recentFiles").toStringList();
     ui->openProjectButton->setPopupMode(paths.isEmpty() ? QToolButton::DelayedPopup
                                                         : QToolButton::MenuButtonPopup);
-    for (const QString &path : paths.mid(0, ProjectDesk::MaximumRecentFiles))
-        ui->openProjectButton->addAction(new QAction(path, this));
+    for (QString path : paths.mid(0, ProjectDesk::MaximumRecentFiles)) // a lone & marks a key
+        ui->openProjectButton->addAction(new QAction(path.replace('&', "&&"), this));
 }
 
 void IntroScreen::fitLogo(int availableHeight)
@@ -184,7 +184,7 @@ void IntroScreen::stopUpdateLoading()
 
 void IntroScreen::onRecentFileTriggered(QAction *action)
 {
-    emit openProjectClicked(action->text(), true);
+    emit openProjectClicked(action->text().replace("&&", "&"), true);
 }
 
 void IntroScreen::onOpenProjectClicked()
