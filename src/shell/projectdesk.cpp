@@ -79,7 +79,7 @@ void ProjectDesk::showUntitled()
 
 void ProjectDesk::setTitleFor(const QString &path)
 {
-    window->setWindowTitle(path + "[*] - TRAC/Ex Examiner");
+    window->setWindowTitle(QString(path).replace("[*]", "[*][*]") + "[*] - TRAC/Ex Examiner");
 }
 
 void ProjectDesk::forgetChanges()
