@@ -424,6 +424,12 @@ function offerRemoval(removed) {
     button.disabled = removed === "" && byId("titleImageFile").value === "";
 }
 
+/// A picture would take the place of what is selected and leave nothing there.
+function onPaste(event) {
+    if (!event.clipboardData.getData("text/plain"))
+        event.preventDefault();
+}
+
 function removeTitleImage() {
     const field = byId("titleImageFile");
     const removed = field.value;
@@ -458,6 +464,7 @@ document.addEventListener("DOMContentLoaded", () => {
     buildSteps();
     document.addEventListener("input", onInput);
     document.addEventListener("change", onChange, true);
+    document.addEventListener("paste", onPaste);
     document.addEventListener("click", refresh);
     window.addEventListener("blur", onWindowBlur);
     window.addEventListener("focus", onWindowFocus);
