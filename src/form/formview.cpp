@@ -221,17 +221,16 @@ FormValues FormView::collectForSave()
 {
     FormValues values = getAllFieldValues();
     const auto field = values.find(FormFields::TitleImage);
-    if (field != values.end()) {
-        fillInTitleImage(*field);
-        if (!field->image.isNull())
-            titleImage = *field;
-    }
+    if (field != values.end())
+        holdTitleImage(*field);
     return values;
 }
 
-void FormView::fillInTitleImage(FormValue &field) const
+void FormView::holdTitleImage(FormValue &field)
 {
-    if (field.image.isNull() && field.value == titleImage.value)
+    if (!field.image.isNull())
+        titleImage = field;
+    else if (field.value == titleImage.value)
         field = titleImage;
 }
 
@@ -240,6 +239,6 @@ void FormView::showTitleImage()
     FormValue field;
     field.value = getFieldValue(FormFields::TitleImage);
     field.image = readTitleImage(field.value);
-    fillInTitleImage(field);
+    holdTitleImage(field);
     engine->showTitleImage(getDataUrl(field.image));
 }

@@ -81,8 +81,8 @@ public:
         proposeFile = propose;
     }
 
-    /// All values as a file or a report takes them: the title image is the one last loaded or
-    /// collected where its file can't be read, as on a computer that lacks the picture.
+    /// All values as a file or a report takes them: the title image is the one last loaded,
+    /// shown or collected where its file can't be read, as on a computer that lacks the picture.
     FormValues collectForSave();
 
 signals:
@@ -118,7 +118,8 @@ private:
     void loadData();
     void showTitleImage();
     QImage readTitleImage(const QString &path) const;
-    void fillInTitleImage(FormValue &field) const;
+    /// Remembers the picture, or takes the remembered one where its file can't be read.
+    void holdTitleImage(FormValue &field);
 
     QHelpEngine *helpEngine = nullptr; // child
     FormBridge *bridge = nullptr;      // child, what the page's scripts see
@@ -129,6 +130,6 @@ private:
     QUndoStack *undoStack = nullptr; // the group's
     QString sharedString;
     bool isSettling = false;
-    FormValue titleImage;       // path and picture last loaded or collected
+    FormValue titleImage;       // path and picture last loaded, shown or collected
     mutable FormValue lastRead; // size, time and path of a picture file, and its picture
 };

@@ -132,6 +132,7 @@ private slots:
         DialogAnswer answer(fileChoice(other));
         form->view.onChooseImageClicked();
         QCOMPARE(QSettings().value("lastImagePath").toString(), folder.path());
+        QVERIFY(QFile::remove(other));
         QCOMPARE(getCollected(), QSize(60, 40));
         QVERIFY(image.scaled(90, 60).save(other));
         QCOMPARE(getCollected(), QSize(90, 60));
