@@ -39,6 +39,11 @@ QByteArray getFileStamp(const QString &path)
 
 KeptCopies::KeptCopies(const QString &folder) : folder(folder) {}
 
+bool KeptCopies::holds(const QString &path) const
+{
+    return QFileInfo(QFileInfo(path).path()) == QFileInfo(folder);
+}
+
 bool KeptCopies::isOwn(const QString &path) const
 {
     const QByteArray stamp = ownFiles.value(QFileInfo(path).canonicalFilePath());

@@ -16,6 +16,8 @@ public:
     /// `folder` is made with the first copy, for the user alone.
     explicit KeptCopies(const QString &folder);
 
+    /// Whether it is among the copies, which go as newer ones come.
+    bool holds(const QString &path) const;
     /// Whether the file still is as this process left it.
     bool isOwn(const QString &path) const;
 

@@ -51,7 +51,7 @@ QString ProjectFile::getOpenProjectName() const
 bool ProjectFile::requiresFilenamePrompt() const
 {
     return isCopy || openFilename == "untitled" || openFilename.isEmpty() ||
-           isAutoSaveName(openFilename);
+           isAutoSaveName(openFilename) || keptCopies.holds(openFilename);
 }
 
 bool ProjectFile::isAutoSaveName(const QString &filename)

@@ -337,6 +337,7 @@ private slots:
         w.empty();
         w.window.openProject(dataFile("kept/") + keptCopies().first());
         QCOMPARE(w.factorSheet()->getProjectItems().size(), 2);
+        QVERIFY(w.file->requiresFilenamePrompt()); // a copy goes one day
     }
 
     void nothingReenters()
