@@ -238,6 +238,10 @@ function markFound(ids, current, lead) {
     const step = sections().findIndex(section => section.contains(field));
     if (step >= 0 && !isShown(sections()[step]))
         openSteps(step + 1);
+    if (document.hasFocus())
+        field.focus();
+    else
+        leftField = field; // whoever closes the search goes on there
     const place = field.getBoundingClientRect();
     const edge = byId("bar").offsetHeight + 34;
     const middle = (window.innerHeight - place.height) / 2;
