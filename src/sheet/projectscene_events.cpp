@@ -242,6 +242,14 @@ void ProjectScene::keyPressEvent(QKeyEvent *event)
     event->accept();
 }
 
+// A menu takes the focus when it opens, and once more at its first arrow key: by then the
+// toolkit would forget which text is to have it back.
+void ProjectScene::focusOutEvent(QFocusEvent *event)
+{
+    if (hasFocus())
+        QGraphicsScene::focusOutEvent(event);
+}
+
 QGraphicsItem *ProjectScene::getItemUnder(const QGraphicsSceneContextMenuEvent *event) const
 {
     const QWidget *viewport = event->widget();
