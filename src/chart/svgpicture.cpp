@@ -66,24 +66,25 @@ void SVGPicture::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWid
     renderer.render(painter, rect);
 }
 
-// Drawn pixel by pixel, at any zoom.
+// Drawn pixel by pixel, at any zoom and on any screen: the edges of a picture that lies between
+// pixels are pale where only a part of it is drawn anew.
 void SVGPicture::drawFromCache(QPainter *painter)
 {
-    const QRectF place = painter->worldTransform().mapRect(rect);
     const qreal ratio = painter->device()->devicePixelRatioF();
-    const QSize pixels = (place.size() * ratio).toSize();
-    // A screen of twice as many dots, half enlarged, needs as many pixels as a picture does.
-    if (cache.size() != pixels || cache.devicePixelRatioF() != ratio)
-        fillCache(pixels, ratio);
+    const QTransform toPixels = QTransform::fromScale(1 / ratio, 1 / ratio);
+    const QRectF place = (painter->worldTransform() * toPixels.inverted()).mapRect(rect);
+    const QSize pixels = place.size().toSize();
+    if (cache.size() != pixels)
+        fillCache(pixels);
     if (cache.isNull())
         return;
     painter->save();
-    painter->setWorldTransform(QTransform());
+    painter->setWorldTransform(toPixels);
     painter->drawPixmap(roundHalfUp(place.topLeft()), cache);
     painter->restore();
 }
 
-void SVGPicture::fillCache(const QSize &pixels, qreal ratio)
+void SVGPicture::fillCache(const QSize &pixels)
 {
     cache = QPixmap(pixels);
     if (cache.isNull())
@@ -92,8 +93,6 @@ void SVGPicture::fillCache(const QSize &pixels, qreal ratio)
     QPainter painter(&cache);
     painter.setRenderHint(QPainter::Antialiasing, false);
     renderer.render(&painter, cache.rect());
-    painter.end();
-    cache.setDevicePixelRatio(ratio);
 }
 
 QVariant SVGPicture::itemChange(GraphicsItemChange change, const QVariant &value)

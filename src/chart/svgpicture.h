@@ -37,7 +37,7 @@ protected:
 
 private:
     void drawFromCache(QPainter *painter);
-    void fillCache(const QSize &pixels, qreal ratio);
+    void fillCache(const QSize &pixels);
 
     QSvgRenderer renderer;
     QPixmap cache; // as last drawn in a view
