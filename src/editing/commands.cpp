@@ -191,12 +191,13 @@ TextChangeCommand::TextChangeCommand(Sticky *note, const QString &oldText, const
 void TextChangeCommand::undo()
 {
     newText = note->getText();
+    isUndone = true;
     note->setText(oldText);
 }
 
 void TextChangeCommand::redo()
 {
-    if (note->getText() != newText)
+    if (isUndone)
         oldText = note->getText();
     note->setText(newText);
 }

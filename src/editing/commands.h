@@ -109,6 +109,7 @@ private:
     Sticky *note;
     QString oldText;
     QString newText;
+    bool isUndone = false; // once it was
 };
 
 class TextAlignmentChangeCommand : public QUndoCommand
