@@ -131,5 +131,9 @@ void BoxItem::giveUpDrag()
         box->setPos(before.topLeft());
         box->setSize(before.size());
     }
+    // The toolkit forgets with a release alone where the drag began, and a box that is dragged
+    // next would start from the sheet's corner.
+    QGraphicsSceneMouseEvent release(QEvent::GraphicsSceneMouseRelease);
+    QGraphicsItem::mouseReleaseEvent(&release);
     finishDrag();
 }

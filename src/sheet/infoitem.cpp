@@ -1,6 +1,8 @@
 #include "sheet/infoitem.h"
 
 #include <QCoreApplication>
+#include <QEvent>
+#include <QGraphicsSceneMouseEvent>
 #include <QGraphicsTextItem>
 #include <QPen>
 
@@ -19,6 +21,16 @@ InfoItem::InfoItem() : QGraphicsRectItem(0, 0, 190, 160)
     addText(
         QCoreApplication::translate("InfoItem", "Facts that\nexplain why\nthe effect is\npresent"),
         QRectF(110, 89, 80, 71));
+}
+
+// A drag that was given up has no release, and the next one would start where this one did.
+bool InfoItem::sceneEvent(QEvent *event)
+{
+    if (event->type() == QEvent::UngrabMouse) {
+        QGraphicsSceneMouseEvent release(QEvent::GraphicsSceneMouseRelease);
+        mouseReleaseEvent(&release);
+    }
+    return QGraphicsRectItem::sceneEvent(event);
 }
 
 void InfoItem::addText(const QString &text, const QRectF &place)

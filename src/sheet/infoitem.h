@@ -13,6 +13,9 @@ public:
 
     int type() const override { return ProjectItem::InfoType; }
 
+protected:
+    bool sceneEvent(QEvent *event) override;
+
 private:
     void addText(const QString &text, const QRectF &place);
 };

@@ -169,6 +169,11 @@ private slots:
         shown.mouse(QEvent::MouseButtonRelease, pos + QPoint(80, 80));
         QCOMPARE(first->pos(), QPointF(760, 460));
         QCOMPARE(shown.sheet.scene.getUndoStack()->count(), 0);
+        const QPoint next = shown.view.mapFromScene(QPointF(940, 440));
+        shown.mouse(QEvent::MouseButtonPress, next);
+        shown.mouse(QEvent::MouseMove, next + QPoint(40, 40));
+        shown.mouse(QEvent::MouseButtonRelease, next + QPoint(40, 40));
+        QVERIFY(last->pos().x() > 920 && last->pos().y() > 420);
     }
 
     void zoomSteps()
