@@ -109,18 +109,27 @@ QList<ProjectItem *> SheetBook::getProjectItems() const
 
 void SheetBook::finishEditing()
 {
-    if (formView)
-        formView->settle();
+    finishInput();
     for (ProjectScene *sheet : getAllSheets())
         sheet->finishEditing();
 }
 
 void SheetBook::commitEditing()
 {
-    if (formView)
-        formView->settle();
+    finishInput();
     for (ProjectScene *sheet : getAllSheets())
         sheet->commitEditing();
+}
+
+/// A dialog would take the release of a drag: its place would stand nowhere but on the screen.
+void SheetBook::finishInput()
+{
+    if (formView)
+        formView->settle();
+    for (ProjectScene *sheet : getAllSheets()) {
+        sheet->giveUpDrag();
+        sheet->giveUpLine();
+    }
 }
 
 void SheetBook::shareEditedText()

@@ -85,6 +85,7 @@ private:
         bool undone; // or redone; else it goes for good
     };
 
+    void finishInput();
     bool isOnMainSheet(const Sticky *note) const;
     ProjectScene *createSheet(Sticky *factor);
     void enter(ProjectScene *sheet);
