@@ -388,6 +388,9 @@ void MainWindow::onCurrentTabChanged(int)
     qCDebug(shellLog) << "current tab changed";
     formView->settle();
     currentScene->finishEditing();
+    currentScene->giveUpLine();
+    if (GraphWidget *view = getView(currentScene))
+        view->giveUpDrag(); // it would go on unseen
     currentScene->clearSelection();
     // To settle turns the event loop: a later change of the tab may be done by now.
     QWidget *tab = tabWidget->currentWidget();
