@@ -58,14 +58,22 @@ void KeptCopies::noteWritten(const QString &path)
 bool KeptCopies::keepCopy(const QString &path)
 {
     const QFileInfo file(path);
-    if (!file.isFile() || file.size() == 0 || isOwn(path))
+    if (!file.isFile() || file.size() == 0 || isOwn(path) || isKept(path))
         return true;
     const QString target = makeTarget(file.fileName());
     const bool kept = !target.isNull() && copyDatabase(path, target);
-    if (!kept)
+    if (kept)
+        latestCopies.insert(file.canonicalFilePath(), {getFileStamp(path), target});
+    else
         qCDebug(projectLog) << "Failed to keep a copy of" << path;
     prune();
     return kept;
+}
+
+bool KeptCopies::isKept(const QString &path) const
+{
+    const auto &[stamp, copy] = latestCopies.value(QFileInfo(path).canonicalFilePath());
+    return QFile::exists(copy) && stamp == getFileStamp(path) && !hasJournal(path);
 }
 
 bool KeptCopies::takeAway(const QString &path)

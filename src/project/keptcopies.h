@@ -40,11 +40,14 @@ public:
 private:
     /// Null when the folder can't be made.
     QString makeTarget(const QString &name) const;
+    /// Whether a copy has the file as it stands: one save after the other may fail.
+    bool isKept(const QString &path) const;
     bool keepForReplacing(const QString &path);
     void prune();
 
     QString folder;                      // without a "/" at its end
     QHash<QString, QByteArray> ownFiles; // how this process left them, by canonical path
+    QHash<QString, QPair<QByteArray, QString>> latestCopies; // state and copy, by the same
 };
 
 /// What tells one state of a file from another without reading all of it: its size, its

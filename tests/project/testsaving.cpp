@@ -158,7 +158,7 @@ private slots:
         writeBytes(name, "");
         QVERIFY(copies.keepCopy(name) && copies.keepCopy(folder.path()) && getKept().isEmpty());
         writeBytes(name, "theirs");
-        QVERIFY(copies.keepCopy(name));
+        QVERIFY(copies.keepCopy(name) && copies.keepCopy(name) && getKept().size() == 1);
         QCOMPARE(readBytes(getKeptPath("x_\u6a4b.epf.autosave.epf")), QByteArray("theirs"));
 
         // Of more than twenty the newest stay.
