@@ -246,6 +246,7 @@ private:
     QGraphicsItem *getItemUnder(const QGraphicsSceneContextMenuEvent *event) const;
     void startLine(int tool, const QPointF &scenePos);
     void finishLine(Sticky *noteUnderPointer);
+    void finishLeftLine();
     void dropLine(Line *line);
     void moveSelectedBoxes(const QPointF &step);
     bool askToDropSheet(const QString &title, const QString &text);

@@ -154,6 +154,8 @@ void ProjectScene::mousePressEvent(QGraphicsSceneMouseEvent *event)
     const int tool = host->selectedTool();
     if (tool == HandTool)
         return;
+    if (event->button() == Qt::LeftButton)
+        finishLeftLine();
     Sticky *note = getNoteAt(event->scenePos());
     const bool startsOnNote = isLineTool(tool) && note;
     if (tool == SelectTool)
@@ -184,7 +186,9 @@ void ProjectScene::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
     const int tool = host->selectedTool();
     if (tool == HandTool)
         return;
-    if (newLine && event->buttons() & Qt::LeftButton) {
+    if (!(event->buttons() & Qt::LeftButton))
+        finishLeftLine();
+    if (newLine) {
         dragNewLine(event->scenePos());
         event->accept();
     } else if (!isMetaTool(tool) && !isLineTool(tool)) {
@@ -261,6 +265,8 @@ QGraphicsItem *ProjectScene::getItemUnder(const QGraphicsSceneContextMenuEvent *
 
 void ProjectScene::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
 {
+    if (newLine)
+        return; // a menu would keep the release to itself
     aimAtLine(event);
     const QGraphicsItem *item = getItemUnder(event);
     if (item && item != highlightItem) {
@@ -299,6 +305,13 @@ void ProjectScene::finishLine(Sticky *noteUnderPointer)
         undoStack->push(new AddCommand(line, this));
     else
         dropLine(line);
+}
+
+// A line whose release went to a menu, a dialog or another tab would stand outside all steps.
+void ProjectScene::finishLeftLine()
+{
+    if (newLine)
+        finishLine(newLine->getEndConnection().item);
 }
 
 void ProjectScene::giveUpLine()

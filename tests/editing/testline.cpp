@@ -151,6 +151,11 @@ private slots:
         sheet->move(QPointF(300, 500));
         sheet->scene.giveUpLine();
         QCOMPARE(describe(sheet->scene), before);
+        sheet->press(QPointF(175, 130));
+        sheet->move(QPointF(300, 500));
+        sheet->move(QPointF(310, 500), Qt::NoButton); // a menu had the release
+        sheet->getStack()->undo();
+        QCOMPARE(describe(sheet->scene), before);
         for (const bool leavesTheSheet : {false, true}) { // or the note
             sheet->move(QPointF(475, 230), Qt::NoButton);
             QVERIFY(isMarked(right));
