@@ -82,6 +82,7 @@ function addTwin(field) {
     field.dir = twin.dir = "auto"; // as the text is written
     if (field.rows)
         twin.style.minHeight = field.rows * 1.5 + "em";
+    twin.appendChild(document.createTextNode(""));
     box.appendChild(field);
     box.appendChild(twin);
     field.twin = twin;
@@ -94,8 +95,9 @@ function updateTwin(field) {
     const isEndless = EndlessWord.test(field.value);
     field.parentNode.classList.toggle("endless", isEndless);
     const text = isEndless ? field.value.replace(WordPart, "$&\u200b") : field.value;
-    // A last line break needs something behind it to have a line of its own.
-    field.twin.textContent = text + "\u200b";
+    // A last line break needs something behind it to have a line of its own. A new node would end
+    // what one undo takes back of what is typed.
+    field.twin.firstChild.nodeValue = text + "\u200b";
     field.twin.parentNode.parentNode.classList.toggle("long", field.value.length > PageText);
 }
 
