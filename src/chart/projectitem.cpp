@@ -40,8 +40,16 @@ QString ProjectItem::getPropertyLabel(const QByteArray &property) const
     return propertyLabels.value(property);
 }
 
+void ProjectItem::letMouseGo()
+{
+    QGraphicsItem *holder = scene() ? scene()->mouseGrabberItem() : nullptr;
+    if (holder == this || isAncestorOf(holder)) // a child under the mouse holds it in its name
+        holder->ungrabMouse();
+}
+
 void ProjectItem::selectForMenu()
 {
+    letMouseGo();
     if (isSelected())
         return;
     if (scene())

@@ -40,6 +40,9 @@ public:
     /// The text of the undo command that changes the property; empty if it has none.
     QString getPropertyLabel(const QByteArray &property) const;
 
+    /// What follows up to the release is no drag: a menu or a dialog may keep that, and keys
+    /// would seem to disturb one.
+    void letMouseGo();
     /// What a menu works on: the item alone, unless it is part of the selection.
     void selectForMenu();
     /// Above 20 or below 0 the call changes nothing.

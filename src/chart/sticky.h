@@ -165,7 +165,6 @@ private:
     bool isCircleAt(const QPointF &p) const;
     bool isPictureAt(const QPointF &p) const;
     void beginEditing();
-    void letMouseGo();
     void snapResize();
 
     NoteText *noteText = nullptr;     // child

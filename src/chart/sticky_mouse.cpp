@@ -112,14 +112,6 @@ void Sticky::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)
     }
 }
 
-/// What follows up to the release is no drag, and a dialog may take that.
-void Sticky::letMouseGo()
-{
-    QGraphicsItem *holder = scene() ? scene()->mouseGrabberItem() : nullptr;
-    if (holder == this || isAncestorOf(holder)) // a child under the mouse holds it in its name
-        holder->ungrabMouse();
-}
-
 bool Sticky::isPictureAt(const QPointF &p) const
 {
     return imageItem && imageItem->boundingRect().contains(imageItem->mapFromParent(p));
