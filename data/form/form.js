@@ -7,6 +7,7 @@ delete window.WebSocket; // the one road to the network that is not the program'
 
 const LongText = 20000; // from here on a twin costs more than the pace of typing allows
 const PageText = 1500; // what is longer may be torn by a page
+const LineText = 45; // on half the paper's width
 const SmallBar = 54; // the height of the bar once the form is scrolled
 // Where a word has to be broken, the engine measures the rest of it for each line: minutes for a
 // million characters. Such a word gets places to break at in the twin and none in the field.
@@ -89,6 +90,11 @@ function addTwin(field) {
     updateTwin(field);
 }
 
+function mayFillPage(text) {
+    return text.length > PageText
+        || text.length + LineText * text.split("\n").length > PageText;
+}
+
 function updateTwin(field) {
     if (!field.twin)
         return;
@@ -98,7 +104,7 @@ function updateTwin(field) {
     // A last line break needs something behind it to have a line of its own. A new node would end
     // what one undo takes back of what is typed.
     field.twin.firstChild.nodeValue = text + "\u200b";
-    field.twin.parentNode.parentNode.classList.toggle("long", field.value.length > PageText);
+    field.twin.parentNode.parentNode.classList.toggle("long", mayFillPage(field.value));
 }
 
 // Values written by the program fire no event.
