@@ -117,6 +117,10 @@ QString replaceFile(const QString &target, const std::function<bool(const QStrin
     if (former.isSymLink() || (former.exists() && !former.isFile()))
         return makeText(target,
                         QCoreApplication::translate("replaceFile", "It is no regular file"));
+    QFile file(path); // its folder alone would let it be replaced
+    if (former.exists() && !file.open(QIODevice::Append))
+        return makeText(target, file.errorString());
+    file.close();
     UnfinishedFile unfinished(path);
     if (unfinished.getPath().isEmpty())
         return makeText(target, unfinished.getError());
