@@ -195,6 +195,7 @@ void ignoreMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 int work(int argc, char **argv, const sigset_t &ending, const char *homePath)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("TMPDIR", homePath); // a signal leaves what temporary folders hold to the parent
     qInstallMessageHandler(ignoreMessage);
     Application application(argc, argv);
     endOn(ending);
