@@ -2,6 +2,7 @@
 
 #include "chart/chartsheet.h"
 #include "chart/routing.h"
+#include "chart/sharpness.h"
 #include "chart/sheethost.h"
 #include "support/log.h"
 
@@ -268,7 +269,7 @@ void Line::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
     painter->drawPath(endPath);
 
     pen.setStyle(getLineStyle());
-    painter->setPen(pen);
+    painter->setPen(keepThinDashesApart(pen, painter));
     painter->setBrush(Qt::NoBrush);
     QVector<QLineF> alongAnAxis;
     for (int i = 1; i < points.size(); ++i) {
@@ -278,7 +279,7 @@ void Line::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
         else
             painter->drawLine(segment);
     }
-    drawSharpLines(painter, pen, alongAnAxis);
+    drawSharpLines(painter, painter->pen(), alongAnAxis);
 }
 
 /// A pen of width 0 draws one pixel of a screen, but nothing that a printer shows.

@@ -2,6 +2,7 @@
 
 #include <QPaintEngine>
 #include <QPainter>
+#include <QPen>
 #include <QtMath>
 
 namespace
@@ -23,4 +24,11 @@ qreal getPixelsPerUnit(const QPainter *painter)
 bool isPainterOnPixels(const QPainter *painter)
 {
     return painter->paintEngine()->type() == QPaintEngine::Raster;
+}
+
+QPen keepThinDashesApart(QPen pen, const QPainter *painter)
+{
+    if (!isPainterOnPixels(painter) && pen.style() != Qt::SolidLine && pen.widthF() <= 1)
+        pen.setCapStyle(Qt::FlatCap);
+    return pen;
 }

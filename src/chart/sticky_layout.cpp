@@ -4,6 +4,7 @@
 #include "chart/notepicture.h"
 #include "chart/notetext.h"
 #include "chart/resizegrip.h"
+#include "chart/sharpness.h"
 #include "chart/sticky.h"
 
 #include <QPainter>
@@ -51,7 +52,7 @@ void Sticky::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget 
         pen.setWidth(info.borderLineWidth);
     pen.setJoinStyle(Qt::MiterJoin);
     pen.setMiterLimit(MiterLimit);
-    painter->setPen(pen);
+    painter->setPen(keepThinDashesApart(pen, painter));
     painter->setBrush(info.backgroundColor.isValid() ? QBrush(info.backgroundColor)
                                                      : info.role.getInfo().brush);
     drawShape(painter);
