@@ -116,6 +116,8 @@ QString stripForbidden(const QString &text)
 QDomElement makeLine(QDomDocument &document, const QString &line)
 {
     QDomElement element = document.createElement("w:t");
+    if (line != line.simplified()) // else a reader may drop what indents the line
+        element.setAttribute("xml:space", "preserve");
     int start = 0;
     do {
         // Escaping a text moves its rest along at each mark, so long ones go in by pieces.
