@@ -69,6 +69,15 @@ bool writeBands(PngWriter &writer, ProjectScene *scene, const QRectF &bound, con
     return true;
 }
 
+/// The start of a note, with no character cut in two.
+QString makeEntry(const QString &text)
+{
+    if (text.length() <= LongestEntry)
+        return text.simplified();
+    const bool isPair = text.at(LongestEntry).isLowSurrogate();
+    return text.left(LongestEntry - (isPair ? 1 : 0)).simplified() + QChar(0x2026);
+}
+
 /// As on the sheet's tab, and a factor's text.
 QString getSheetName(const ProjectScene *scene)
 {
@@ -77,7 +86,7 @@ QString getSheetName(const ProjectScene *scene)
     const Sticky *owner = scene->getHost()->getNoteWithGUID(scene->getOwnerGUID());
     if (!owner)
         return QCoreApplication::translate("SheetPrinter", "Causal Factor");
-    const QString text = owner->getText().left(LongestEntry).simplified();
+    const QString text = makeEntry(owner->getText());
     const QString name = QCoreApplication::translate("SheetPrinter", "Causal Factor %1")
                              .arg(owner->getCausalFactorNumber());
     return text.isEmpty() ? name : name + ": " + text;
